@@ -1,0 +1,130 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import QtQuick 2.15
+import Lumenboard 1.0
+
+import "../common"
+import "../elements"
+
+/** One event at large: everything that is known of it, the description to be scrolled. */
+Item {
+    id: root
+
+    /// the LBEvent, or null: then nothing is shown
+    property var event
+    property bool showDate: true
+    property alias bgColor: background.color
+    property alias bgOpacity: background.opacity
+    property int contentMargin: 5
+    /// room that the lines above the description may take before they are shortened, px
+    readonly property real roomAbove: content.height * 0.9
+
+    signal tapped
+
+    /** Lines of @p item's font that fit into @p share of the room; never less than one. */
+    function linesWithin(item: Item, share: real): int {
+        return Math.max(1, Math.floor(roomAbove * share / (item.fontInfo.pixelSize * 1.25)));
+    }
+
+    enabled: Boolean(event)
+    visible: enabled
+    clip: true
+
+    Rectangle {
+        id: background
+
+        anchors {
+            fill: parent
+            topMargin: 3
+            bottomMargin: 3
+        }
+        color: "transparent"
+        opacity: 0.5
+    }
+
+    MouseArea {
+        anchors.fill: parent
+        onClicked: root.tapped()
+    }
+
+    Item {
+        id: content
+
+        anchors {
+            fill: parent
+            margins: root.contentMargin
+        }
+
+        Column {
+            id: lines
+
+            width: parent.width
+
+            CenteredText {
+                maximumLineCount: root.linesWithin(this, 0.45)
+                text: root.event ? root.event.title : ""
+                xstyle: Style.edTitle
+            }
+
+            CenteredText {
+                maximumLineCount: root.linesWithin(this, 0.2)
+                text: root.event ? root.event.speakers : ""
+                xstyle: Style.edSpeakers
+            }
+
+            CenteredText {
+                text: {
+                    if (!root.event)
+                        return "";
+                    return root.showDate ? root.event.startDateStr + ", " + root.event.startEndTimeStr : root.event.startEndTimeStr;
+                }
+                topPadding: 10
+                xstyle: Style.edTime
+            }
+
+            CenteredText {
+                maximumLineCount: root.linesWithin(this, 0.15)
+                //: %1 is a list of audience groups
+                text: root.event && root.event.mAudiencesStr !== "" ? qsTr("Mandatory for: %1").arg(root.event.mAudiencesStr) : ""
+                topPadding: 10
+                xstyle: Style.edAudiences
+            }
+
+            CenteredText {
+                maximumLineCount: root.linesWithin(this, 0.15)
+                //: %1 is a list of audience groups
+                text: root.event && root.event.oAudiencesStr !== "" ? qsTr("Optional for: %1").arg(root.event.oAudiencesStr) : ""
+                xstyle: Style.edAudiences
+            }
+        }
+
+        Flickable {
+            anchors {
+                top: lines.bottom
+                topMargin: 20
+                bottom: parent.bottom
+                horizontalCenter: parent.horizontalCenter
+            }
+            width: description.width
+            clip: true
+            contentHeight: description.height
+            contentWidth: width
+            interactive: contentHeight > height
+
+            StyledText {
+                id: description
+
+                width: Math.min(implicitWidth, content.width * 0.7)
+                text: root.event ? root.event.description : ""
+                wrapMode: Text.Wrap
+                xstyle: Style.edDescription
+            }
+
+            MouseArea {
+                anchors.fill: description
+                onClicked: root.tapped()
+            }
+        }
+    }
+}

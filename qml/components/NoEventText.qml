@@ -1,0 +1,16 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import QtQuick 2.15
+
+import "../common"
+import "../elements"
+
+/** What stands in the place of an event when there is none. */
+StyledText {
+    elide: Text.ElideRight
+    horizontalAlignment: Text.AlignHCenter
+    verticalAlignment: Text.AlignVCenter
+    wrapMode: Text.Wrap
+    xstyle: Style.edNoEvent
+}

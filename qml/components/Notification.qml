@@ -1,0 +1,122 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import QtQuick 2.15
+import QtQuick.Layouts 1.15
+import Lumenboard 1.0
+
+import "../common"
+import "../elements"
+
+/** The card of one notification: icon, texts, controls, and below them its extra buttons. */
+Item {
+    id: root
+
+    /// the LBNotification that is shown
+    property QtObject notification
+    property alias bgColor: background.color
+    /// edge length of the side controls, px
+    property int buttonSize: 75
+    /// see the timer below
+    property int extraHeight: 0
+
+    readonly property bool isLoading: Boolean(notification) && notification.type === LBNotification.LOADING
+
+    implicitHeight: layout.implicitHeight + extraHeight
+    height: implicitHeight
+
+    // The list keeps the height from before the last layout pass of a card that is just being
+    // added; a pixel more makes it lay the card out again once the add transition is over.
+    Timer {
+        interval: Style.notifications.td + 20
+        running: true
+        onTriggered: root.extraHeight += 1
+    }
+
+    Rectangle {
+        id: background
+
+        anchors.fill: parent
+    }
+
+    ColumnLayout {
+        id: layout
+
+        anchors {
+            left: parent.left
+            right: parent.right
+        }
+
+        RowLayout {
+            Image {
+                id: icon
+
+                Layout.alignment: Qt.AlignTop
+                Layout.preferredHeight: 2 * root.buttonSize
+                Layout.preferredWidth: 2 * root.buttonSize
+                source: root.notification ? "qrc:/icons/" + Style.notification.icon(root.notification.type) + ".svg" : ""
+                sourceSize: Qt.size(2 * root.buttonSize, 2 * root.buttonSize)
+
+                RotationAnimation on rotation {
+                    duration: 2500
+                    from: 0
+                    loops: Animation.Infinite
+                    running: root.isLoading
+                    to: 360
+                    onRunningChanged: if (!running)
+                        icon.rotation = 0
+                }
+            }
+
+            ColumnLayout {
+                Layout.alignment: Qt.AlignTop
+                Layout.fillWidth: true
+                Layout.topMargin: 16
+                spacing: 6
+
+                StyledText {
+                    Layout.fillWidth: true
+                    text: root.notification ? root.notification.title : ""
+                    wrapMode: Text.Wrap
+                    xstyle: Style.notification.title
+                }
+
+                StyledText {
+                    Layout.bottomMargin: 16
+                    Layout.fillWidth: true
+                    text: root.notification ? root.notification.message : ""
+                    wrapMode: Text.Wrap
+                    xstyle: Style.notification.message
+                }
+            }
+
+            NotificationControls {
+                Layout.alignment: Qt.AlignTop
+                notification: root.notification
+                size: root.buttonSize
+            }
+        }
+
+        RowLayout {
+            Layout.alignment: Qt.AlignHCenter
+            Layout.margins: 8
+            spacing: 24
+            visible: buttons.count > 0
+
+            Repeater {
+                id: buttons
+
+                model: root.notification ? root.notification.buttons : []
+                delegate: NotificationExtraButton {
+                    required property int index
+                    required property var modelData
+
+                    Layout.fillWidth: true
+                    Layout.maximumWidth: implicitWidth
+                    button: modelData
+                    onPressedWhenEnabled: root.notification.clickButton(index)
+                }
+            }
+        }
+    }
+}

@@ -1,0 +1,71 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import QtGraphicalEffects 1.15
+import QtQuick 2.15
+import QtQuick.Controls 2.15
+import QtQuick.Controls.Material 2.15
+import QtQuick.Window 2.15
+
+/** One of the extra buttons below a notification. */
+Item {
+    id: root
+
+    /// the LBNotificationButton
+    property QtObject button
+    /// as high as the letters beside it, px
+    readonly property real iconSize: control.font.pointSize * Screen.logicalPixelDensity * 25.4 / 72
+
+    signal pressedWhenEnabled
+
+    implicitWidth: control.implicitWidth
+    implicitHeight: control.implicitHeight
+
+    RectangularGlow {
+        id: glow
+
+        anchors.fill: control
+        color: control.Material.accent
+        glowRadius: 15
+        opacity: 0
+        spread: 0.2
+        visible: opacity > 0
+
+        SequentialAnimation on opacity {
+            alwaysRunToEnd: true
+            loops: Animation.Infinite
+            running: Boolean(root.button) && root.button.flashing
+
+            NumberAnimation {
+                from: 0
+                to: 1
+                duration: 500
+                easing.type: Easing.OutQuad
+            }
+            NumberAnimation {
+                from: 1
+                to: 0
+                duration: 500
+                easing.type: Easing.InQuad
+            }
+        }
+    }
+
+    Button {
+        id: control
+
+        anchors.fill: parent
+        // Highlighted but disabled shows what was chosen: full colours, no effect.
+        enabled: Boolean(root.button) && (root.button.enabled || root.button.highlighted)
+        font.pointSize: 3 * Qt.application.font.pointSize
+        highlighted: Boolean(root.button) && root.button.highlighted
+        icon {
+            source: root.button ? root.button.icon : ""
+            width: root.iconSize
+            height: root.iconSize
+        }
+        text: root.button ? root.button.text : ""
+        onClicked: if (root.button.enabled)
+            root.pressedWhenEnabled()
+    }
+}

@@ -1,0 +1,75 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import QtQuick 2.15
+import QtQuick.Controls 2.15
+import Lumenboard 1.0
+
+import "../common"
+
+/** The live notifications, newest at the top, in a panel that leaves the rest of the screen usable. */
+Drawer {
+    id: root
+
+    width: parent.width / 2
+    height: parent.height
+    closePolicy: Popup.NoAutoClose
+    dim: false
+    edge: Qt.RightEdge
+    interactive: false
+    modal: false
+    visible: LBAPI.notifications.length > 0
+    background: Rectangle {
+        color: Style.main.notificationsBg
+        opacity: Style.main.notificationsOpacity
+    }
+
+    ScrollView {
+        anchors {
+            fill: parent
+            margins: 6
+        }
+        ScrollBar.horizontal.policy: ScrollBar.AlwaysOff
+
+        ListView {
+            model: LBAPI.notifications
+            spacing: 6
+            delegate: Notification {
+                required property int index
+                required property var model
+
+                width: parent ? parent.width : 0
+                bgColor: index % 2 === 0 ? Style.list.cEven : Style.list.cOdd
+                notification: model.data
+                transformOrigin: Item.Top
+            }
+            add: Transition {
+                NumberAnimation {
+                    properties: "opacity,scale"
+                    from: 0
+                    to: 1
+                    duration: Style.notifications.td
+                }
+            }
+            remove: Transition {
+                NumberAnimation {
+                    properties: "opacity,scale"
+                    to: 0
+                    duration: Style.notifications.td
+                }
+            }
+            displaced: Transition {
+                NumberAnimation {
+                    alwaysRunToEnd: true
+                    properties: "x,y"
+                    duration: Style.notifications.td
+                }
+                NumberAnimation {
+                    properties: "opacity, scale"
+                    to: 1
+                    duration: Style.notifications.td
+                }
+            }
+        }
+    }
+}

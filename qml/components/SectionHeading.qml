@@ -1,0 +1,23 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import QtQuick 2.15
+
+import "../common"
+import "../elements"
+
+/** An underlined heading of the schedule view that makes room for what covers it. */
+CenteredText {
+    id: root
+
+    property bool faded: false
+
+    opacity: faded ? 0 : 1
+    xstyle: Style.edHeading
+
+    Behavior on opacity {
+        NumberAnimation {
+            duration: 200
+        }
+    }
+}

@@ -1,0 +1,175 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import QtQuick 2.15
+import Lumenboard 1.0
+
+import "../common"
+import "../components"
+import "../elements"
+
+/** The schedule view: what runs now, what comes next, and the list of the room's day. */
+FocusScope {
+    id: root
+
+    readonly property LBEventLocation location: LBAPI.config.plenarLocation
+    /// the location's events, announced anew only with the location itself: a model that is set
+    /// again takes the list and the carousel back to their start under a visitor's finger
+    property var events: []
+
+    onLocationChanged: events = location ? location.events : []
+    Component.onCompleted: events = location ? location.events : []
+
+    SectionHeading {
+        id: nowHeading
+
+        width: eventList.x
+        faded: carousel.shown
+        text: qsTr("Now")
+    }
+
+    EventDetail {
+        id: currentEvent
+
+        anchors {
+            left: parent.left
+            right: eventList.left
+            top: nowHeading.bottom
+            bottom: parent.verticalCenter
+            margins: 5
+            topMargin: nowHeading.height / 2
+        }
+        event: root.location ? root.location.currentEvent : null
+        showDate: false
+    }
+
+    NoEventText {
+        anchors.fill: currentEvent
+        text: qsTr("Nothing is on right now.")
+        visible: !currentEvent.visible
+    }
+
+    SectionHeading {
+        id: nextHeading
+
+        y: root.height / 2
+        width: eventList.x
+        faded: carousel.shown
+        text: qsTr("Next")
+    }
+
+    EventDetail {
+        id: nextEvent
+
+        anchors {
+            left: parent.left
+            right: eventList.left
+            top: nextHeading.bottom
+            bottom: parent.bottom
+            margins: 5
+        }
+        event: root.location ? root.location.nextEvent : null
+    }
+
+    NoEventText {
+        anchors.fill: nextEvent
+        text: qsTr("No upcoming events.")
+        visible: !nextEvent.visible
+    }
+
+    CenteredText {
+        id: roomName
+
+        anchors {
+            top: parent.top
+            topMargin: 0.2 * height
+            left: eventList.left
+            right: eventList.right
+        }
+        maximumLineCount: 3
+        text: root.location ? root.location.name : ""
+        xstyle: Style.eoLocationName
+    }
+
+    ListView {
+        id: eventList
+
+        objectName: "eventList"
+        anchors {
+            top: roomName.bottom
+            topMargin: 0.1 * roomName.height
+            right: parent.right
+            bottom: asOf.top
+        }
+        width: parent.width / 3
+        clip: true
+        model: root.events
+        section {
+            property: "startDateStr"
+            delegate: Item {
+                required property string section
+
+                width: eventList.width
+                height: heading.implicitHeight + 10
+
+                CenteredText {
+                    id: heading
+
+                    anchors.bottom: parent.bottom
+                    text: parent.section
+                    xstyle: Style.eoSection
+                }
+            }
+        }
+        delegate: EventSummary {
+            required property int index
+            required property var modelData
+
+            bgColor: index % 2 === 0 ? Style.list.cEven : Style.list.cOdd
+            event: modelData
+
+            MouseArea {
+                anchors.fill: parent
+                onClicked: carousel.open(parent.index)
+            }
+        }
+
+        VScrollbar {
+            moving: eventList.moving
+            visibleAreaRatio: eventList.visibleArea.heightRatio
+            visibleAreaY: eventList.visibleArea.yPosition
+        }
+    }
+
+    CenteredText {
+        id: asOf
+
+        objectName: "asOf"
+        anchors {
+            left: eventList.left
+            right: eventList.right
+            bottom: parent.bottom
+        }
+        width: eventList.width
+        bottomPadding: 4
+        text: LBAPI.scheduleAsOf
+        topPadding: 4
+        xstyle: Style.eoAudiences
+    }
+
+    EventCarousel {
+        id: carousel
+
+        anchors.centerIn: parent
+        width: parent.width
+        height: 0.9 * parent.height
+        events: root.events
+    }
+
+    ErrorBox {
+        anchors.centerIn: parent
+        maximumTextWidth: 0.6 * root.width
+        text: LBAPI.eventData.errorMessage
+        visible: LBAPI.eventData.error
+    }
+}

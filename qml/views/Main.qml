@@ -1,0 +1,132 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import QtQuick 2.15
+import QtQuick.Controls 2.15
+import QtQuick.Window 2.15
+import Lumenboard 1.0
+
+/** The root item: a stack of views, the side menu, the notifications and the keyboard. */
+Page {
+    id: root
+
+    readonly property LBConfig config: LBAPI.config
+    readonly property LBEventData eventData: LBAPI.eventData
+
+    /** Back to the view below the current one. */
+    function pop() {
+        LBAPI.scanTransponder = false;
+        stackView.pop();
+    }
+
+    /** Back to the start view, as whoever comes next expects it. */
+    function reset() {
+        LBAPI.scanTransponder = false;
+        if (drawer.item)
+            drawer.item.close();
+        stackView.clear(StackView.Immediate);
+        stackView.push(stackView.startView, {}, StackView.Immediate);
+    }
+
+    width: LBAPI.debug ? 1920 : Screen.width
+    height: LBAPI.debug ? 1200 : Screen.height
+    font {
+        family: "Maven Pro"
+        pointSize: config.fontBaseSize
+    }
+
+    Connections {
+        target: LBAPI
+
+        function onReset() {
+            root.reset();
+        }
+    }
+
+    StackView {
+        id: stackView
+
+        readonly property url startView: Qt.resolvedUrl(root.config.initialItem)
+
+        anchors {
+            left: parent.left
+            right: parent.right
+            top: parent.top
+        }
+        height: keyboard.item ? keyboard.item.y : parent.height
+        initialItem: startView
+        onCurrentItemChanged: if (currentItem)
+            currentItem.forceActiveFocus()
+        // No start view has a text field, and the keyboard is by far the dearest item of the
+        // page: it comes with the first view that is pushed, before any field can take focus.
+        onDepthChanged: if (depth > 1)
+            keyboard.load()
+    }
+
+    ToolButton {
+        id: menuButton
+
+        objectName: "menuButton"
+        font {
+            family: "Font Awesome"
+            pixelSize: 2 * Qt.application.font.pointSize * Screen.logicalPixelDensity * 25.4 / 72
+            weight: Font.Black
+        }
+        text: "\uf0c9"
+        visible: stackView.depth === 1
+        onClicked: {
+            drawer.load();
+            drawer.item.open();
+        }
+    }
+
+    // Loaded by address and not by type: a type is compiled, with all that it imports, together
+    // with this file, and the first frame would wait for it.
+    Loader {
+        id: drawer
+
+        function load() {
+            if (!item)
+                setSource("../components/MainDrawer.qml", {
+                    "parent": root,
+                    "stackView": stackView
+                });
+        }
+    }
+
+    // Not needed for the first frame, but a swipe from the edge has to find it soon after.
+    Timer {
+        interval: 1000
+        running: true
+        onTriggered: drawer.load()
+    }
+
+    Loader {
+        id: notifications
+
+        readonly property bool wanted: LBAPI.notifications.length > 0
+
+        function load() {
+            if (wanted && !item)
+                setSource("../components/Notifications.qml", {
+                    "parent": root
+                });
+        }
+
+        onWantedChanged: load()
+        Component.onCompleted: load()
+    }
+
+    Loader {
+        id: keyboard
+
+        function load() {
+            if (!item)
+                setSource("../components/KeyboardPanel.qml", {
+                    "page": root
+                });
+        }
+
+        z: 10000
+    }
+}

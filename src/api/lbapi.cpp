@@ -1,0 +1,158 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "api/lbapi.h"
+
+#include "app/connections.h"
+
+#include <QCoreApplication>
+#include <QDebug>
+#include <QThread>
+
+#include <chrono>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+QPointer<LBAPI> s_instance;
+
+} // namespace
+
+LBAPI::LBAPI(QObject *parent)
+    : QObject(parent)
+    , m_notifications(this)
+    , m_boundaryTimer(this)
+    , m_scheduleAge(this)
+{
+    const QPointer<LBAPI> self(this);
+    config()->setLocationLookup(
+        [self](qint64 id) { return self ? self->findLocation(id) : nullptr; });
+    connect(config(), &Config::locationChanged, &m_boundaryTimer, &EventBoundaryTimer::watch);
+    connect(&m_scheduleAge, &ScheduleAge::asOfChanged, this, &LBAPI::scheduleAsOfChanged);
+}
+
+LBAPI *LBAPI::instance()
+{
+    if (!s_instance)
+        s_instance = new LBAPI(QCoreApplication::instance());
+    return s_instance;
+}
+
+Config *LBAPI::config() const
+{
+    return Config::instance();
+}
+
+EventData *LBAPI::eventData()
+{
+    if (!m_eventData)
+        refreshEventData();
+    return m_eventData;
+}
+
+void LBAPI::setScanTransponder(bool scan)
+{
+    if (m_scanTransponder == scan)
+        return;
+    m_scanTransponder = scan;
+    Q_EMIT scanTransponderChanged(scan);
+}
+
+int LBAPI::inactivityTimerRemaining() const
+{
+    return m_inactivityTimer ? m_inactivityTimer->remainingTime() : -1;
+}
+
+void LBAPI::setInactivityTimer(QTimer *timer)
+{
+    m_inactivityTimer = timer;
+}
+
+void LBAPI::emitReset()
+{
+    Q_EMIT reset();
+}
+
+void LBAPI::refreshEventData()
+{
+    auto *fresh = new EventData(this);
+    if (!m_eventData)
+        m_eventData = fresh;
+    connectChecked(fresh,
+                   SIGNAL(readEventDataFinished(EventData*)), this,
+                          SLOT(newEventDataFinishedReading(EventData*)));
+}
+
+void LBAPI::addNotification(Notification *n)
+{
+    QThread *const caller = QThread::currentThread();
+    if (n->thread() != thread()) {
+        if (n->thread() != caller) {
+            qCritical() << "Cannot move Notification living in" << n->thread() << "from" << caller
+                        << "to" << thread();
+            return;
+        }
+        if (n->parent())
+            n->setParent(nullptr);
+        n->moveToThread(thread());
+    }
+    if (caller != thread()) {
+        QMetaObject::invokeMethod(this, "addNotification", Qt::QueuedConnection,
+                                  Q_ARG(Notification*, n));
+        return;
+    }
+
+    n->setParent(this);
+    m_notifications.prepend(n);
+    connectChecked(n,
+                   SIGNAL(removed(Notification*)), this, SLOT(removeNotification(Notification*)));
+}
+
+void LBAPI::onTransponderScanned(QString tid)
+{
+    setScanTransponder(false);
+    Q_EMIT transponderScanned(tid);
+}
+
+void LBAPI::setAccessToken(QString token)
+{
+    if (m_accessToken == token)
+        return;
+    m_accessToken = token;
+    Q_EMIT accessTokenChanged(token);
+}
+
+void LBAPI::newEventDataFinishedReading(EventData *ed)
+{
+    if (ed->error()) {
+        m_scheduleAge.noteFailedRead();
+        if (ed != m_eventData) {
+            ed->deleteLater();
+            return;
+        }
+    } else {
+        m_scheduleAge.noteGoodRead(QDateTime::currentDateTime());
+    }
+
+    if (ed != m_eventData) {
+        if (m_eventData)
+            m_eventData->deleteLater();
+        m_eventData = ed;
+        Q_EMIT eventDataChanged(ed);
+    }
+    config()->emitLocationChanged();
+}
+
+void LBAPI::removeNotification(Notification *n)
+{
+    if (!m_notifications.removeFirst(n))
+        return;
+    // The card still reads it while it fades away.
+    QTimer::singleShot(1000ms, n, &QObject::deleteLater);
+}
+
+EventLocation *LBAPI::findLocation(qint64 id)
+{
+    return eventData()->location(id);
+}

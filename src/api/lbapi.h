@@ -1,0 +1,97 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include "config/config.h"
+#include "notifications/notification.h"
+#include "notifications/notificationsmodel.h"
+#include "schedule/eventboundarytimer.h"
+#include "schedule/eventdata.h"
+#include "schedule/scheduleage.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QTimer>
+
+/**
+ * The one object through which the views reach the program, and the program shows notifications.
+ *
+ * QML sees it as the singleton LBAPI. It owns the notifications and the current schedule, which it
+ * replaces with each good refresh. Lives in the GUI thread; only addNotification() may be called
+ * from another one.
+ */
+class LBAPI : public QObject
+{
+    Q_OBJECT
+    Q_PROPERTY(bool debug READ isDebug CONSTANT)
+    Q_PROPERTY(Config *config READ config CONSTANT)
+    Q_PROPERTY(EventData *eventData READ eventData NOTIFY eventDataChanged)
+    Q_PROPERTY(NotificationsModel *notifications READ notifications NOTIFY notificationsChanged)
+    Q_PROPERTY(bool scanTransponder READ scanTransponder WRITE setScanTransponder NOTIFY
+                   scanTransponderChanged)
+    Q_PROPERTY(QString accessToken READ accessToken NOTIFY accessTokenChanged)
+    Q_PROPERTY(QString scheduleAsOf READ scheduleAsOf NOTIFY scheduleAsOfChanged)
+
+public:
+    explicit LBAPI(QObject *parent = nullptr);
+
+    /** The process-wide object, child of the application object, created on first use. */
+    static LBAPI *instance();
+
+    /** Whether the views are laid out for a developer's desktop; always false in this build. */
+    [[nodiscard]] bool isDebug() const { return false; }
+    [[nodiscard]] Config *config() const;
+    /** The current schedule; the first call starts the first download. */
+    [[nodiscard]] EventData *eventData();
+    [[nodiscard]] NotificationsModel *notifications() { return &m_notifications; }
+    /** Whether a view waits for the next transponder. */
+    [[nodiscard]] bool scanTransponder() const { return m_scanTransponder; }
+    void setScanTransponder(bool scan);
+    /** The current bearer token; empty before the first. */
+    [[nodiscard]] QString accessToken() const { return m_accessToken; }
+    /** "As of …" while the shown schedule is out of date, else empty. */
+    [[nodiscard]] QString scheduleAsOf() const { return m_scheduleAge.asOf(); }
+
+    /** Milliseconds until the start view returns; -1 when no timer is known or none runs. */
+    Q_INVOKABLE int inactivityTimerRemaining() const;
+    void setInactivityTimer(QTimer *timer);
+
+Q_SIGNALS:
+    /** The views return to their start state. */
+    void reset();
+    void eventDataChanged(EventData *v);
+    void notificationsChanged();
+    void scanTransponderChanged(bool b);
+    void transponderScanned(QString tid);
+    void accessTokenChanged(QString token);
+    void scheduleAsOfChanged();
+
+public Q_SLOTS:
+    void emitReset();
+    /** Starts the download of a new schedule; the current one stays until it has been read. */
+    void refreshEventData();
+    /**
+     * Shows @p n as the newest notification and takes it over. Callable from the thread in which
+     * @p n was made.
+     */
+    void addNotification(Notification *n);
+    /** A transponder was read while a view waited for it, or not: the scan mode ends either way. */
+    void onTransponderScanned(QString tid);
+    void setAccessToken(QString token);
+
+private Q_SLOTS:
+    void newEventDataFinishedReading(EventData *ed);
+    void removeNotification(Notification *n);
+
+private:
+    EventLocation *findLocation(qint64 id);
+
+    QPointer<EventData> m_eventData;
+    NotificationsModel m_notifications;
+    bool m_scanTransponder = false;
+    QString m_accessToken;
+    QPointer<QTimer> m_inactivityTimer;
+    EventBoundaryTimer m_boundaryTimer;
+    ScheduleAge m_scheduleAge;
+};

@@ -1,0 +1,23 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include <QObject>
+
+/**
+ * Application-wide event filter that tells when somebody touches the screen or clicks. Keys and
+ * moves do not count, and no event is consumed. GUI thread.
+ */
+class InputEventMonitor : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit InputEventMonitor(QObject *parent = nullptr);
+
+    bool eventFilter(QObject *obj, QEvent *ev) override;
+
+Q_SIGNALS:
+    void inputEvent();
+};

@@ -1,0 +1,53 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "api/lbapi.h"
+#include "app/startup.h"
+#include "app/terminationsignals.h"
+#include "app/windowpass.h"
+#include "config/config.h"
+
+#include <QGuiApplication>
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace {
+
+/**
+ * Leaves without the destructors of Qt's globals: they wait for name look-ups that hang, and with
+ * them the whole process would (12 s have been seen). Windows and threads are gone by now.
+ */
+[[noreturn]] void leave(int code)
+{
+    delete LBAPI::instance();
+    delete Config::instance();
+    std::fflush(nullptr);
+    std::_Exit(code);
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    prepareEnvironment();
+    QGuiApplication app(argc, argv);
+    nameApplication();
+    const TerminationSignals termination;
+    Config::instance();
+    setGermanLocale();
+    Translations translations;
+    translations.install();
+    loadFonts();
+    registerMetaTypes();
+    registerQmlTypes();
+    LBAPI::instance();
+
+    int code = EXIT_FAILURE;
+    try {
+        code = runWindowPasses(termination);
+    } catch (...) {
+        throw; // caught so that the window is unwound in order before the process ends
+    }
+    leave(code);
+}

@@ -1,0 +1,197 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "app/quickwindow.h"
+
+#include "api/lbapi.h"
+#include "app/testnotification.h"
+#include "config/config.h"
+#include "config/keys.h"
+#include "net/fencednetworkaccessmanager.h"
+
+#include <QCursor>
+#include <QDebug>
+#include <QGuiApplication>
+#include <QIcon>
+#include <QKeyEvent>
+#include <QQmlEngine>
+#include <QScreen>
+
+#include <algorithm>
+
+std::unique_ptr<PendingWindowState> pendingWindowState;
+
+namespace {
+
+/** Stateless, and outlives every engine. */
+FencedNetworkAccessManagerFactory *networkFactory()
+{
+    static FencedNetworkAccessManagerFactory factory;
+    return &factory;
+}
+
+} // namespace
+
+QuickWindow::QuickWindow(QWindow *parent)
+    : QQuickView(parent)
+{
+    for (QTimer *timer : { &m_refreshTimer, &m_inactivityTimer }) {
+        timer->setSingleShot(true);
+        timer->setTimerType(Qt::PreciseTimer);
+    }
+    engine()->setNetworkAccessManagerFactory(networkFactory());
+    setTitle(QStringLiteral("Lumenboard"));
+    setIcon(QIcon(QStringLiteral(":/icons/app.ico")));
+    // The colour of the main view: nothing flashes white before the first frame or after an error.
+    setColor(QColor(0x3b, 0x3b, 0x3b));
+}
+
+void QuickWindow::reset()
+{
+    startFresh();
+    LBAPI::instance()->emitReset();
+    m_refreshTimer.start(Config::instance()->msecsToNextRefresh());
+}
+
+void QuickWindow::reload()
+{
+    startFresh();
+    setSource(QUrl(QStringLiteral("qrc:/qml/views/Main.qml")));
+    if (status() == QQuickView::Error)
+        qCritical() << "Failed to load the user interface, trying again with the next reload";
+    m_refreshTimer.start(Config::instance()->msecsToNextRefresh());
+}
+
+void QuickWindow::startFresh()
+{
+    m_refreshTimer.stop();
+    m_inactivityTimer.stop();
+    engine()->clearComponentCache();
+    LBAPI::instance()->refreshEventData();
+}
+
+bool QuickWindow::event(QEvent *e)
+{
+    if (e->type() == QEvent::LanguageChange)
+        engine()->retranslate();
+    return QQuickView::event(e);
+}
+
+void QuickWindow::keyPressEvent(QKeyEvent *e)
+{
+    if (handleServiceKey(e))
+        e->accept();
+    else
+        QQuickView::keyPressEvent(e);
+}
+
+/** The order matters: a key sequence of the platform may hide one of the fixed keys below it. */
+bool QuickWindow::handleServiceKey(const QKeyEvent *e)
+{
+    constexpr Qt::KeyboardModifiers everyModifier
+        = Qt::ControlModifier | Qt::AltModifier | Qt::ShiftModifier;
+    const auto isKey = [e](Qt::Key key, Qt::KeyboardModifiers modifiers) {
+        return e->key() == key && e->modifiers() == modifiers;
+    };
+
+    if (e->matches(QKeySequence::Refresh))
+        reload();
+    else if (isKey(Qt::Key_F5, Qt::ControlModifier))
+        rebuild();
+    // Without a desktop environment the platform binds no key to full screen.
+    else if (e->matches(QKeySequence::FullScreen) || isKey(Qt::Key_F11, Qt::NoModifier))
+        toggleFullScreen();
+    else if (isKey(Qt::Key_F11, Qt::ShiftModifier))
+        showCentred();
+    else if (isKey(Qt::Key_F11, Qt::AltModifier))
+        showOnSecondScreen();
+    else if (isKey(Qt::Key_F12, Qt::ShiftModifier))
+        toggleMouseCursor();
+    else if (e->matches(QKeySequence::Quit))
+        close();
+    else if (isKey(Qt::Key_N, everyModifier))
+        LBAPI::instance()->addNotification(makeTestNotification());
+    else
+        return e->modifiers() == everyModifier;
+    return true;
+}
+
+void QuickWindow::applyHideMouseCursor(bool hide)
+{
+    if (hide == (QGuiApplication::overrideCursor() != nullptr))
+        return;
+    if (hide)
+        QGuiApplication::setOverrideCursor(QCursor(Qt::BlankCursor));
+    else
+        QGuiApplication::restoreOverrideCursor();
+}
+
+void QuickWindow::setHideMouseCursor(bool v)
+{
+    applyHideMouseCursor(v);
+}
+
+void QuickWindow::setInactivityTimeout(int secs)
+{
+    m_inactivityTimer.setInterval(secs * 1000);
+}
+
+void QuickWindow::rebuild()
+{
+    pendingWindowState = std::make_unique<PendingWindowState>();
+    pendingWindowState->state = windowState();
+    pendingWindowState->geometry = geometry();
+    close();
+}
+
+void QuickWindow::toggleFullScreen()
+{
+    setWindowState(windowState() == Qt::WindowFullScreen ? Qt::WindowNoState
+                                                         : Qt::WindowFullScreen);
+}
+
+void QuickWindow::showCentred()
+{
+    constexpr QSize largest(1920, 1200);
+
+    leaveFullScreen();
+    QRect available = screen()->availableGeometry();
+    const auto siblings = screen()->virtualSiblings();
+    const auto shown = std::find_if(siblings.cbegin(), siblings.cend(), [this](const QScreen *s) {
+        return s->geometry().intersects(geometry());
+    });
+    if (shown != siblings.cend())
+        available = (*shown)->availableGeometry();
+    QRect centred(QPoint(), available.size().boundedTo(largest));
+    centred.moveCenter(available.center());
+    setGeometry(centred);
+}
+
+void QuickWindow::showOnSecondScreen()
+{
+    // Not centred, and meant so: technicians know the window by its place.
+    constexpr double offset = 0.16;
+    constexpr double share = 0.66;
+
+    leaveFullScreen();
+    const auto siblings = screen()->virtualSiblings();
+    const QRect available = siblings.at(siblings.size() > 1 ? 1 : 0)->availableGeometry();
+    setGeometry(static_cast<int>(available.x() + offset * available.width()),
+                static_cast<int>(available.y() + offset * available.height()),
+                static_cast<int>(share * available.width()),
+                static_cast<int>(share * available.height()));
+}
+
+void QuickWindow::leaveFullScreen()
+{
+    if (windowState() == Qt::WindowFullScreen)
+        setWindowState(Qt::WindowNoState);
+}
+
+void QuickWindow::toggleMouseCursor()
+{
+    Config *config = Config::instance();
+    const bool hide = !config->hideMouseCursor();
+    if (config->setIfChanged(keys::hideMouseCursor, hide, true))
+        Q_EMIT config->hideMouseCursorChanged(hide);
+}

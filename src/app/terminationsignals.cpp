@@ -1,0 +1,75 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "app/terminationsignals.h"
+
+#include <QDebug>
+
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace {
+
+/**
+ * The pipe from the signal handler to the event loop. Global because a handler gets no context;
+ * the handler may run in any thread, and writing a byte is all that is safe there.
+ */
+std::array<int, 2> s_pipe { -1, -1 };
+
+void onSignal(int number)
+{
+    const int keptErrno = errno;
+    const auto byte = static_cast<char>(number);
+    // A full pipe already holds the news.
+    [[maybe_unused]] const ssize_t written = write(s_pipe[1], &byte, 1);
+    errno = keptErrno;
+}
+
+bool handle(int number)
+{
+    struct sigaction action
+    {
+    };
+    action.sa_handler = onSignal;
+    action.sa_flags = SA_RESTART;
+    sigemptyset(&action.sa_mask);
+    return sigaction(number, &action, nullptr) == 0;
+}
+
+} // namespace
+
+TerminationSignals::TerminationSignals(QObject *parent)
+    : QObject(parent)
+{
+    if (pipe2(s_pipe.data(), O_CLOEXEC | O_NONBLOCK) != 0 || !handle(SIGTERM) || !handle(SIGINT)) {
+        qWarning() << "Failed to catch termination signals:" << qt_error_string(errno);
+        return;
+    }
+    m_notifier = std::make_unique<QSocketNotifier>(s_pipe[0], QSocketNotifier::Read);
+    connect(m_notifier.get(), &QSocketNotifier::activated, this, &TerminationSignals::onReadable);
+}
+
+TerminationSignals::~TerminationSignals()
+{
+    signal(SIGTERM, SIG_DFL);
+    signal(SIGINT, SIG_DFL);
+    m_notifier.reset();
+    for (int &end : s_pipe) {
+        if (end >= 0)
+            close(end);
+        end = -1;
+    }
+}
+
+void TerminationSignals::onReadable()
+{
+    char number = 0;
+    if (read(s_pipe[0], &number, 1) != 1)
+        return; // nothing there after all
+    qInfo() << "Ending on signal" << static_cast<int>(number);
+    m_requested = true;
+    Q_EMIT requested();
+}

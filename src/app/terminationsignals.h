@@ -1,0 +1,34 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include <QObject>
+#include <QSocketNotifier>
+
+#include <memory>
+
+/**
+ * Turns SIGTERM and SIGINT into a signal of the GUI thread, so that the program ends as if its
+ * window had been closed. One object per process.
+ */
+class TerminationSignals : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit TerminationSignals(QObject *parent = nullptr);
+    ~TerminationSignals() override;
+
+    /** Whether the process has been asked to end. */
+    [[nodiscard]] bool isRequested() const { return m_requested; }
+
+Q_SIGNALS:
+    void requested();
+
+private:
+    void onReadable();
+
+    std::unique_ptr<QSocketNotifier> m_notifier;
+    bool m_requested = false;
+};

@@ -1,0 +1,81 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "app/windowpass.h"
+
+#include "api/lbapi.h"
+#include "app/connections.h"
+#include "app/inputeventmonitor.h"
+#include "app/quickwindow.h"
+#include "app/terminationsignals.h"
+#include "config/config.h"
+
+#include <QGuiApplication>
+#include <QQmlEngine>
+
+#include <utility>
+
+namespace {
+
+void showWindow(QuickWindow &window)
+{
+    if (!pendingWindowState) {
+        window.showFullScreen();
+        return;
+    }
+    window.show();
+    const auto pending = std::exchange(pendingWindowState, nullptr);
+    window.setWindowState(pending->state);
+    window.setGeometry(pending->geometry);
+}
+
+int runWindowPass(const TerminationSignals &termination)
+{
+    QuickWindow window;
+    window.setResizeMode(QQuickView::SizeRootObjectToView);
+    auto *monitor = new InputEventMonitor(&window);
+    QCoreApplication::instance()->installEventFilter(monitor);
+    QuickWindow::applyHideMouseCursor(Config::instance()->hideMouseCursor());
+    wireWindow(window, *monitor);
+    QObject::connect(&termination, &TerminationSignals::requested, &window, &QuickWindow::close);
+    LBAPI::instance()->setInactivityTimer(window.inactivityTimer());
+
+    window.reload();
+    showWindow(window);
+    return QGuiApplication::exec();
+}
+
+} // namespace
+
+int runWindowPasses(const TerminationSignals &termination)
+{
+    int code = 0;
+    do {
+        code = runWindowPass(termination);
+    } while (pendingWindowState && !termination.isRequested());
+    return code;
+}
+
+void wireWindow(QuickWindow &window, InputEventMonitor &monitor)
+{
+    Config *config = Config::instance();
+    QTimer *refresh = window.refreshTimer();
+    QTimer *inactivity = window.inactivityTimer();
+
+    connectChecked(window.engine(), SIGNAL(quit()), &window, SLOT(close()));
+    connectChecked(config,
+                   SIGNAL(hideMouseCursorChanged(bool)), &window, SLOT(setHideMouseCursor(bool)));
+    connectChecked(config,
+                   SIGNAL(inactivityTimeoutChanged(int)), &window, SLOT(setInactivityTimeout(int)));
+    // The new interval first, so that the reload already runs with it.
+    QObject::connect(config, &Config::configChanged, inactivity, [config, inactivity] {
+        inactivity->setInterval(config->inactivityTimeout() * 1000);
+    });
+    QObject::connect(config, &Config::configChanged, &window, &QuickWindow::reload);
+
+    QObject::connect(refresh, &QTimer::timeout, &window, &QuickWindow::reset);
+    QObject::connect(inactivity, &QTimer::timeout, &window, &QuickWindow::reset);
+    connectChecked(&monitor, SIGNAL(inputEvent()), refresh, SLOT(stop()));
+    connectChecked(&monitor, SIGNAL(inputEvent()), inactivity, SLOT(start()));
+    inactivity->setInterval(config->inactivityTimeout() * 1000);
+}

@@ -1,0 +1,16 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "config/refreshgrid.h"
+
+using namespace std::chrono_literals;
+
+std::chrono::milliseconds timeToNextRefresh(QTime now, std::chrono::milliseconds interval)
+{
+    constexpr auto pastGridPoint = 500ms;
+    constexpr auto soonest = 9999ms;
+
+    const std::chrono::milliseconds sinceMidnight(now.msecsSinceStartOfDay());
+    const auto remaining = interval - sinceMidnight % interval + pastGridPoint;
+    return remaining > soonest ? remaining : remaining + interval;
+}

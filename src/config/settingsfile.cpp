@@ -1,0 +1,33 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "config/settingsfile.h"
+
+#include <QDebug>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+void protectSettingsFile(const QString &path)
+{
+    constexpr QFile::Permissions ownerOnly
+        = QFile::ReadOwner | QFile::WriteOwner | QFile::ReadUser | QFile::WriteUser;
+
+    const QFileInfo file(path);
+    const QString folder = file.absolutePath();
+    if (!QFileInfo::exists(folder)) {
+        if (!QDir().mkpath(folder)) {
+            qCritical() << "Failed to create settings folder" << folder;
+            return;
+        }
+        if (!QFile::setPermissions(folder, ownerOnly | QFile::ExeOwner | QFile::ExeUser))
+            qWarning() << "Failed to restrict settings folder" << folder;
+    }
+
+    if (!file.exists() || (file.permissions() & ~ownerOnly) == 0)
+        return;
+    if (QFile::setPermissions(path, ownerOnly))
+        qInfo() << "Settings file was open to others, restricted to its owner:" << path;
+    else
+        qWarning() << "Settings file is open to others and can not be restricted:" << path;
+}

@@ -1,0 +1,93 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "net/xnetworkaccessmanager.h"
+
+#include "app/connections.h"
+#include "buildconfig.h"
+#include "config/config.h"
+
+#include <QDebug>
+#include <QNetworkReply>
+#include <QNetworkRequest>
+#include <QSslError>
+
+/** Receives what the manager and its replies report. Lives in the manager's thread. */
+class XNetworkAccessManager::D : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit D(XNetworkAccessManager *manager)
+        : QObject(manager)
+        , q(manager)
+    {
+    }
+
+    XNetworkAccessManager *q;
+    QByteArray userAgent;
+
+public Q_SLOTS:
+    void errorOccured(QNetworkReply::NetworkError error);
+
+private Q_SLOTS:
+    void setUserAgent(QString ua);
+    void sslErrorsOccured(QNetworkReply *reply, QList<QSslError> errors);
+};
+
+XNetworkAccessManager::XNetworkAccessManager(QObject *parent)
+    : QNetworkAccessManager(parent)
+    , d(new D(this))
+{
+    connectChecked(Config::instance(),
+                   SIGNAL(userAgentChanged(QString)), d, SLOT(setUserAgent(QString)));
+    connectChecked(this,
+                   SIGNAL(sslErrors(QNetworkReply*,QList<QSslError>)), d,
+                          SLOT(sslErrorsOccured(QNetworkReply*,QList<QSslError>)));
+}
+
+QNetworkReply *XNetworkAccessManager::createRequest(Operation op, const QNetworkRequest &request,
+                                                    QIODevice *outgoingData)
+{
+    QNetworkRequest copy(request);
+    if (!d->userAgent.isEmpty())
+        copy.setRawHeader(QByteArrayLiteral("User-Agent"), d->userAgent);
+    QNetworkReply *reply = QNetworkAccessManager::createRequest(op, copy, outgoingData);
+    connectChecked(reply,
+                   SIGNAL(error(QNetworkReply::NetworkError)), d,
+                          SLOT(errorOccured(QNetworkReply::NetworkError)));
+    return reply;
+}
+
+void XNetworkAccessManager::D::errorOccured(QNetworkReply::NetworkError error)
+{
+    const auto *reply = qobject_cast<QNetworkReply *>(sender());
+    if (!reply) {
+        qCritical() << "Network error (unknown context)" << error;
+        return;
+    }
+
+    // A machine of the house's own network that comes and goes: its absence is nobody's problem.
+    const bool expectedMiss = reply->error() == QNetworkReply::HostNotFoundError
+        || reply->error() == QNetworkReply::ContentNotFoundError;
+    if (expectedMiss
+        && reply->url().host(QUrl::FullyDecoded) == QLatin1String(buildconfig::internalHost))
+        return;
+
+    qCritical() << "Network error" << reply->error() << reply->errorString() << "for"
+                << reply->url();
+}
+
+void XNetworkAccessManager::D::setUserAgent(QString ua)
+{
+    userAgent = ua.toLatin1();
+}
+
+void XNetworkAccessManager::D::sslErrorsOccured(QNetworkReply *reply, QList<QSslError> errors)
+{
+    qWarning() << "SSL errors for" << reply->url();
+    for (const QSslError &error : qAsConst(errors))
+        qWarning() << error.error() << error.errorString();
+}
+
+#include "xnetworkaccessmanager.moc"

@@ -1,0 +1,28 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include <QNetworkAccessManager>
+
+/**
+ * The network access manager of every component; each makes its own, in its own thread.
+ *
+ * It adds the configured user agent to requests and writes network and TLS errors to the log. It
+ * never retries, never ignores a TLS error and never changes the outcome of a request.
+ */
+class XNetworkAccessManager : public QNetworkAccessManager
+{
+    Q_OBJECT
+
+public:
+    explicit XNetworkAccessManager(QObject *parent = nullptr);
+
+protected:
+    QNetworkReply *createRequest(Operation op, const QNetworkRequest &request,
+                                 QIODevice *outgoingData) override;
+
+private:
+    class D;
+    D *d;
+};

@@ -1,0 +1,39 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include <QAbstractListModel>
+#include <QList>
+
+class Notification;
+
+/** The live notifications, newest first. Owns none of them. GUI thread. */
+class NotificationsModel : public QAbstractListModel
+{
+    Q_OBJECT
+    Q_PROPERTY(int length READ length NOTIFY lengthChanged)
+
+public:
+    enum Role { DataRole = Qt::UserRole };
+
+    explicit NotificationsModel(QObject *parent = nullptr);
+
+    [[nodiscard]] int length() const { return m_notifications.size(); }
+
+    [[nodiscard]] int rowCount(const QModelIndex &parent = {}) const override;
+    [[nodiscard]] QVariant data(const QModelIndex &index, int role) const override;
+    [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
+
+    /** Puts @p notification into row 0. */
+    void prepend(Notification *notification);
+
+    /** Takes the first row that holds @p notification away; false if there is none. */
+    bool removeFirst(Notification *notification);
+
+Q_SIGNALS:
+    void lengthChanged();
+
+private:
+    QList<Notification *> m_notifications;
+};

@@ -1,0 +1,52 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "schedule/eventboundarytimer.h"
+
+#include "schedule/eventlocation.h"
+
+#include <algorithm>
+#include <chrono>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+// Timers run on the monotonic clock. Looking at the wall clock now and then keeps up with a clock
+// that is set while the program runs, as after a start without network.
+constexpr std::chrono::milliseconds longestWait = 60s;
+
+} // namespace
+
+EventBoundaryTimer::EventBoundaryTimer(QObject *parent)
+    : QObject(parent)
+    , m_timer(this)
+{
+    m_timer.setSingleShot(true);
+    m_timer.setTimerType(Qt::PreciseTimer);
+    connect(&m_timer, &QTimer::timeout, this, &EventBoundaryTimer::onTimeout);
+}
+
+void EventBoundaryTimer::watch(EventLocation *location)
+{
+    m_location = location;
+    arm(QDateTime::currentDateTime());
+}
+
+void EventBoundaryTimer::arm(const QDateTime &now)
+{
+    m_timer.stop();
+    m_boundary = m_location ? m_location->nextBoundary(now) : QDateTime();
+    if (!m_boundary.isValid())
+        return;
+    const qint64 wait = std::clamp<qint64>(now.msecsTo(m_boundary), 1, longestWait.count());
+    m_timer.start(static_cast<int>(wait));
+}
+
+void EventBoundaryTimer::onTimeout()
+{
+    const QDateTime now = QDateTime::currentDateTime();
+    if (m_location && now >= m_boundary)
+        Q_EMIT m_location->eventsChanged();
+    arm(now);
+}

@@ -1,0 +1,158 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "schedule/eventdata.h"
+
+#include "app/connections.h"
+#include "config/config.h"
+#include "net/xnetworkaccessmanager.h"
+#include "schedule/scheduleexception.h"
+
+#include <QDebug>
+#include <QNetworkReply>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+/** Keeps the first of several objects with the same id. */
+template <typename T> QHash<qint64, T *> byId(const QList<T *> &objects)
+{
+    QHash<qint64, T *> index;
+    index.reserve(objects.size());
+    for (T *object : objects) {
+        if (!index.contains(object->id()))
+            index.insert(object->id(), object);
+    }
+    return index;
+}
+
+} // namespace
+
+RequestLimits EventData::scheduleLimits()
+{
+    RequestLimits limits;
+    limits.deadline = 120s;
+    limits.bodyBytes = 64LL * 1024 * 1024;
+    return limits;
+}
+
+EventData::EventData(QObject *parent)
+    : EventData(scheduleLimits(), parent)
+{
+}
+
+EventData::EventData(const RequestLimits &limits, QObject *parent)
+    : EventData(NoDownload {}, parent)
+{
+    auto *manager = new XNetworkAccessManager(this);
+    connectChecked(manager,
+                   SIGNAL(finished(QNetworkReply *)), this, SLOT(readEventData(QNetworkReply *)));
+    const Config *config = Config::instance();
+    const QUrl url = config->eventDataUrl(config->scheduleDate());
+    enforceLimits(manager->get(limitedRequest(url, limits)), limits);
+}
+
+EventData::EventData(NoDownload, QObject *parent)
+    : QObject(parent)
+    , m_errorMessage(tr("No error"))
+{
+    // The first to hear of the end, so that everybody else finds all objects linked.
+    connect(this, &EventData::readEventDataFinished, this, &EventData::linkObjects);
+}
+
+std::unique_ptr<EventData> EventData::fromDocument(QIODevice *document)
+{
+    std::unique_ptr<EventData> data(new EventData(NoDownload {}, nullptr));
+    data->readDocument(document);
+    data->finish();
+    return data;
+}
+
+EventLocation *EventData::location(qint64 id) const
+{
+    return m_locationById.value(id);
+}
+
+EventAudience *EventData::audience(qint64 id) const
+{
+    return m_audienceById.value(id);
+}
+
+QList<Event *> EventData::eventsOfLocation(qint64 id) const
+{
+    return m_eventsByLocation.value(id);
+}
+
+void EventData::readEventData(QNetworkReply *nr)
+{
+    qDebug() << "Reading event data...";
+    readReply(nr);
+    // The manager has served its one download, and takes the reply with it.
+    if (nr)
+        nr->manager()->deleteLater();
+    qDebug() << "Done reading event data";
+    finish();
+}
+
+void EventData::readReply(QNetworkReply *reply)
+{
+    if (!reply) {
+        constexpr auto source = QT_TR_NOOP("WTF?! Network reply is NULL! :O");
+        setFailure(QString::fromLatin1(source), tr(source));
+    } else if (reply->error() != QNetworkReply::NoError) {
+        constexpr auto source = QT_TR_NOOP("failed to fetch eventdata: (%1) %2");
+        const QString code = QString::number(reply->error());
+        setFailure(QString::fromLatin1(source).arg(code, reply->errorString()),
+                   tr(source).arg(code, reply->errorString()));
+    } else {
+        readDocument(reply);
+    }
+}
+
+void EventData::readDocument(QIODevice *document)
+{
+    try {
+        ScheduleReader(document, m_objects, this).read();
+    } catch (const ScheduleException &e) {
+        setFailure(QString::fromUtf8(e.what()), e.shown());
+    }
+}
+
+void EventData::finish()
+{
+    Q_EMIT readEventDataFinished(this);
+    Q_EMIT dataChanged();
+}
+
+/** Linking looks up by hash: a day with many events must not cost their number squared. */
+void EventData::indexObjects()
+{
+    m_locationById = byId(m_objects.locations);
+    m_audienceById = byId(m_objects.audiences);
+    m_eventsByLocation.clear();
+    for (Event *event : qAsConst(m_objects.events))
+        m_eventsByLocation[event->locationId()].append(event);
+}
+
+void EventData::linkObjects()
+{
+    indexObjects();
+    for (Event *event : qAsConst(m_objects.events))
+        event->updateRefs();
+    for (EventLocation *location : qAsConst(m_objects.locations))
+        location->updateRefs();
+}
+
+void EventData::setFailure(const QString &logged, const QString &shown)
+{
+    qCritical().noquote() << logged;
+    if (!m_error) {
+        m_error = true;
+        Q_EMIT errorChanged(true);
+    }
+    if (m_errorMessage != shown) {
+        m_errorMessage = shown;
+        Q_EMIT errorMessageChanged(shown);
+    }
+}

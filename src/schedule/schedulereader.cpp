@@ -1,0 +1,234 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "schedule/schedulereader.h"
+
+#include "schedule/event.h"
+#include "schedule/eventaudience.h"
+#include "schedule/eventeaudience.h"
+#include "schedule/eventlocation.h"
+#include "schedule/scheduleexception.h"
+
+#include <QDebug>
+
+#include <algorithm>
+
+ScheduleReader::ScheduleReader(QIODevice *document, ScheduleObjects &objects, QObject *parent)
+    : m_xml(document)
+    , m_objects(objects)
+    , m_parent(parent)
+{
+}
+
+void ScheduleReader::read()
+{
+    if (m_xml.readNextStartElement()) {
+        if (m_xml.name() != QLatin1String("schedule")) {
+            constexpr auto source = QT_TR_NOOP("this doesn't look like event data");
+            throw ScheduleException(QString::fromLatin1(source), tr(source));
+        }
+        readSchedule();
+    }
+    if (m_xml.hasError())
+        failAtError();
+}
+
+void ScheduleReader::readSchedule()
+{
+    while (m_xml.readNextStartElement()) {
+        const QStringRef name = m_xml.name();
+        if (name == QLatin1String("locations")) {
+            readChildren(QLatin1String("location"), [this] { readLocation(); });
+            std::sort(m_objects.locations.begin(), m_objects.locations.end(),
+                      &EventLocation::sortsBefore);
+        } else if (name == QLatin1String("audiences")) {
+            readChildren(QLatin1String("audience"), [this] { readAudience(); });
+            std::sort(m_objects.audiences.begin(), m_objects.audiences.end(),
+                      &EventAudience::sortsBefore);
+        } else if (name == QLatin1String("events")) {
+            readChildren(QLatin1String("event"), [this] { readEvent(); });
+        } else {
+            skipUnexpected();
+        }
+    }
+}
+
+/** Calls @p readChild at each child called @p name, and skips the others. */
+template <typename ReadChild>
+void ScheduleReader::readChildren(QLatin1String name, ReadChild readChild)
+{
+    while (m_xml.readNextStartElement()) {
+        if (m_xml.name() == name)
+            readChild();
+        else
+            skipUnexpected();
+    }
+}
+
+void ScheduleReader::readLocation()
+{
+    const qint64 id = readId();
+    const int displayOrder = readDisplayOrder();
+    QString shortName;
+    QString name;
+    while (m_xml.readNextStartElement()) {
+        if (m_xml.name() == QLatin1String("shortName"))
+            shortName = text();
+        else if (m_xml.name() == QLatin1String("name"))
+            name = text();
+        else
+            skipUnexpected();
+    }
+    if (shortName.isEmpty())
+        reportInvalid("shortName");
+    if (name.isEmpty())
+        reportInvalid("name");
+    if (!m_xml.hasError())
+        m_objects.locations.append(new EventLocation(id, displayOrder, shortName, name, m_parent));
+}
+
+void ScheduleReader::readAudience()
+{
+    const qint64 id = readId();
+    const int displayOrder = readDisplayOrder();
+    QString name;
+    readChildren(QLatin1String("name"), [&] { name = text(); });
+    if (name.isEmpty())
+        reportInvalid("name");
+    if (!m_xml.hasError())
+        m_objects.audiences.append(new EventAudience(id, displayOrder, name, m_parent));
+}
+
+void ScheduleReader::readEvent()
+{
+    EventFields fields;
+    QList<EventEAudience *> links;
+    fields.id = readId();
+    while (m_xml.readNextStartElement())
+        readEventChild(fields, links);
+
+    if (fields.title.isEmpty())
+        reportInvalid("title");
+    if (!fields.start.isValid())
+        reportInvalid("startTime");
+    if (!fields.end.isValid())
+        reportInvalid("endTime");
+    if (m_xml.hasError()) {
+        qDeleteAll(links);
+        return;
+    }
+    m_objects.events.append(new Event(std::move(fields), std::move(links), m_parent));
+}
+
+void ScheduleReader::readEventChild(EventFields &fields, QList<EventEAudience *> &links)
+{
+    const QStringRef name = m_xml.name();
+    if (name == QLatin1String("start")) {
+        fields.start = readDateTime();
+    } else if (name == QLatin1String("end")) {
+        fields.end = readDateTime();
+    } else if (name == QLatin1String("locationId")) {
+        bool ok = false;
+        fields.locationId = text().toLongLong(&ok);
+        if (!ok)
+            reportInvalid("locationId");
+    } else if (name == QLatin1String("title")) {
+        fields.title = text();
+    } else if (name == QLatin1String("shortTitle")) {
+        fields.shortTitle = text();
+    } else if (name == QLatin1String("subTitle")) {
+        fields.subTitle = text();
+    } else if (name == QLatin1String("description")) {
+        fields.description = text();
+    } else if (name == QLatin1String("speakers")) {
+        readChildren(QLatin1String("speaker"), [&] { fields.speakers.append(text()); });
+    } else if (name == QLatin1String("audiences")) {
+        readChildren(QLatin1String("audience"), [&] { readEventAudience(links); });
+    } else {
+        skipUnexpected();
+    }
+}
+
+void ScheduleReader::readEventAudience(QList<EventEAudience *> &links)
+{
+    qint64 id = 0;
+    QString mandatory;
+    while (m_xml.readNextStartElement()) {
+        if (m_xml.name() == QLatin1String("id")) {
+            bool ok = false;
+            id = text().toLongLong(&ok);
+            if (!ok)
+                reportInvalid("audience/id");
+        } else if (m_xml.name() == QLatin1String("mandatory")) {
+            mandatory = text();
+        } else {
+            skipUnexpected();
+        }
+    }
+    const bool isMandatory = mandatory == QLatin1String("true");
+    if (id <= 0)
+        reportInvalid("audience/id");
+    else if (!isMandatory && mandatory != QLatin1String("false"))
+        reportInvalid("audience/mandatory");
+    links.append(new EventEAudience(id, isMandatory));
+}
+
+qint64 ScheduleReader::readId()
+{
+    const qint64 id = m_xml.attributes().value(QLatin1String("id")).toLongLong();
+    if (id <= 0)
+        reportInvalid("id");
+    return id;
+}
+
+int ScheduleReader::readDisplayOrder()
+{
+    bool ok = false;
+    const int order = m_xml.attributes().value(QLatin1String("displayOrder")).toInt(&ok);
+    if (!ok)
+        reportInvalid("displayOrder");
+    return order;
+}
+
+QDateTime ScheduleReader::readDateTime()
+{
+    const QString iso = text();
+    const auto known = m_knownTimes.constFind(iso);
+    if (known != m_knownTimes.cend())
+        return *known;
+    return *m_knownTimes.insert(iso, QDateTime::fromString(iso, Qt::ISODate));
+}
+
+void ScheduleReader::skipUnexpected()
+{
+    qWarning().noquote() << QStringLiteral("Event data: ignoring unexpected element \"%1\" at line "
+                                           "%2, column %3")
+                                .arg(m_xml.name().toString(), QString::number(m_xml.lineNumber()),
+                                     QString::number(m_xml.columnNumber()));
+    m_xml.skipCurrentElement();
+}
+
+/** Ends the reading: with an error set, the reader offers no further element. The first counts. */
+void ScheduleReader::reportInvalid(const char *field)
+{
+    if (m_xml.hasError())
+        return;
+    m_invalidElement = m_xml.name().toString();
+    m_invalidField = QString::fromLatin1(field);
+    m_xml.raiseError(QStringLiteral("invalid or missing value for \"%2\" at \"%1\"")
+                         .arg(m_invalidElement, m_invalidField));
+}
+
+void ScheduleReader::failAtError() const
+{
+    constexpr auto source = QT_TR_NOOP("Error reading event data: (%1) %2 (line %3, column %4)");
+    const QString invalid
+        = tr("invalid or missing value for \"%2\" at \"%1\"").arg(m_invalidElement, m_invalidField);
+    const auto fill = [this](const QString &text, const QString &detail) {
+        return text.arg(QString::number(m_xml.error()), detail, QString::number(m_xml.lineNumber()),
+                        QString::number(m_xml.columnNumber()));
+    };
+    throw ScheduleException(
+        fill(QString::fromLatin1(source), m_xml.errorString()),
+        fill(tr(source), m_invalidField.isEmpty() ? m_xml.errorString() : invalid));
+}

@@ -1,0 +1,69 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include <QCoreApplication>
+#include <QDateTime>
+#include <QHash>
+#include <QList>
+#include <QString>
+#include <QXmlStreamReader>
+
+class Event;
+class EventAudience;
+class EventEAudience;
+class EventLocation;
+class QIODevice;
+class QObject;
+struct EventFields;
+
+/** The objects of one schedule: events in document order, the others sorted for display. */
+struct ScheduleObjects
+{
+    QList<Event *> events;
+    QList<EventLocation *> locations;
+    QList<EventAudience *> audiences;
+};
+
+/**
+ * Reads the XML document of one day, as the events service sends it, into objects.
+ *
+ * Elements that it does not know are skipped with a warning. The first invalid value ends the
+ * reading; what was read before it stays.
+ */
+class ScheduleReader
+{
+    Q_DECLARE_TR_FUNCTIONS(EventData)
+
+public:
+    /** Reads from @p document into @p objects; @p parent becomes the parent of each of them. */
+    ScheduleReader(QIODevice *document, ScheduleObjects &objects, QObject *parent);
+
+    /** Throws ScheduleException. */
+    void read();
+
+private:
+    template <typename ReadChild> void readChildren(QLatin1String name, ReadChild readChild);
+    void readSchedule();
+    void readLocation();
+    void readAudience();
+    void readEvent();
+    void readEventChild(EventFields &fields, QList<EventEAudience *> &links);
+    void readEventAudience(QList<EventEAudience *> &links);
+    [[nodiscard]] QString text() { return m_xml.readElementText(); }
+    [[nodiscard]] qint64 readId();
+    [[nodiscard]] int readDisplayOrder();
+    [[nodiscard]] QDateTime readDateTime();
+    void skipUnexpected();
+    void reportInvalid(const char *field);
+    [[noreturn]] void failAtError() const;
+
+    QXmlStreamReader m_xml;
+    ScheduleObjects &m_objects;
+    QObject *m_parent;
+    // Most events of a day share their times, and making a local time is the dearest step here.
+    QHash<QString, QDateTime> m_knownTimes;
+    QString m_invalidElement; ///< with m_invalidField: the value that ended the reading
+    QString m_invalidField;
+};
