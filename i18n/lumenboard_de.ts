@@ -1,4 +1,103 @@
 <?xml version="1.0" encoding="utf-8"?>
 <!DOCTYPE TS>
 <TS version="2.1" language="de_DE" sourcelanguage="en">
+<context>
+    <name>Config</name>
+    <message>
+        <source>Unknown location</source>
+        <translation>Unbekannter Ort</translation>
+    </message>
+</context>
+<context>
+    <name>Event</name>
+    <message>
+        <source>%1 - %2</source>
+        <translation>%1 - %2 Uhr</translation>
+    </message>
+</context>
+<context>
+    <name>EventData</name>
+    <message>
+        <source>No error</source>
+        <translation>Kein Fehler</translation>
+    </message>
+    <message>
+        <source>WTF?! Network reply is NULL! :O</source>
+        <translation>Keine Antwort vom Netzwerk erhalten! :O</translation>
+    </message>
+    <message>
+        <source>failed to fetch eventdata: (%1) %2</source>
+        <translation>Die Veranstaltungsdaten konnten nicht abgerufen werden: (%1) %2</translation>
+    </message>
+    <message>
+        <source>this doesn&apos;t look like event data</source>
+        <translation>Das sieht nicht nach Veranstaltungsdaten aus.</translation>
+    </message>
+    <message>
+        <source>Error reading event data: (%1) %2 (line %3, column %4)</source>
+        <translation>Fehler beim Lesen der Veranstaltungsdaten: (%1) %2 (Zeile %3, Spalte %4)</translation>
+    </message>
+    <message>
+        <source>invalid or missing value for &quot;%2&quot; at &quot;%1&quot;</source>
+        <translation>ungültiger oder fehlender Wert für „%2“ in „%1“</translation>
+    </message>
+</context>
+<context>
+    <name>EventDetail</name>
+    <message>
+        <source>Mandatory for: %1</source>
+        <extracomment>%1 is a list of audience groups</extracomment>
+        <translation>Pflicht für %1</translation>
+    </message>
+    <message>
+        <source>Optional for: %1</source>
+        <extracomment>%1 is a list of audience groups</extracomment>
+        <translation>Offen für %1</translation>
+    </message>
+</context>
+<context>
+    <name>EventSummary</name>
+    <message>
+        <source>Mandatory for: %1</source>
+        <extracomment>%1 is a list of audience groups</extracomment>
+        <translation>Pflicht für %1</translation>
+    </message>
+    <message>
+        <source>Optional for: %1</source>
+        <extracomment>%1 is a list of audience groups</extracomment>
+        <translation>Offen für %1</translation>
+    </message>
+</context>
+<context>
+    <name>LectureRoom</name>
+    <message>
+        <source>Now</source>
+        <translation>Jetzt</translation>
+    </message>
+    <message>
+        <source>Nothing is on right now.</source>
+        <translation>Im Augenblick keine Veranstaltung.</translation>
+    </message>
+    <message>
+        <source>Next</source>
+        <translation>Nächste Veranstaltung</translation>
+    </message>
+    <message>
+        <source>No upcoming events.</source>
+        <translation>In nächster Zeit keine Veranstaltungen.</translation>
+    </message>
+</context>
+<context>
+    <name>ScheduleAge</name>
+    <message>
+        <source>As of %1</source>
+        <extracomment>Small line below a schedule that could not be refreshed; %1 is a time such as 10:05</extracomment>
+        <translation>Stand %1 Uhr</translation>
+    </message>
+    <message>
+        <source>As of %1, %2</source>
+        <extracomment>The same for a schedule of an earlier day; %1 is a date, %2 a time</extracomment>
+        <translation>Stand %1, %2 Uhr</translation>
+    </message>
+</context>
 </TS>

@@ -46,7 +46,7 @@ Page {
     StackView {
         id: stackView
 
-        readonly property url startView: Qt.resolvedUrl(root.config.initialItem)
+        readonly property string startView: Qt.resolvedUrl(root.config.initialItem)
 
         anchors {
             left: parent.left
@@ -69,7 +69,7 @@ Page {
         objectName: "menuButton"
         font {
             family: "Font Awesome"
-            pixelSize: 2 * Qt.application.font.pointSize * Screen.logicalPixelDensity * 25.4 / 72
+            pointSize: 2 * Qt.application.font.pointSize
             weight: Font.Black
         }
         text: "\uf0c9"

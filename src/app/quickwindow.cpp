@@ -42,8 +42,8 @@ QuickWindow::QuickWindow(QWindow *parent)
     engine()->setNetworkAccessManagerFactory(networkFactory());
     setTitle(QStringLiteral("Lumenboard"));
     setIcon(QIcon(QStringLiteral(":/icons/app.ico")));
-    // The colour of the main view: nothing flashes white before the first frame or after an error.
-    setColor(QColor(0x3b, 0x3b, 0x3b));
+    // The background of the style: nothing flashes white before the first frame or after an error.
+    setColor(QColor(0x30, 0x30, 0x30));
 }
 
 void QuickWindow::reset()

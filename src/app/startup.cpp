@@ -12,6 +12,7 @@
 #include "schedule/eventdata.h"
 
 #include <QDebug>
+#include <QFile>
 #include <QFont>
 #include <QFontDatabase>
 #include <QGuiApplication>
@@ -42,8 +43,11 @@ template <typename T> void registerQmlType(const char *name)
 
 void loadFaces(const QString &pattern, std::initializer_list<const char *> faces)
 {
-    for (const char *face : faces)
-        QFontDatabase::addApplicationFont(pattern.arg(QLatin1String(face)));
+    for (const char *face : faces) {
+        const QString file = pattern.arg(QLatin1String(face));
+        if (QFile::exists(file) && QFontDatabase::addApplicationFont(file) < 0)
+            qWarning() << "Failed to load font" << file;
+    }
 }
 
 } // namespace
@@ -98,6 +102,16 @@ void loadFonts()
               { "Brands-Regular-400", "Pro-Light-300", "Pro-Regular-400", "Pro-Solid-900",
                 "Duotone-Solid-900", "Free-Regular-400", "Free-Solid-900" });
     loadFaces(QStringLiteral(":/fonts/MavenPro-%1.ttf"), { "Black", "Bold", "Medium", "Regular" });
+
+    const QString textFamily = QStringLiteral("Maven Pro");
+    QFont font = QGuiApplication::font();
+    font.setFamily(textFamily);
+    QGuiApplication::setFont(font);
+    // The styles also name these; what a system puts in their place differs between machines.
+    QFont::insertSubstitution(QStringLiteral("MavenPro"), textFamily);
+    QFont::insertSubstitution(QStringLiteral("Bandolino"), textFamily);
+    QFont::insertSubstitution(QStringLiteral("Font Awesome"),
+                              QStringLiteral("Font Awesome 5 Free"));
 }
 
 void registerMetaTypes()
