@@ -100,14 +100,19 @@ Item {
         }
 
         Flickable {
+            readonly property real room: content.height - y
+            readonly property real lineHeight: description.contentHeight / Math.max(1, description.lineCount)
+
             anchors {
                 top: lines.bottom
                 topMargin: 20
-                bottom: parent.bottom
                 horizontalCenter: parent.horizontalCenter
             }
             width: description.width
+            // Whole lines only: half a line at the lower edge looks like a fault.
+            height: Math.min(contentHeight, Math.floor(room / lineHeight) * lineHeight)
             clip: true
+            visible: height > 0
             contentHeight: description.height
             contentWidth: width
             interactive: contentHeight > height

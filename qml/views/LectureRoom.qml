@@ -86,7 +86,7 @@ FocusScope {
             left: eventList.left
             right: eventList.right
         }
-        maximumLineCount: 3
+        maximumLineCount: 4
         text: root.location ? root.location.name : ""
         xstyle: Style.eoLocationName
     }
