@@ -41,6 +41,10 @@
         <source>invalid or missing value for &quot;%2&quot; at &quot;%1&quot;</source>
         <translation>ungültiger oder fehlender Wert für „%2“ in „%1“</translation>
     </message>
+    <message>
+        <source>Error transferring %1 - server replied: %2</source>
+        <translation>Fehler beim Abruf von %1 – Antwort des Servers: %2</translation>
+    </message>
 </context>
 <context>
     <name>EventDetail</name>

@@ -13,6 +13,10 @@ Drawer {
 
     width: parent.width / 3
     height: parent.height
+    // The style dims a dark page with a light veil.
+    Overlay.modal: Rectangle {
+        color: "#99000000"
+    }
 
     Page {
         anchors.fill: parent

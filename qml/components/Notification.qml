@@ -97,24 +97,31 @@ Item {
             }
         }
 
-        RowLayout {
-            Layout.alignment: Qt.AlignHCenter
+        Item {
+            Layout.fillWidth: true
             Layout.margins: 8
-            spacing: 24
+            implicitHeight: buttonRow.height * buttonRow.scale
             visible: buttons.count > 0
 
-            Repeater {
-                id: buttons
+            Row {
+                id: buttonRow
 
-                model: root.notification ? root.notification.buttons : []
-                delegate: NotificationExtraButton {
-                    required property int index
-                    required property var modelData
+                anchors.centerIn: parent
+                // Rather smaller than cut off: what is on a button has to be read before it is pressed.
+                scale: Math.min(1, (root.width - 2 * 8) / Math.max(1, width))
+                spacing: 24
 
-                    Layout.fillWidth: true
-                    Layout.maximumWidth: implicitWidth
-                    button: modelData
-                    onPressedWhenEnabled: root.notification.clickButton(index)
+                Repeater {
+                    id: buttons
+
+                    model: root.notification ? root.notification.buttons : []
+                    delegate: NotificationExtraButton {
+                        required property int index
+                        required property var modelData
+
+                        button: modelData
+                        onPressedWhenEnabled: root.notification.clickButton(index)
+                    }
                 }
             }
         }

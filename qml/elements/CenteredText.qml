@@ -8,7 +8,8 @@ StyledText {
     id: root
 
     width: parent ? parent.width : 0
-    height: visible ? implicitHeight : 0
+    // Undefined is the height of the text: a number here would make the text elide itself to it.
+    height: text === "" ? 0 : undefined
     visible: text !== ""
     elide: Text.ElideRight
     horizontalAlignment: Text.AlignHCenter

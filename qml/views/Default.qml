@@ -60,7 +60,19 @@ Item {
             StyledText {
                 id: time
 
+                // On a narrow screen the time leaves room for the logo.
+                width: Math.min(Math.ceil(timeMetrics.advanceWidth), 0.58 * block.width)
+                height: contentHeight
+                fontSizeMode: Text.HorizontalFit
+                minimumPointSize: 20
                 xstyle: Style.dvTime
+
+                TextMetrics {
+                    id: timeMetrics
+
+                    font: time.font
+                    text: time.text
+                }
             }
 
             StyledText {
@@ -77,9 +89,11 @@ Item {
                 right: parent.right
                 bottom: parent.bottom
             }
-            height: Math.min(implicitHeight, parent.height - Math.max(logo.height, clock.y + clock.height) - 16)
+            height: parent.height - Math.max(logo.height, clock.y + clock.height) - 16
             elide: Text.ElideRight
+            fontSizeMode: Text.Fit
             horizontalAlignment: Text.AlignRight
+            minimumPointSize: 2 * LBAPI.config.fontBaseSize
             text: LBAPI.config.locationName
             verticalAlignment: Text.AlignBottom
             wrapMode: Text.Wrap

@@ -27,6 +27,17 @@ template <typename T> QHash<qint64, T *> byId(const QList<T *> &objects)
     return index;
 }
 
+/** The reply's error string in the language of the interface. */
+QString shownError(const QNetworkReply &reply)
+{
+    const QVariant reason = reply.attribute(QNetworkRequest::HttpReasonPhraseAttribute);
+    // The one text of this kind that Qt itself leaves in English.
+    if (reply.errorString().startsWith(QLatin1String("Error transferring")))
+        return EventData::tr("Error transferring %1 - server replied: %2")
+            .arg(reply.url().toDisplayString(), reason.toString());
+    return reply.errorString();
+}
+
 } // namespace
 
 RequestLimits EventData::scheduleLimits()
@@ -104,7 +115,7 @@ void EventData::readReply(QNetworkReply *reply)
         constexpr auto source = QT_TR_NOOP("failed to fetch eventdata: (%1) %2");
         const QString code = QString::number(reply->error());
         setFailure(QString::fromLatin1(source).arg(code, reply->errorString()),
-                   tr(source).arg(code, reply->errorString()));
+                   tr(source).arg(code, shownError(*reply)));
     } else {
         readDocument(reply);
     }
