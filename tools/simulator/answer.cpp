@@ -1,0 +1,99 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "simulator/answer.h"
+
+#include "simulator/routehandler.h"
+
+#include <zlib.h>
+
+namespace simulator {
+namespace {
+
+    constexpr auto loginPage = R"(<!DOCTYPE html>
+<html lang="de">
+<head><meta charset="utf-8"><title>Gastnetz</title></head>
+<body>
+<h1>Willkommen im Gastnetz</h1>
+<form method="post" action="/login">
+<p><label>Zugangscode <input name="code"></label> <button>Anmelden</button></p>
+<p>Mit der Anmeldung stimmen Sie der Benutzungsordnung zu.<br>Der Zugang gilt 24 Stunden.</p>
+</form>
+</body>
+</html>
+)";
+
+    QByteArray gzipped(const QByteArray &data)
+    {
+        // Sixteen more than the largest window asks zlib for a gzip header in place of its own.
+        constexpr int gzipWindowBits = MAX_WBITS + 16;
+        constexpr int memoryLevel = 8;
+        z_stream stream {};
+        if (deflateInit2(&stream, Z_DEFAULT_COMPRESSION, Z_DEFLATED, gzipWindowBits, memoryLevel,
+                         Z_DEFAULT_STRATEGY)
+            != Z_OK)
+            return {};
+        QByteArray input = data;
+        const auto inputSize = static_cast<uLong>(input.size());
+        QByteArray output(static_cast<int>(deflateBound(&stream, inputSize)), Qt::Uninitialized);
+        stream.next_in = reinterpret_cast<Bytef *>(input.data());
+        stream.avail_in = static_cast<uInt>(input.size());
+        stream.next_out = reinterpret_cast<Bytef *>(output.data());
+        stream.avail_out = static_cast<uInt>(output.size());
+        deflate(&stream, Z_FINISH);
+        output.truncate(static_cast<int>(stream.total_out));
+        deflateEnd(&stream);
+        return output;
+    }
+
+} // namespace
+
+Answer textAnswer(int status, const QString &text)
+{
+    return { status, "text/plain; charset=utf-8", text.toUtf8() + '\n' };
+}
+
+Answer spoiled(Answer answer, Fault fault, const RouteHandler &handler, const QString &path)
+{
+    switch (fault) {
+    case Fault::None:
+    case Fault::Hang:
+        break;
+    case Fault::Empty:
+        answer.body.clear();
+        break;
+    case Fault::Truncated:
+        answer.body.truncate(answer.body.size() / 2);
+        break;
+    case Fault::WrongRoot:
+    case Fault::InvalidValue:
+    case Fault::Huge:
+    case Fault::Oversize:
+    case Fault::EntityBomb:
+        answer.body = handler.spoiledBody(fault);
+        break;
+    case Fault::CaptivePortal:
+        return { 200, "text/html; charset=utf-8", loginPage };
+    case Fault::Redirect:
+        answer = textAnswer(302, QStringLiteral("Moved"));
+        answer.headers["Location"] = "/moved" + path.toUtf8();
+        break;
+    case Fault::NotFound:
+        return textAnswer(404, QStringLiteral("Not found"));
+    case Fault::ServerError:
+        return textAnswer(500, QStringLiteral("Internal server error"));
+    case Fault::Drop:
+        answer.delivery = Answer::Delivery::Half;
+        break;
+    case Fault::Drip:
+        answer.delivery = Answer::Delivery::Drip;
+        break;
+    case Fault::Gzip:
+        answer.body = gzipped(answer.body);
+        answer.headers["Content-Encoding"] = "gzip";
+        break;
+    }
+    return answer;
+}
+
+} // namespace simulator

@@ -1,0 +1,39 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include "simulator/enums.h"
+
+#include <QByteArray>
+
+#include <map>
+
+namespace simulator {
+
+class RouteHandler;
+
+/** A reply on its way out: what is sent, and how. */
+struct Answer
+{
+    /** How the body leaves: at once, half of it before the connection ends, or byte by byte. */
+    enum class Delivery { Whole, Half, Drip };
+
+    int status = 200;
+    QByteArray contentType;
+    QByteArray body;
+    std::map<QByteArray, QByteArray> headers {};
+    Delivery delivery = Delivery::Whole;
+};
+
+/// A short answer in plain text; a line end is added.
+[[nodiscard]] Answer textAnswer(int status, const QString &text);
+
+/**
+ * What becomes of a good answer under a fault. Hang changes nothing, since it is a matter of when.
+ * @param path the path that was asked for, which a redirect leads away from
+ */
+[[nodiscard]] Answer spoiled(Answer answer, Fault fault, const RouteHandler &handler,
+                             const QString &path);
+
+} // namespace simulator

@@ -1,0 +1,97 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include "simulator/enums.h"
+#include "simulator/httpserver.h"
+#include "simulator/recordedrequest.h"
+#include "simulator/scheduleroute.h"
+
+#include <QVector>
+
+#include <array>
+#include <condition_variable>
+#include <functional>
+#include <memory>
+#include <mutex>
+
+namespace simulator {
+
+/**
+ * What lies between the HTTP workers and the Simulator: finds the route of a request, records it,
+ * applies the fault and sends the answer. All functions can be called from any thread, start() and
+ * stop() from the owner's alone.
+ */
+class Backend
+{
+public:
+    using Announce = std::function<void(const QString &line)>;
+    using Reply = std::function<void(const QString &text)>;
+    using Execute = std::function<void(const QString &command, const Reply &reply)>;
+
+    /**
+     * @param announce takes one line per event
+     * @param execute takes a command of the control address and answers it by calling the reply
+     * Both are called in a worker thread and must not wait for the owner's thread.
+     */
+    Backend(Announce announce, Execute execute);
+    Q_DISABLE_COPY_MOVE(Backend)
+    ~Backend();
+
+    [[nodiscard]] bool start(quint16 port);
+    void stop();
+    /// 0 while stopped.
+    [[nodiscard]] quint16 port() const { return m_server ? m_server->port() : quint16(0); }
+
+    [[nodiscard]] ScheduleRoute &schedule() { return m_schedule; }
+
+    void setFault(Route route, Fault fault);
+    [[nodiscard]] Fault fault(Route route) const;
+    void setDripInterval(std::chrono::milliseconds interval);
+    [[nodiscard]] QVector<RecordedRequest> requests(Route route) const;
+
+private:
+    /** All about one route. */
+    struct Service
+    {
+        RouteHandler *handler;
+        Fault fault = Fault::None;
+        int switches = 0; ///< how often the fault changed: what began before can tell and end
+        QVector<RecordedRequest> requests {};
+    };
+
+    /// The way of one request, in a worker thread, as are the next functions.
+    void handle(const httplib::Request &request, httplib::Response &response);
+    void serve(Service &service, const httplib::Request &request, RecordedRequest record,
+               const QString &path, httplib::Response &response);
+    [[nodiscard]] Answer control(const RecordedRequest &request);
+    /// Keeps a hanging request until the fault is switched (true), the server stops or the other
+    /// side gives up (false).
+    [[nodiscard]] bool hold(const Service &service, int switches);
+    /// Lets one drip interval pass. Returns how many of the bytes left may go then, 0 to end.
+    [[nodiscard]] size_t drip(const Service &service, int switches, size_t left);
+
+    [[nodiscard]] Service &service(Route route) { return m_services[static_cast<size_t>(route)]; }
+    [[nodiscard]] const Service &service(Route route) const
+    {
+        return m_services[static_cast<size_t>(route)];
+    }
+    [[nodiscard]] Service *ownerOf(const QString &path);
+
+    const Announce m_announce;
+    const Execute m_execute;
+    ScheduleRoute m_schedule;
+    std::unique_ptr<HttpServer> m_server;
+
+    mutable std::mutex m_mutex; ///< guards everything below
+    std::condition_variable m_changed;
+    bool m_stopping = false;
+    std::chrono::milliseconds m_dripInterval = std::chrono::seconds(10);
+    /// In the order of Route. A new service is an enumerator, a handler above and a row here.
+    std::array<Service, 1> m_services { {
+        { &m_schedule },
+    } };
+};
+
+} // namespace simulator

@@ -1,0 +1,158 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "simulator/commandinterpreter.h"
+
+#include "simulator/simulator.h"
+
+#include <algorithm>
+
+namespace simulator {
+namespace {
+
+    constexpr int listedRequests = 20;
+
+    QString error(const QString &text)
+    {
+        return QStringLiteral("error: ") + text;
+    }
+
+} // namespace
+
+struct CommandInterpreter::Command
+{
+    const char *name;
+    const char *arguments; ///< as the help shows them; empty if it takes none
+    const char *effect;
+    QString (CommandInterpreter::*function)(const QString &arguments);
+};
+
+const QVector<CommandInterpreter::Command> &CommandInterpreter::commands()
+{
+    using Self = CommandInterpreter;
+    static const QVector<Command> list {
+        { "fault", "ROUTE KIND", "spoil the answers of a route", &Self::fault },
+        { "faults", "", "list the faults of all routes", &Self::faults },
+        { "schedule", "FILE|default", "serve a file or the generated day", &Self::schedule },
+        { "requests", "", "list the latest requests", &Self::requests },
+        { "audit", "", "count the requests of all routes", &Self::audit },
+        { "help", "", "show this text", &Self::help },
+        { "quit", "", "end the kiosk and the simulator", &Self::quit },
+    };
+    return list;
+}
+
+CommandInterpreter::CommandInterpreter(Simulator *simulator, QObject *parent)
+    : QObject(parent)
+    , m_simulator(simulator)
+{
+}
+
+QString CommandInterpreter::execute(const QString &line)
+{
+    const QString text = line.trimmed();
+    const QString name = text.section(QLatin1Char(' '), 0, 0);
+    const QString arguments = text.mid(name.size()).trimmed();
+    const auto command
+        = std::find_if(commands().begin(), commands().end(),
+                       [&name](const Command &each) { return name == QLatin1String(each.name); });
+    if (command == commands().end())
+        return error(QStringLiteral("unknown command \"%1\", try help").arg(name));
+    if (arguments.isEmpty() != (*command->arguments == '\0'))
+        return error(
+            QStringLiteral("usage: %1 %2").arg(name, QLatin1String(command->arguments)).trimmed());
+    return (this->*command->function)(arguments);
+}
+
+QString CommandInterpreter::setFault(const QString &route, const QString &fault)
+{
+    const auto knownRoute = fromName<Route>(route);
+    if (!knownRoute)
+        return error(QStringLiteral("unknown route \"%1\", try faults").arg(route));
+    const auto knownFault = fromName<Fault>(fault);
+    if (!knownFault)
+        return error(QStringLiteral("unknown fault \"%1\", try help").arg(fault));
+    m_simulator->setFault(*knownRoute, *knownFault);
+    return QStringLiteral("%1: %2").arg(route, fault);
+}
+
+QString CommandInterpreter::fault(const QString &arguments)
+{
+    const QStringList words = arguments.simplified().split(QLatin1Char(' '));
+    return words.size() == 2 ? setFault(words[0], words[1])
+                             : error(QStringLiteral("usage: fault ROUTE KIND"));
+}
+
+QString CommandInterpreter::faults(const QString & /*arguments*/)
+{
+    QStringList lines;
+    for (const Route route : values<Route>())
+        lines += QStringLiteral("%1: %2").arg(nameOf(route), nameOf(m_simulator->fault(route)));
+    return lines.join(QLatin1Char('\n'));
+}
+
+QString CommandInterpreter::schedule(const QString &arguments)
+{
+    if (arguments == QLatin1String("default")) {
+        m_simulator->setSchedule({});
+        return QStringLiteral("serving the generated day");
+    }
+    QString reason;
+    return m_simulator->setScheduleFile(arguments, &reason)
+        ? QStringLiteral("serving %1").arg(arguments)
+        : error(reason);
+}
+
+QString CommandInterpreter::requests(const QString & /*arguments*/)
+{
+    QStringList lines;
+    for (const Route route : values<Route>()) {
+        const auto recent = m_simulator->requests(route).mid(
+            std::max(0, m_simulator->requestCount(route) - listedRequests));
+        for (const RecordedRequest &request : recent)
+            lines += QStringLiteral("%1 %2 %3%4")
+                         .arg(request.time.toString(QStringLiteral("HH:mm:ss")),
+                              QString::fromLatin1(request.method), request.path,
+                              request.accepted ? QString() : QStringLiteral(" (refused)"));
+    }
+    return lines.isEmpty() ? QStringLiteral("no requests yet") : lines.join(QLatin1Char('\n'));
+}
+
+QString CommandInterpreter::audit(const QString & /*arguments*/)
+{
+    QStringList lines;
+    for (const Route route : values<Route>()) {
+        const auto all = m_simulator->requests(route);
+        const auto accepted
+            = std::count_if(all.begin(), all.end(), [](const auto &each) { return each.accepted; });
+        lines += QStringLiteral("%1: %2 requests, %3 refused")
+                     .arg(nameOf(route))
+                     .arg(all.size())
+                     .arg(all.size() - accepted);
+    }
+    return lines.join(QLatin1Char('\n'));
+}
+
+// NOLINTNEXTLINE(readability-convert-member-functions-to-static): the commands are of one type
+QString CommandInterpreter::help(const QString & /*arguments*/)
+{
+    QString text;
+    for (const Command &each : commands())
+        text += QStringLiteral("%1 %2\n")
+                    .arg(QStringLiteral("%1 %2").arg(QLatin1String(each.name),
+                                                     QLatin1String(each.arguments)),
+                         -22)
+                    .arg(QLatin1String(each.effect));
+    const auto separator = QStringLiteral(" ");
+    return text
+        + QStringLiteral("ROUTE: %1\nKIND: %2")
+              .arg(names<Route>().join(separator), names<Fault>().join(separator));
+}
+
+QString CommandInterpreter::quit(const QString & /*arguments*/)
+{
+    Q_EMIT quitRequested();
+    return QStringLiteral("bye");
+}
+
+} // namespace simulator

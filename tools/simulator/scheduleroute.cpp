@@ -1,0 +1,130 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "simulator/scheduleroute.h"
+
+#include "simulator/sampleday.h"
+
+#include <QFile>
+
+namespace simulator {
+namespace {
+
+    constexpr auto xmlType = "application/xml; charset=utf-8";
+    constexpr int hugeBytes = 50'000'000;
+    constexpr int oversizeBytes = 68'000'000; // the kiosk takes 64 MiB
+
+    constexpr auto otherDocument = R"(<?xml version="1.0" encoding="UTF-8"?>
+<menu><day>Montag</day><dish price="3.20">Linseneintopf mit Brötchen</dish></menu>
+)";
+
+    constexpr auto unreadableDocument = R"(<?xml version="1.0" encoding="UTF-8"?>
+<schedule>
+  <locations>
+    <location id="1" displayOrder="1"><shortName>HS 1</shortName><name>Hörsaal 1</name></location>
+  </locations>
+  <events>
+    <event id="1">
+      <start>2024-05-13T09:30:00</start>
+      <end>kurz vor Mittag</end>
+      <locationId>1</locationId>
+      <title>Thermodynamik</title>
+    </event>
+  </events>
+</schedule>
+)";
+
+    QByteArray entityBomb()
+    {
+        constexpr int levels = 9; // ten to this power times three bytes
+        QByteArray xml = "<?xml version=\"1.0\"?>\n<!DOCTYPE schedule [\n<!ENTITY e0 \"bum\">\n";
+        for (int level = 1; level <= levels; ++level) {
+            const QByteArray inner = "&e" + QByteArray::number(level - 1) + ';';
+            xml += "<!ENTITY e" + QByteArray::number(level) + " \"" + inner.repeated(10) + "\">\n";
+        }
+        return xml + "]>\n<schedule><locations><location id=\"1\" displayOrder=\"1\"><shortName>&e"
+            + QByteArray::number(levels)
+            + ";</shortName><name>Hof</name></location></locations></schedule>\n";
+    }
+
+    QByteArray dayOfSize(int bytes)
+    {
+        const SampleDay day(QDateTime::currentDateTime());
+        const int events = day.events().size();
+        const double bytesPerEvent
+            = double(day.toXml(2 * events).size() - day.toXml().size()) / events;
+        return day.toXml(int(bytes / bytesPerEvent));
+    }
+
+} // namespace
+
+void ScheduleRoute::setDocument(const QByteArray &xml)
+{
+    const std::lock_guard lock(m_mutex);
+    m_document = xml;
+    m_file.clear();
+    m_days.clear();
+}
+
+void ScheduleRoute::setFile(const QString &path)
+{
+    const std::lock_guard lock(m_mutex);
+    m_document.clear();
+    m_file = path;
+}
+
+bool ScheduleRoute::owns(const QString &path) const
+{
+    return path.startsWith(QLatin1String(pathPrefix));
+}
+
+Answer ScheduleRoute::answer(const QString &path, const RecordedRequest &request)
+{
+    if (request.method != "GET") {
+        Answer refusal = textAnswer(405, QStringLiteral("A schedule can only be fetched by GET"));
+        refusal.headers["Allow"] = "GET";
+        return refusal;
+    }
+    const QString text = path.mid(int(qstrlen(pathPrefix)));
+    const QDate date = QDate::fromString(text, Qt::ISODate);
+    // Qt reads some things as a date that are none, so the date has to look as it was written.
+    if (!date.isValid() || date.toString(Qt::ISODate) != text)
+        return textAnswer(404, QStringLiteral("No schedule for \"%1\": not a date").arg(text));
+
+    const std::lock_guard lock(m_mutex);
+    if (!m_file.isEmpty()) {
+        QFile file(m_file);
+        if (!file.open(QIODevice::ReadOnly))
+            return textAnswer(500, QStringLiteral("%1: %2").arg(m_file, file.errorString()));
+        return { 200, xmlType, file.readAll() };
+    }
+    return { 200, xmlType, m_document.isEmpty() ? generatedDay(date) : m_document };
+}
+
+QByteArray ScheduleRoute::spoiledBody(Fault fault) const
+{
+    switch (fault) {
+    case Fault::WrongRoot:
+        return otherDocument;
+    case Fault::InvalidValue:
+        return unreadableDocument;
+    case Fault::Huge:
+        return dayOfSize(hugeBytes);
+    case Fault::Oversize:
+        return dayOfSize(oversizeBytes);
+    case Fault::EntityBomb:
+        return entityBomb();
+    default:
+        Q_UNREACHABLE();
+    }
+}
+
+QByteArray ScheduleRoute::generatedDay(const QDate &date)
+{
+    auto day = m_days.find(date);
+    if (day == m_days.end())
+        day = m_days.insert(date, SampleDay(QDateTime(date, QTime::currentTime())).toXml());
+    return *day;
+}
+
+} // namespace simulator

@@ -1,0 +1,33 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include <QObject>
+#include <QSocketNotifier>
+
+namespace simulator {
+
+/**
+ * Brings SIGINT and SIGTERM into the event loop. Signals are caught, not blocked: a child would
+ * inherit the block and could not be ended. One object per process.
+ */
+class TerminationSignals : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit TerminationSignals(QObject *parent = nullptr);
+    Q_DISABLE_COPY_MOVE(TerminationSignals)
+    ~TerminationSignals() override;
+
+Q_SIGNALS:
+    void received();
+
+private:
+    void onActivated();
+
+    QSocketNotifier m_notifier;
+};
+
+} // namespace simulator
