@@ -12,6 +12,17 @@
 #include <functional>
 #include <utility>
 
+namespace {
+
+/** The names as one text, of bounded length however many there are. */
+QString joined(const QStringList &names)
+{
+    constexpr int longest = 10000;
+    return names.join(QLatin1String(", ")).left(longest);
+}
+
+} // namespace
+
 Event::Event(QObject *parent)
     : QObject(parent)
 {
@@ -42,7 +53,7 @@ QString Event::startEndTimeStr() const
 
 QString Event::speakers() const
 {
-    return m_fields.speakers.join(QLatin1String(", "));
+    return joined(m_fields.speakers);
 }
 
 bool Event::sortsBefore(const Event *a, const Event *b)
@@ -75,5 +86,5 @@ QString Event::audienceNames(bool mandatory) const
             continue;
         names.append(link->audience() ? link->audience()->name() : QStringLiteral("null"));
     }
-    return names.join(QLatin1String(", "));
+    return joined(names);
 }

@@ -13,6 +13,14 @@
 
 #include <algorithm>
 
+namespace {
+
+// Far beyond what a screen shows, and short enough to be laid out in no time: megabytes in a title
+// would keep the interface busy for minutes.
+constexpr int longestText = 10000;
+
+} // namespace
+
 ScheduleReader::ScheduleReader(QIODevice *document, ScheduleObjects &objects, QObject *parent)
     : m_xml(document)
     , m_objects(objects)
@@ -171,6 +179,16 @@ void ScheduleReader::readEventAudience(QList<EventEAudience *> &links)
     else if (!isMandatory && mandatory != QLatin1String("false"))
         reportInvalid("audience/mandatory");
     links.append(new EventEAudience(id, isMandatory));
+}
+
+QString ScheduleReader::text()
+{
+    QString text = m_xml.readElementText();
+    if (text.size() <= longestText)
+        return text;
+    qWarning() << "Event data: cutting a text of" << text.size() << "characters at line"
+               << m_xml.lineNumber();
+    return text.left(longestText);
 }
 
 qint64 ScheduleReader::readId()

@@ -51,7 +51,7 @@ private:
     void readEvent();
     void readEventChild(EventFields &fields, QList<EventEAudience *> &links);
     void readEventAudience(QList<EventEAudience *> &links);
-    [[nodiscard]] QString text() { return m_xml.readElementText(); }
+    [[nodiscard]] QString text();
     [[nodiscard]] qint64 readId();
     [[nodiscard]] int readDisplayOrder();
     [[nodiscard]] QDateTime readDateTime();
