@@ -45,6 +45,14 @@
         <source>Error transferring %1 - server replied: %2</source>
         <translation>Fehler beim Abruf von %1 – Antwort des Servers: %2</translation>
     </message>
+    <message>
+        <source>a tag is too long</source>
+        <translation>ein Element ist zu lang</translation>
+    </message>
+    <message>
+        <source>the elements are nested too deep</source>
+        <translation>die Elemente sind zu tief verschachtelt</translation>
+    </message>
 </context>
 <context>
     <name>EventDetail</name>

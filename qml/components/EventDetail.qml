@@ -120,9 +120,18 @@ Item {
             StyledText {
                 id: description
 
-                width: Math.min(implicitWidth, content.width * 0.7)
+                width: Math.min(natural.implicitWidth, content.width * 0.7)
                 text: root.event ? root.event.description : ""
                 wrapMode: Text.Wrap
+                xstyle: Style.edDescription
+            }
+
+            // Measured apart: a text that is as wide as itself never comes to rest.
+            StyledText {
+                id: natural
+
+                text: description.text
+                visible: false
                 xstyle: Style.edDescription
             }
 

@@ -4,6 +4,7 @@
 import QtGraphicalEffects 1.15
 import QtQuick 2.15
 import QtQuick.Controls 2.15
+import QtQuick.Controls.impl 2.15
 import QtQuick.Controls.Material 2.15
 import QtQuick.Window 2.15
 
@@ -59,12 +60,37 @@ Item {
         enabled: Boolean(root.button) && (root.button.enabled || root.button.highlighted)
         font.pointSize: 3 * Qt.application.font.pointSize
         highlighted: Boolean(root.button) && root.button.highlighted
-        icon {
-            source: root.button ? root.button.icon : ""
-            width: root.iconSize
-            height: root.iconSize
+        icon.source: root.button ? root.button.icon : ""
+        // Named for assistive tools; shown by the content below, since a button takes its text for
+        // markup where it looks like some.
+        Accessible.name: label.text
+        contentItem: Item {
+            implicitWidth: content.width
+            implicitHeight: content.height
+
+            Row {
+                id: content
+
+                anchors.centerIn: parent
+                spacing: control.spacing
+
+                IconImage {
+                    anchors.verticalCenter: parent.verticalCenter
+                    color: label.color
+                    source: control.icon.source
+                    sourceSize: Qt.size(root.iconSize, root.iconSize)
+                }
+
+                Label {
+                    id: label
+
+                    color: control.highlighted ? control.Material.primaryHighlightedTextColor : control.Material.foreground
+                    font: control.font
+                    text: root.button ? root.button.text : ""
+                    textFormat: Text.PlainText
+                }
+            }
         }
-        text: root.button ? root.button.text : ""
         onClicked: if (root.button.enabled)
             root.pressedWhenEnabled()
     }

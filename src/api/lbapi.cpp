@@ -26,9 +26,12 @@ LBAPI::LBAPI(QObject *parent)
     , m_scheduleAge(this)
 {
     const QPointer<LBAPI> self(this);
-    config()->setLocationLookup(
+    Config::setLocationLookup(
         [self](qint64 id) { return self ? self->findLocation(id) : nullptr; });
     connect(config(), &Config::locationChanged, &m_boundaryTimer, &EventBoundaryTimer::watch);
+    // A new room takes effect with the next view, before the next good read announces it.
+    connect(config(), &Config::configChanged, this,
+            [this] { m_boundaryTimer.watch(config()->plenarLocation()); });
     connect(&m_scheduleAge, &ScheduleAge::asOfChanged, this, &LBAPI::scheduleAsOfChanged);
 }
 

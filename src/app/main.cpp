@@ -16,12 +16,11 @@ namespace {
 
 /**
  * Leaves without the destructors of Qt's globals: they wait for name look-ups that hang, and with
- * them the whole process would (12 s have been seen). Windows and threads are gone by now.
+ * them the whole process would (12 s have been seen), as does a network manager whose server is
+ * amid an answer. Window and threads are gone by now, and settings are written when they change.
  */
 [[noreturn]] void leave(int code)
 {
-    delete LBAPI::instance();
-    delete Config::instance();
     std::fflush(nullptr);
     std::_Exit(code);
 }

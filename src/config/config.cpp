@@ -10,12 +10,17 @@
 
 #include <QCoreApplication>
 #include <QDebug>
+#include <QFile>
 #include <QJsonObject>
 #include <QPointer>
 #include <QTime>
 
 #include <algorithm>
 #include <array>
+#include <limits>
+#include <optional>
+#include <sys/stat.h>
+#include <utility>
 
 namespace {
 
@@ -24,15 +29,47 @@ constexpr auto settingsCodec = "UTF-8";
 
 QPointer<Config> s_instance;
 
+/** Process-wide, as is the schedule that it looks into: any Config object finds the location. */
+Config::LocationLookup s_locationLookup;
+
+/** A number as the settings hold it, however large; nothing when it is none. */
+std::optional<qint64> toInteger(const QVariant &value)
+{
+    bool ok = false;
+    if (value.type() != QVariant::Double) {
+        const qint64 number = value.toLongLong(&ok);
+        return ok ? std::optional(number) : std::nullopt;
+    }
+    constexpr double bound = 1e15; // beyond it a conversion would be undefined
+    return qRound64(std::clamp(value.toDouble(), -bound, bound));
+}
+
+/** What changes whenever QSettings replaces its file. */
+std::pair<quint64, qint64> fileIdentity(const QString &path)
+{
+    struct stat info
+    {
+    };
+    if (stat(QFile::encodeName(path).constData(), &info) != 0)
+        return {};
+    return { info.st_ino, info.st_mtim.tv_sec * 1000000000LL + info.st_mtim.tv_nsec };
+}
+
 } // namespace
 
 Config::Config(QObject *parent)
     : QObject(parent)
+    , m_own(m_settings.format(), m_settings.scope(), m_settings.organizationName(),
+            m_settings.applicationName())
 {
     m_settings.setIniCodec(settingsCodec);
+    m_own.setIniCodec(settingsCodec);
+    m_own.setFallbacksEnabled(false);
     protectSettingsFile(m_settings.fileName());
+    m_settings.allKeys(); // reads every section now, and with the right codec
     if (m_settings.status() != QSettings::NoError)
-        qCritical() << "Failed to read settings from" << m_settings.fileName();
+        qCritical() << "Failed to read settings from" << m_settings.fileName()
+                    << "or from the machine-wide file";
 }
 
 Config *Config::instance()
@@ -67,7 +104,7 @@ void Config::setLocationName(const QString &name)
 EventLocation *Config::plenarLocation() const
 {
     const int id = plenarLocationId();
-    return m_locationLookup ? m_locationLookup(id) : nullptr;
+    return s_locationLookup ? s_locationLookup(id) : nullptr;
 }
 
 int Config::fontBaseSize() const
@@ -99,9 +136,8 @@ Config::TpRegMode Config::preferredTpRegMode() const
 
 int Config::intSetting(const QString &key, int defaultValue, int min, int max) const
 {
-    bool ok = false;
-    const int value = m_settings.value(key, defaultValue).toInt(&ok);
-    return ok ? std::clamp(value, min, max) : defaultValue;
+    const auto value = toInteger(m_settings.value(key, defaultValue));
+    return value ? static_cast<int>(std::clamp<qint64>(*value, min, max)) : defaultValue;
 }
 
 bool Config::setIfChanged(const QString &key, const QVariant &value, const QVariant &defaultValue)
@@ -120,12 +156,11 @@ bool Config::setIfChanged(const QString &key, const QVariant &value, const QVari
 
 int Config::plenarLocationId() const
 {
-    bool ok = false;
-    const int id = m_settings.value(keys::plenarLocationId, 0).toInt(&ok);
-    if (ok && id > 0)
-        return id;
-    qCritical() << "Plenar location ID not set";
-    return ok ? id : 0;
+    constexpr int largest = std::numeric_limits<int>::max();
+    const int id = intSetting(keys::plenarLocationId, 0, -largest, largest);
+    if (id <= 0)
+        qCritical() << "Plenar location ID not set";
+    return id;
 }
 
 QUrl Config::eventDataUrl(QDate date) const
@@ -165,7 +200,7 @@ int Config::refreshInterval() const
 
 void Config::setLocationLookup(LocationLookup lookup)
 {
-    m_locationLookup = std::move(lookup);
+    s_locationLookup = std::move(lookup);
 }
 
 void Config::emitLocationChanged()
@@ -210,11 +245,7 @@ void Config::applyConfiguration(QJsonDocument json)
 /** Whether the user's own file has @p key; contains() would also see the machine-wide defaults. */
 bool Config::hasOwnValue(const QString &key) const
 {
-    QSettings own(m_settings.format(), m_settings.scope(), m_settings.organizationName(),
-                  m_settings.applicationName());
-    own.setIniCodec(settingsCodec);
-    own.setFallbacksEnabled(false);
-    return own.contains(key);
+    return m_own.contains(key);
 }
 
 bool Config::applyKey(const QJsonObject &object, const QString &key)
@@ -239,7 +270,9 @@ bool Config::applyKey(const QJsonObject &object, const QString &key)
 /** Writes to disk now: a power cut a moment later must not lose a change. */
 void Config::writeThrough()
 {
+    // The status of QSettings never returns to good after its first error, so the file tells.
+    const auto before = fileIdentity(m_settings.fileName());
     m_settings.sync();
-    if (m_settings.status() != QSettings::NoError)
+    if (fileIdentity(m_settings.fileName()) == before)
         qCritical() << "Failed to write settings to" << m_settings.fileName();
 }

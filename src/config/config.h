@@ -109,7 +109,7 @@ public:
     [[nodiscard]] int refreshInterval() const;
 
     /** Installed at start-up by whoever holds the schedule; this class knows nothing of it. */
-    void setLocationLookup(LocationLookup lookup);
+    static void setLocationLookup(LocationLookup lookup);
 
 Q_SIGNALS:
     void hideMouseCursorChanged(bool v);
@@ -141,5 +141,7 @@ private:
     void writeThrough();
 
     QSettings m_settings;
-    LocationLookup m_locationLookup;
+    /// The user's own file without the machine-wide one behind it. Made once, while nothing waits
+    /// to be written: a further object would write it in its own, still unset encoding.
+    QSettings m_own;
 };

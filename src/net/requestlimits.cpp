@@ -42,6 +42,8 @@ void enforceLimits(QNetworkReply *reply, const RequestLimits &limits)
     deadline->start(limits.deadline);
 
     const qint64 most = limits.bodyBytes;
+    // Also while this thread is busy nothing piles up without bound.
+    reply->setReadBufferSize(most + 1);
     const auto checkSize = [reply, most](qint64 bytes) {
         if (bytes > most)
             giveUp(reply, "since its body is too large");

@@ -6,6 +6,7 @@
 #include "app/connections.h"
 #include "buildconfig.h"
 #include "config/config.h"
+#include "net/errortext.h"
 
 #include <QDebug>
 #include <QNetworkReply>
@@ -74,8 +75,7 @@ void XNetworkAccessManager::D::errorOccured(QNetworkReply::NetworkError error)
         && reply->url().host(QUrl::FullyDecoded) == QLatin1String(buildconfig::internalHost))
         return;
 
-    qCritical() << "Network error" << reply->error() << reply->errorString() << "for"
-                << reply->url();
+    qCritical() << "Network error" << reply->error() << errorText(*reply) << "for" << reply->url();
 }
 
 void XNetworkAccessManager::D::setUserAgent(QString ua)

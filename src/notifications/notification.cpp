@@ -197,6 +197,8 @@ void Notification::startTimer()
         return;
     m_timer = new QTimer(this);
     m_timer->setSingleShot(true);
+    // Coarse timers count seconds, and overflow when they are asked for a long remaining time.
+    m_timer->setTimerType(Qt::PreciseTimer);
     connect(m_timer, &QTimer::timeout, this, &Notification::onTimeout);
     // A timer given more than an int holds would never fire.
     constexpr uint longest = std::numeric_limits<int>::max();

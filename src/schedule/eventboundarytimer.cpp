@@ -36,17 +36,22 @@ void EventBoundaryTimer::watch(EventLocation *location)
 void EventBoundaryTimer::arm(const QDateTime &now)
 {
     m_timer.stop();
-    m_boundary = m_location ? m_location->nextBoundary(now) : QDateTime();
-    if (!m_boundary.isValid())
+    m_lastLook = now;
+    if (!m_location || m_location->events().isEmpty())
         return;
-    const qint64 wait = std::clamp<qint64>(now.msecsTo(m_boundary), 1, longestWait.count());
+    m_boundary = m_location->nextBoundary(now);
+    const qint64 wait = m_boundary.isValid()
+        ? std::clamp<qint64>(now.msecsTo(m_boundary), 1, longestWait.count())
+        : longestWait.count();
     m_timer.start(static_cast<int>(wait));
 }
 
 void EventBoundaryTimer::onTimeout()
 {
     const QDateTime now = QDateTime::currentDateTime();
-    if (m_location && now >= m_boundary)
+    const bool passed = m_boundary.isValid() && now >= m_boundary;
+    const bool wentBack = now < m_lastLook;
+    if (m_location && (passed || wentBack))
         Q_EMIT m_location->eventsChanged();
     arm(now);
 }

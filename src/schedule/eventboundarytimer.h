@@ -31,5 +31,6 @@ private:
 
     QTimer m_timer;
     QPointer<EventLocation> m_location;
-    QDateTime m_boundary;
+    QDateTime m_boundary; ///< next start or end; invalid when none is left
+    QDateTime m_lastLook; ///< a moment before it means that the clock was set back
 };

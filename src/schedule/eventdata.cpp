@@ -5,6 +5,7 @@
 
 #include "app/connections.h"
 #include "config/config.h"
+#include "net/errortext.h"
 #include "net/xnetworkaccessmanager.h"
 #include "schedule/scheduleexception.h"
 
@@ -27,15 +28,17 @@ template <typename T> QHash<qint64, T *> byId(const QList<T *> &objects)
     return index;
 }
 
-/** The reply's error string in the language of the interface. */
+/** The reply's error text in the language of the interface. */
 QString shownError(const QNetworkReply &reply)
 {
-    const QVariant reason = reply.attribute(QNetworkRequest::HttpReasonPhraseAttribute);
+    const QString text = errorText(reply);
     // The one text of this kind that Qt itself leaves in English.
-    if (reply.errorString().startsWith(QLatin1String("Error transferring")))
-        return EventData::tr("Error transferring %1 - server replied: %2")
-            .arg(reply.url().toDisplayString(), reason.toString());
-    return reply.errorString();
+    const QString untranslated = QStringLiteral(" - server replied: ");
+    const int split = text.indexOf(untranslated);
+    if (!text.startsWith(QLatin1String("Error transferring")) || split < 0)
+        return text;
+    return EventData::tr("Error transferring %1 - server replied: %2")
+        .arg(reply.url().toDisplayString(), text.mid(split + untranslated.size()));
 }
 
 } // namespace
@@ -58,7 +61,7 @@ EventData::EventData(const RequestLimits &limits, QObject *parent)
 {
     auto *manager = new XNetworkAccessManager(this);
     connectChecked(manager,
-                   SIGNAL(finished(QNetworkReply *)), this, SLOT(readEventData(QNetworkReply *)));
+                   SIGNAL(finished(QNetworkReply*)), this, SLOT(readEventData(QNetworkReply*)));
     const Config *config = Config::instance();
     const QUrl url = config->eventDataUrl(config->scheduleDate());
     enforceLimits(manager->get(limitedRequest(url, limits)), limits);
@@ -114,7 +117,7 @@ void EventData::readReply(QNetworkReply *reply)
     } else if (reply->error() != QNetworkReply::NoError) {
         constexpr auto source = QT_TR_NOOP("failed to fetch eventdata: (%1) %2");
         const QString code = QString::number(reply->error());
-        setFailure(QString::fromLatin1(source).arg(code, reply->errorString()),
+        setFailure(QString::fromLatin1(source).arg(code, errorText(*reply)),
                    tr(source).arg(code, shownError(*reply)));
     } else {
         readDocument(reply);
@@ -127,6 +130,9 @@ void EventData::readDocument(QIODevice *document)
         ScheduleReader(document, m_objects, this).read();
     } catch (const ScheduleException &e) {
         setFailure(QString::fromUtf8(e.what()), e.shown());
+    } catch (const std::exception &e) {
+        // Out of memory, say: whoever waits for this download still has to hear of its end.
+        setFailure(QString::fromUtf8(e.what()), QString::fromUtf8(e.what()));
     }
 }
 
@@ -153,11 +159,11 @@ void EventData::linkObjects()
         event->updateRefs();
     for (EventLocation *location : qAsConst(m_objects.locations))
         location->updateRefs();
+    m_eventsByLocation.clear(); // each location has its own now
 }
 
 void EventData::setFailure(const QString &logged, const QString &shown)
 {
-    qCritical().noquote() << logged;
     if (!m_error) {
         m_error = true;
         Q_EMIT errorChanged(true);
@@ -166,4 +172,5 @@ void EventData::setFailure(const QString &logged, const QString &shown)
         m_errorMessage = shown;
         Q_EMIT errorMessageChanged(shown);
     }
+    qCritical().noquote() << logged;
 }

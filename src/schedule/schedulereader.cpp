@@ -12,6 +12,7 @@
 #include <QDebug>
 
 #include <algorithm>
+#include <cstring>
 
 namespace {
 
@@ -19,10 +20,62 @@ namespace {
 // would keep the interface busy for minutes.
 constexpr int longestText = 10000;
 
+// The XML reader compares each attribute of a tag with all others: a tag of a megabyte costs
+// minutes.
+constexpr int longestTag = 2048;
+
+// Real documents are six deep; the XML reader keeps everything about an open element in memory.
+constexpr int deepestElement = 64;
+
+// Each gets a log line, but a disk is not filled with them.
+constexpr int mostWarnings = 1000;
+
+/** The end of the tag that begins at @p tag, or null if it is longer than tags are. */
+const char *endOfTag(const char *tag, const char *end)
+{
+    char quote = 0;
+    for (const char *c = tag; c != end && c - tag <= longestTag; ++c) {
+        if (quote != 0)
+            quote = *c == quote ? 0 : quote;
+        else if (*c == '"' || *c == '\'')
+            quote = *c;
+        else if (*c == '>')
+            return c;
+    }
+    return nullptr;
+}
+
+/** Whether a start tag in @p xml is too long. Comments, CDATA and the like may be of any length. */
+bool hasOverlongTag(const QByteArray &xml)
+{
+    const char *const end = xml.constData() + xml.size();
+    const char *at = xml.constData();
+    const auto skipTo = [&](const char *mark) {
+        const int found = xml.indexOf(mark, static_cast<int>(at - xml.constData()));
+        at = found < 0 ? end : xml.constData() + found;
+    };
+    while ((at = static_cast<const char *>(std::memchr(at, '<', static_cast<size_t>(end - at))))) {
+        const auto rest = QByteArray::fromRawData(at, static_cast<int>(end - at));
+        if (rest.startsWith("<!--")) {
+            skipTo("-->");
+        } else if (rest.startsWith("<![CDATA[")) {
+            skipTo("]]>");
+        } else if (rest.startsWith("<!") || rest.startsWith("<?")) {
+            ++at;
+        } else if (const char *tagEnd = endOfTag(at, end)) {
+            at = tagEnd;
+        } else {
+            return end - at > longestTag; // a shorter rest is cut off, and the XML reader says so
+        }
+    }
+    return false;
+}
+
 } // namespace
 
 ScheduleReader::ScheduleReader(QIODevice *document, ScheduleObjects &objects, QObject *parent)
-    : m_xml(document)
+    : m_document(document->readAll())
+    , m_xml(m_document)
     , m_objects(objects)
     , m_parent(parent)
 {
@@ -30,6 +83,8 @@ ScheduleReader::ScheduleReader(QIODevice *document, ScheduleObjects &objects, QO
 
 void ScheduleReader::read()
 {
+    if (hasOverlongTag(m_document))
+        raise(QT_TR_NOOP("a tag is too long"));
     if (m_xml.readNextStartElement()) {
         if (m_xml.name() != QLatin1String("schedule")) {
             constexpr auto source = QT_TR_NOOP("this doesn't look like event data");
@@ -217,36 +272,58 @@ QDateTime ScheduleReader::readDateTime()
     return *m_knownTimes.insert(iso, QDateTime::fromString(iso, Qt::ISODate));
 }
 
+/** Passes over the current element with all that it holds, after a word in the log. */
 void ScheduleReader::skipUnexpected()
 {
-    qWarning().noquote() << QStringLiteral("Event data: ignoring unexpected element \"%1\" at line "
-                                           "%2, column %3")
-                                .arg(m_xml.name().toString(), QString::number(m_xml.lineNumber()),
-                                     QString::number(m_xml.columnNumber()));
-    m_xml.skipCurrentElement();
+    if (m_warnings++ < mostWarnings)
+        qWarning().noquote() << QStringLiteral("Event data: ignoring unexpected element \"%1\" at "
+                                               "line %2, column %3")
+                                    .arg(m_xml.name().toString().left(longestTag),
+                                         QString::number(m_xml.lineNumber()),
+                                         QString::number(m_xml.columnNumber()));
+    else if (m_warnings == mostWarnings + 1)
+        qWarning() << "Event data: further unexpected elements are ignored silently";
+
+    int depth = 1;
+    while (depth > 0 && !m_xml.hasError()) {
+        const QXmlStreamReader::TokenType token = m_xml.readNext();
+        if (token == QXmlStreamReader::StartElement && ++depth > deepestElement)
+            raise(QT_TR_NOOP("the elements are nested too deep"));
+        else if (token == QXmlStreamReader::EndElement)
+            --depth;
+    }
+}
+
+void ScheduleReader::reportInvalid(const char *field)
+{
+    raise(QT_TR_NOOP("invalid or missing value for \"%2\" at \"%1\""), m_xml.name().toString(),
+          QString::fromLatin1(field));
 }
 
 /** Ends the reading: with an error set, the reader offers no further element. The first counts. */
-void ScheduleReader::reportInvalid(const char *field)
+template <typename... Arguments>
+void ScheduleReader::raise(const char *source, const Arguments &...arguments)
 {
     if (m_xml.hasError())
         return;
-    m_invalidElement = m_xml.name().toString();
-    m_invalidField = QString::fromLatin1(field);
-    m_xml.raiseError(QStringLiteral("invalid or missing value for \"%2\" at \"%1\"")
-                         .arg(m_invalidElement, m_invalidField));
+    const auto fill = [&arguments...](const QString &text) {
+        if constexpr (sizeof...(arguments) > 0)
+            return text.arg(arguments...);
+        else
+            return text;
+    };
+    m_shownError = fill(tr(source));
+    m_xml.raiseError(fill(QString::fromLatin1(source)));
 }
 
 void ScheduleReader::failAtError() const
 {
     constexpr auto source = QT_TR_NOOP("Error reading event data: (%1) %2 (line %3, column %4)");
-    const QString invalid
-        = tr("invalid or missing value for \"%2\" at \"%1\"").arg(m_invalidElement, m_invalidField);
     const auto fill = [this](const QString &text, const QString &detail) {
         return text.arg(QString::number(m_xml.error()), detail, QString::number(m_xml.lineNumber()),
                         QString::number(m_xml.columnNumber()));
     };
-    throw ScheduleException(
-        fill(QString::fromLatin1(source), m_xml.errorString()),
-        fill(tr(source), m_invalidField.isEmpty() ? m_xml.errorString() : invalid));
+    const QString logged = m_xml.errorString();
+    throw ScheduleException(fill(QString::fromLatin1(source), logged),
+                            fill(tr(source), m_shownError.isEmpty() ? logged : m_shownError));
 }

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include <QByteArray>
 #include <QCoreApplication>
 #include <QDateTime>
 #include <QHash>
@@ -57,13 +58,15 @@ private:
     [[nodiscard]] QDateTime readDateTime();
     void skipUnexpected();
     void reportInvalid(const char *field);
+    template <typename... Arguments> void raise(const char *source, const Arguments &...arguments);
     [[noreturn]] void failAtError() const;
 
+    QByteArray m_document;
     QXmlStreamReader m_xml;
     ScheduleObjects &m_objects;
     QObject *m_parent;
     // Most events of a day share their times, and making a local time is the dearest step here.
     QHash<QString, QDateTime> m_knownTimes;
-    QString m_invalidElement; ///< with m_invalidField: the value that ended the reading
-    QString m_invalidField;
+    int m_warnings = 0;
+    QString m_shownError; ///< what ended the reading, in the language of the interface
 };
