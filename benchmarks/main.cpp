@@ -1,0 +1,54 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "app/startup.h"
+#include "benchmarks.h"
+
+#include <QCoreApplication>
+
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+
+int main(int argc, char *argv[])
+{
+    struct Benchmark
+    {
+        const char *name;
+        void (*run)(Table &, bool);
+    };
+    constexpr std::array<Benchmark, 3> benchmarks { {
+        { "schedule", benchSchedule },
+        { "startup", benchStartup },
+        { "refresh", benchRefresh },
+    } };
+
+    prepareEnvironment(); // the time zone as the program sets it
+    const QCoreApplication application(argc, argv);
+    nameApplication();
+    const QStringList arguments = QCoreApplication::arguments().mid(1);
+    const bool all = arguments.contains(QStringLiteral("all"));
+    const bool quick = arguments.contains(QStringLiteral("--quick"));
+
+    if (!qEnvironmentVariableIsSet("LUMENBOARD_BENCH_SCREEN")) {
+        std::fputs("Run this by scripts/bench: it writes settings and needs a display.\n", stderr);
+        return EXIT_FAILURE;
+    }
+    Table table;
+    int status = EXIT_SUCCESS;
+    for (const Benchmark &benchmark : benchmarks) {
+        const QString name = QLatin1String(benchmark.name);
+        if (!all && !arguments.contains(name))
+            continue;
+        std::fprintf(stderr, "Running %s ...\n", benchmark.name);
+        try {
+            benchmark.run(table, quick);
+        } catch (const std::exception &e) {
+            std::fprintf(stderr, "%s did not run to its end: %s\n", benchmark.name, e.what());
+            status = EXIT_FAILURE;
+        }
+    }
+    table.print();
+    return status;
+}

@@ -1,0 +1,278 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "api/lbapi.h"
+#include "support/testcase.h"
+
+#include <QElapsedTimer>
+#include <QQmlComponent>
+#include <QQmlEngine>
+#include <QThread>
+
+using namespace simulator;
+
+/** A day with one event in location 3, which starts @p startMs from now. */
+static QByteArray day(int startMs)
+{
+    const QDateTime start = QDateTime::currentDateTime().addMSecs(startMs);
+    return R"(<schedule><locations><location id="3" displayOrder="1"><shortName>H</shortName>
+        <name>Hall</name></location></locations><events><event id="1"><title>T</title>
+        <locationId>3</locationId><start>)"
+        + start.toString(Qt::ISODateWithMs).toLatin1() + "</start><end>"
+        + start.addDays(1).toString(Qt::ISODate).toLatin1() + "</end></event></events></schedule>";
+}
+
+/** What a view reads, and a notification of its own. */
+static constexpr auto view = R"(
+    import QtQml 2.15
+    import Lumenboard 1.0
+    QtObject {
+        readonly property string seen: [
+            LBAPI.accessToken, LBAPI.config.locationName, LBAPI.notifications.length,
+            LBAPI.eventData.error, LBAPI.config.plenarLocation.name
+        ].join()
+        property Component notice: LBNotification { title: "From QML" }
+        function notify() { LBAPI.addNotification(notice.createObject(null)); }
+    }
+)";
+
+class TestLbapi : public TestCase
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void alwaysHasASchedule()
+    {
+        services();
+        LBAPI *api = LBAPI::instance();
+        const QSignalSpy changes(api, &LBAPI::eventDataChanged);
+        const EventData *first = api->eventData();
+        QVERIFY(first);
+        QCOMPARE(api->eventData(), first);
+        QVERIFY(settles());
+        QCOMPARE(api->eventData(), first);
+        QCOMPARE(services().requestCount(Route::Schedule), 1);
+        QCOMPARE(changes.count(), 0);
+        delete first;
+        QVERIFY(api->eventData());
+    }
+
+    void replacesScheduleByTheNextGoodOne()
+    {
+        services().setFault(Route::Schedule, Fault::Empty);
+        log().expect("Error reading event data"_s);
+        LBAPI *api = LBAPI::instance();
+        const QPointer<EventData> failed = api->eventData();
+        QVERIFY(settles());
+        QVERIFY(failed && failed == api->eventData() && failed->error());
+
+        services().clearFaults();
+        const QSignalSpy changes(api, &LBAPI::eventDataChanged);
+        api->refreshEventData();
+        QCOMPARE(api->eventData(), failed);
+        QVERIFY(settles());
+        const EventData *good = api->eventData();
+        QVERIFY(failed.isNull() && !good->error());
+        QCOMPARE(changes.count(), 1);
+        QCOMPARE(changes.first().first().value<EventData *>(), good);
+
+        services().setFault(Route::Schedule, Fault::WrongRoot);
+        log().expect("this doesn't look like event data"_s);
+        api->refreshEventData();
+        QVERIFY(settles());
+        QCOMPARE(api->eventData(), good);
+        QCOMPARE(changes.count(), 1);
+
+        QMetaObject::invokeMethod(api->findChild<QTimer *>("scheduleExpiry"_s), "timeout");
+        QVERIFY(api->scheduleAsOf().startsWith("As of "_s));
+        const QSignalSpy ages(api, &LBAPI::scheduleAsOfChanged);
+        services().clearFaults();
+        api->refreshEventData();
+        QVERIFY(settles());
+        QCOMPARE(api->scheduleAsOf(), ""_s);
+        QCOMPARE(ages.count(), 1);
+    }
+
+    void installsEachOfSeveralRefreshes()
+    {
+        services().setFault(Route::Schedule, Fault::Hang);
+        LBAPI *api = LBAPI::instance();
+        const QSignalSpy changes(api, &LBAPI::eventDataChanged);
+        QVERIFY(api->eventData());
+        api->refreshEventData();
+        api->refreshEventData();
+        QTRY_COMPARE(services().requestCount(Route::Schedule), 3);
+        services().clearFaults();
+        QVERIFY(settles());
+        QCOMPARE(changes.count(), 2);
+        QCOMPARE(changes.last().first().value<EventData *>(), api->eventData());
+    }
+
+    void findsTheConfiguredLocation()
+    {
+        log().expect("Plenar location ID not set"_s);
+        services().setSchedule(day(0));
+        LBAPI *api = LBAPI::instance();
+        QVERIFY(api->eventData() && settles());
+        const QSignalSpy changes(api->config(), &Config::locationChanged);
+        for (const int id : { 3, 4, 0 }) {
+            settings::set("plenarLocationId"_s, id);
+            api->config()->emitLocationChanged();
+            const auto *location = changes.last().first().value<EventLocation *>();
+            QCOMPARE(location, api->config()->plenarLocation());
+            QCOMPARE(location ? location->name() : ""_s, id == 3 ? "Hall"_s : ""_s);
+        }
+    }
+
+    void followsTheClockAtTheLocation()
+    {
+        services().setSchedule(day(800));
+        settings::set("plenarLocationId"_s, 3);
+        LBAPI *api = LBAPI::instance();
+        QVERIFY(!api->config()->plenarLocation());
+        QVERIFY(QSignalSpy(api->config(), &Config::locationChanged).wait());
+        const EventLocation *location = api->config()->plenarLocation();
+        QVERIFY(QSignalSpy(location, &EventLocation::eventsChanged).wait());
+        QVERIFY(location->currentEvent());
+    }
+
+    void endsTheScanWithATransponder()
+    {
+        LBAPI *api = LBAPI::instance();
+        QString heard;
+        connect(api, &LBAPI::scanTransponderChanged, this,
+                [&heard](bool on) { heard += on ? " on"_s : " off"_s; });
+        connect(api, &LBAPI::transponderScanned, this, [&](const QString &tid) {
+            heard += QLatin1Char(' ') + tid + (api->scanTransponder() ? "?"_s : ""_s);
+        });
+        api->onTransponderScanned("A"_s);
+        api->setScanTransponder(true);
+        api->setScanTransponder(true);
+        api->onTransponderScanned("B"_s);
+        api->onTransponderScanned("B"_s);
+        QCOMPARE(heard, " A on off B B"_s);
+    }
+
+    void tellsTokenAndInactivity()
+    {
+        LBAPI *api = LBAPI::instance();
+        const QSignalSpy changes(api, &LBAPI::accessTokenChanged);
+        for (const QString &token : { ""_s, "a"_s, "a"_s, "b"_s })
+            api->setAccessToken(token);
+        QCOMPARE(changes.count(), 2);
+
+        QCOMPARE(api->inactivityTimerRemaining(), -1);
+        auto timer = std::make_unique<QTimer>();
+        api->setInactivityTimer(timer.get());
+        QCOMPARE(api->inactivityTimerRemaining(), -1);
+        timer->start(60000);
+        QVERIFY(api->inactivityTimerRemaining() > 50000);
+        timer.reset();
+        QCOMPARE(api->inactivityTimerRemaining(), -1);
+    }
+
+    void takesNotificationsOfAWorker()
+    {
+        LBAPI *api = LBAPI::instance();
+        const std::unique_ptr<QThread> worker(QThread::create([api] {
+            QObject owner;
+            for (const QString &title : { "first"_s, "second"_s }) {
+                auto *n = new Notification(0, title, {}, 60000, false, true, &owner);
+                api->addNotification(n);
+                n->setMessage("later"_s);
+            }
+        }));
+        worker->start();
+        worker->wait();
+        QCOMPARE(api->notifications()->length(), 0);
+        QTRY_COMPARE(api->notifications()->length(), 2);
+        const Notification *newest = notice();
+        QCOMPARE(newest->title() + newest->message(), "secondlater"_s);
+        QCOMPARE(newest->thread(), api->thread());
+        QCOMPARE(newest->parent(), api);
+        QVERIFY(newest->remainingTime() > 0);
+    }
+
+    void refusesNotificationsOfAThirdThread()
+    {
+        QThread other;
+        Notification n;
+        n.moveToThread(&other);
+        log().expect("Cannot move Notification living in QThread("_s);
+        LBAPI::instance()->addNotification(&n);
+        QCOMPARE(LBAPI::instance()->notifications()->length(), 0);
+        QCOMPARE(n.thread(), &other);
+    }
+
+    void keepsARemovedNotificationForASecond()
+    {
+        LBAPI *api = LBAPI::instance();
+        auto *n = new Notification;
+        for (const int rows : { 1, 2 }) {
+            api->addNotification(n);
+            QCOMPARE(api->notifications()->length(), rows);
+        }
+        QMetaObject::invokeMethod(api, "removeNotification", Q_ARG(Notification *, n));
+        QCOMPARE(api->notifications()->length(), 1);
+        QSignalSpy destroyed(n, &QObject::destroyed);
+        QElapsedTimer timer;
+        timer.start();
+        n->remove();
+        n->remove();
+        QCOMPARE(api->notifications()->length(), 0);
+        QVERIFY(destroyed.wait());
+        QVERIFY2(timer.elapsed() > 900, "the card was still fading away");
+    }
+
+    void outlivesTheQmlEngine()
+    {
+        services().setSchedule(day(0));
+        settings::set("plenarLocationId"_s, 3);
+        settings::set("locationName"_s, "Hörsaal"_s);
+        const QPointer<LBAPI> api = LBAPI::instance();
+        const QPointer<Config> config = api->config();
+        const QPointer<EventData> data = api->eventData();
+        QVERIFY(settles());
+        api->setAccessToken("token"_s);
+        api->addNotification(new Notification);
+        for (int notices = 1; notices < 3; ++notices) {
+            QQmlEngine engine;
+            QQmlComponent component(&engine);
+            component.setData(view, QUrl());
+            const std::unique_ptr<QObject> item(component.create());
+            QVERIFY2(item, qPrintable(component.errorString()));
+            QCOMPARE(item->property("seen").toString(),
+                     "token,Hörsaal,%1,false,Hall"_s.arg(notices));
+            if (notices == 1)
+                QMetaObject::invokeMethod(item.get(), "notify");
+            engine.collectGarbage();
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+            QCOMPARE(notice()->title(), "From QML"_s);
+        }
+        QVERIFY(api && config && data);
+        QCOMPARE(LBAPI::instance(), api);
+        QCOMPARE(api->eventData(), data);
+        QCOMPARE(notice()->title(), "From QML"_s);
+    }
+
+private:
+    /** Waits until no download is under way and the current schedule is the only one. */
+    static bool settles()
+    {
+        return QTest::qWaitFor([] {
+            return !LBAPI::instance()->findChild<QNetworkAccessManager *>()
+                && LBAPI::instance()->findChildren<EventData *>().size() == 1;
+        });
+    }
+
+    /** The newest notification. */
+    static Notification *notice()
+    {
+        const NotificationsModel *model = LBAPI::instance()->notifications();
+        return model->index(0).data(NotificationsModel::DataRole).value<Notification *>();
+    }
+};
+
+static const RegisterTest<TestLbapi> registered;
+
+#include "tst_lbapi.moc"

@@ -1,0 +1,205 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "api/lbapi.h"
+#include "app/inputeventmonitor.h"
+#include "app/quickwindow.h"
+#include "app/terminationsignals.h"
+#include "app/windowpass.h"
+#include "support/testcase.h"
+
+#include <QGuiApplication>
+#include <QQmlEngine>
+#include <QQuickItem>
+#include <QScreen>
+
+#include <csignal>
+
+using namespace simulator;
+
+class TestQuickWindow : public TestCase
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void keepsTheRhythm_data()
+    {
+        columns<QString>("act");
+        for (const char *act : { "reload", "reset", "refresh fires", "inactivity fires", "F5" })
+            row(act, act);
+    }
+
+    void keepsTheRhythm()
+    {
+        const QString act = at("act");
+        const auto window = makeWindow();
+        QTimer *refresh = window->refreshTimer();
+        QTimer *inactivity = window->inactivityTimer();
+        for (const QTimer *timer : { refresh, inactivity })
+            QVERIFY(timer->isSingleShot() && timer->timerType() == Qt::PreciseTimer
+                    && !timer->isActive());
+        QCOMPARE(inactivity->interval(), 60000);
+        inactivity->start();
+        const QSignalSpy resets(LBAPI::instance(), &LBAPI::reset);
+        if (act == "F5"_s)
+            press(*window, Qt::Key_F5);
+        else if (act.contains(QLatin1Char(' ')))
+            QMetaObject::invokeMethod(act.startsWith("refresh"_s) ? refresh : inactivity,
+                                      "timeout");
+        else
+            QMetaObject::invokeMethod(window.get(), qPrintable(act));
+        const bool reloads = act == "F5"_s || act == "reload"_s;
+        QCOMPARE(resets.count(), reloads ? 0 : 1);
+        QCOMPARE(window->rootObject() != nullptr, reloads);
+        QVERIFY(refresh->isActive() && refresh->interval() > 9999);
+        QVERIFY(!inactivity->isActive());
+        QTRY_COMPARE(services().requestCount(Route::Schedule), 1);
+
+        Q_EMIT window->findChild<InputEventMonitor *>()->inputEvent();
+        QVERIFY(!refresh->isActive() && inactivity->isActive());
+    }
+
+    void followsTheSettings()
+    {
+        const auto window = makeWindow();
+        settings::set("inactivityTimeout"_s, 20);
+        Q_EMIT Config::instance()->configChanged();
+        QCOMPARE(window->inactivityTimer()->interval(), 20000);
+        QVERIFY(window->rootObject());
+        QTRY_COMPARE(services().requestCount(Route::Schedule), 1);
+        Q_EMIT Config::instance()->inactivityTimeoutChanged(5);
+        QCOMPARE(window->inactivityTimer()->interval(), 5000);
+    }
+
+    void triesAgainAfterALoadError()
+    {
+        const auto window = makeWindow();
+        Q_CLEANUP_RESOURCE(views);
+        log().expect("Failed to load the user interface"_s);
+        log().expect("qrc:/qml/views/Main.qml"_s);
+        window->reload();
+        Q_INIT_RESOURCE(views);
+        QCOMPARE(window->status(), QQuickView::Error);
+        QVERIFY(window->refreshTimer()->isActive());
+        window->reload();
+        QCOMPARE(window->status(), QQuickView::Ready);
+    }
+
+    void togglesTheCursor()
+    {
+        const auto window = makeWindow();
+        QuickWindow::applyHideMouseCursor(Config::instance()->hideMouseCursor());
+        const QString before = settings::own();
+        QVERIFY(QGuiApplication::overrideCursor());
+        QVERIFY(press(*window, Qt::Key_F12, Qt::ShiftModifier));
+        QVERIFY(!QGuiApplication::overrideCursor());
+        QVERIFY(settings::own().contains("hideMouseCursor=false"_s));
+        press(*window, Qt::Key_F12, Qt::ShiftModifier);
+        QVERIFY(QGuiApplication::overrideCursor());
+        QCOMPARE(settings::own(), before);
+        QuickWindow::applyHideMouseCursor(false);
+    }
+
+    void showsOrSwallows()
+    {
+        constexpr auto all = Qt::ControlModifier | Qt::AltModifier | Qt::ShiftModifier;
+        const auto window = makeWindow();
+        QVERIFY(press(*window, Qt::Key_N, all));
+        QCOMPARE(LBAPI::instance()->notifications()->length(), 1);
+        QVERIFY(press(*window, Qt::Key_X, all));
+        QVERIFY(!press(*window, Qt::Key_X));
+        QVERIFY(!press(*window, Qt::Key_N, Qt::ControlModifier | Qt::AltModifier));
+        QCOMPARE(LBAPI::instance()->notifications()->length(), 1);
+    }
+
+    void placesTheWindow()
+    {
+        const auto window = makeWindow();
+        window->show();
+        QVERIFY(press(*window, Qt::Key_F11));
+        QCOMPARE(window->windowState(), Qt::WindowFullScreen);
+        QVERIFY(press(*window, Qt::Key_F11));
+        QCOMPARE(window->windowState(), Qt::WindowNoState);
+
+        const QRect available = window->screen()->availableGeometry();
+        press(*window, Qt::Key_F11);
+        QVERIFY(press(*window, Qt::Key_F11, Qt::AltModifier));
+        QCOMPARE(window->windowState(), Qt::WindowNoState);
+        QCOMPARE(window->geometry(),
+                 QRect(int(available.x() + 0.16 * available.width()),
+                       int(available.y() + 0.16 * available.height()),
+                       int(0.66 * available.width()), int(0.66 * available.height())));
+        press(*window, Qt::Key_F11);
+        QVERIFY(press(*window, Qt::Key_F11, Qt::ShiftModifier));
+        QCOMPARE(window->windowState(), Qt::WindowNoState);
+        QCOMPARE(window->size(), available.size().boundedTo(QSize(1920, 1200)));
+        // The platform without a screen keeps room for a frame.
+        const QPoint shift = window->geometry().center() - available.center();
+        QVERIFY(shift.manhattanLength() < 10);
+        Q_EMIT window->engine()->quit();
+        QVERIFY(!window->isVisible());
+    }
+
+    void isRebuiltUntilASignalEndsTheProgram()
+    {
+        services();
+        const QPointer<LBAPI> api = LBAPI::instance();
+        const TerminationSignals termination;
+        const QSignalSpy requests(&termination, &TerminationSignals::requested);
+        const QRect place(10, 20, 300, 200);
+        QStringList seen;
+        QTimer steps; // one in each pass, as soon as the window is shown
+        connect(&steps, &QTimer::timeout, this, [&] {
+            const auto windows = QGuiApplication::topLevelWindows();
+            auto *window = qobject_cast<QuickWindow *>(windows.value(0));
+            if (!window || !window->isVisible() || !window->rootObject())
+                return;
+            seen.append("%1 %2"_s.arg(window->rootObject()->property("token").toString())
+                            .arg(window->rootObject()->property("notices").toInt()));
+            if (seen.size() == 1) {
+                QCOMPARE(window->windowState(), Qt::WindowFullScreen);
+                QVERIFY(QGuiApplication::overrideCursor());
+                api->setAccessToken("token"_s);
+                api->addNotification(new Notification);
+                press(*window, Qt::Key_F11);
+                window->setGeometry(place);
+                QVERIFY(press(*window, Qt::Key_F5, Qt::ControlModifier));
+            } else {
+                QCOMPARE(window->windowState(), Qt::WindowNoState);
+                QCOMPARE(window->geometry(), place);
+                steps.stop();
+                std::raise(SIGTERM);
+            }
+        });
+        steps.start();
+        QCOMPARE(runWindowPasses(termination), 0);
+        QCOMPARE(seen, QStringList({ " 0"_s, "token 1"_s }));
+        QCOMPARE(requests.count(), 1);
+        QVERIFY(termination.isRequested() && !pendingWindowState);
+        QCOMPARE(LBAPI::instance(), api);
+        QuickWindow::applyHideMouseCursor(false);
+    }
+
+private:
+    /** A window with its wiring and the services around it, not yet loaded. */
+    std::unique_ptr<QuickWindow> makeWindow()
+    {
+        services();
+        auto window = std::make_unique<QuickWindow>();
+        wireWindow(*window, *new InputEventMonitor(window.get()));
+        return window;
+    }
+
+    /** Whether the window took the key. */
+    static bool press(QuickWindow &window, Qt::Key key, Qt::KeyboardModifiers modifiers = {})
+    {
+        QKeyEvent event(QEvent::KeyPress, key, modifiers);
+        event.ignore();
+        QCoreApplication::sendEvent(&window, &event);
+        return event.isAccepted();
+    }
+};
+
+static const RegisterTest<TestQuickWindow> registered;
+
+#include "tst_quickwindow.moc"

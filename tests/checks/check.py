@@ -1,0 +1,191 @@
+#!/usr/bin/env python3
+# SPDX-FileCopyrightText: The Lumenboard developers
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""Looks at the tree itself. Usage: check.py CHECK...  A check yields a line per complaint."""
+
+import os
+import re
+import shlex
+import shutil
+import subprocess
+import sys
+import tempfile
+import tomllib
+import xml.etree.ElementTree as ElementTree
+from pathlib import Path
+
+ROOT = Path(__file__).resolve().parents[2]
+CHECKS = {}
+
+
+def check(function):
+    CHECKS[function.__name__.replace("_", "-")] = function
+    return function
+
+
+def files(*folders, suffixes=None):
+    """Files below the folders of the tree; without git, for a release has none."""
+    for folder in folders:
+        for path, below, names in os.walk(ROOT / folder):
+            below[:] = [each for each in below if each not in (".git", "build", ".cache", "__pycache__")
+                        and not Path(path, each, "CMakeCache.txt").exists()]
+            for name in names:
+                if not name.endswith(".user") and (not suffixes or Path(name).suffix in suffixes):
+                    yield Path(path, name).relative_to(ROOT)
+
+
+def run(*command, **options):
+    """Output of a command, empty if it was content."""
+    if not shutil.which(command[0]):
+        return f"{command[0]} is not installed; scripts/bootstrap installs it"
+    result = subprocess.run(command, cwd=ROOT, text=True, stdout=subprocess.PIPE,
+                            stderr=subprocess.STDOUT, check=False, **options)
+    return "" if result.returncode == 0 else result.stdout.strip() or f"{command[0]} failed"
+
+
+@check
+def format():
+    sources = sorted(files("src", "tools", "tests", "benchmarks", suffixes={".cpp", ".h"}))
+    yield run("clang-format", "--dry-run", "-Werror", *map(str, sources))
+
+
+@check
+def qml_syntax():
+    sources = sorted(files("qml", "tests", suffixes={".qml", ".js"}))
+    yield run("qmllint", *map(str, sources), env={**os.environ, "QT_SELECT": "5"})
+
+
+def messages(path):
+    """Each message of a translation file with its state and its German text."""
+    for context in ElementTree.parse(path).getroot().iter("context"):
+        for message in context.iter("message"):
+            translation = message.find("translation")
+            key = (context.findtext("name"), message.findtext("source"), message.findtext("comment"))
+            yield key, (translation.get("type", "finished"), translation.text or "")
+
+
+FIXED_WORDINGS = {
+    ("LectureRoom", "Now"): "Jetzt",
+    ("LectureRoom", "Next"): "Nächste Veranstaltung",
+    ("LectureRoom", "Nothing is on right now."): "Im Augenblick keine Veranstaltung.",
+    ("LectureRoom", "No upcoming events."): "In nächster Zeit keine Veranstaltungen.",
+    ("EventDetail", "Mandatory for: %1"): "Pflicht für %1",
+    ("EventDetail", "Optional for: %1"): "Offen für %1",
+    ("EventSummary", "Mandatory for: %1"): "Pflicht für %1",
+    ("EventSummary", "Optional for: %1"): "Offen für %1",
+    ("Event", "%1 - %2"): "%1 - %2 Uhr",
+}
+
+
+@check
+def translations():
+    lines = (ROOT / "scripts/i18n").read_text().splitlines()
+    command = shlex.split(next(line for line in lines if line.startswith("lupdate ")))
+    committed = ROOT / command[-1]
+    with tempfile.TemporaryDirectory() as folder:
+        fresh = shutil.copy(committed, folder)
+        yield run(*command[:-1], fresh, env={**os.environ, "QT_SELECT": "5"})
+        wanted = dict(messages(fresh))
+    present = dict(messages(committed))
+    for key in wanted.keys() - present.keys():
+        yield f"{key[:2]} is missing; run scripts/i18n"
+    for key in present.keys() - wanted.keys():
+        yield f"{key[:2]} is obsolete; run scripts/i18n"
+    for key, (state, text) in present.items():
+        if state != "finished" or not text:
+            yield f"{key[:2]} is {state}: {text!r}"
+        if sorted(re.findall("%[0-9n]", key[1])) != sorted(re.findall("%[0-9n]", text)):
+            yield f"{key[:2]} has other place holders than {text!r}"
+    for (context, source), text in FIXED_WORDINGS.items():
+        if present.get((context, source, None), ("", ""))[1] != text:
+            yield f"{(context, source)} has to be {text!r}"
+
+
+def objects(text):
+    """The objects of a QML file: type, own lines, line number. The indentation tells what belongs to which."""
+    for match in re.finditer(r"^( *)(?=(?:\w+: )?(?:\w+\.)?([A-Z]\w*) (?:on \w+ )?\{\n((?:.*\n)*?)\1\})", text, re.M):
+        own = re.findall(rf"^{match[1]}    \S.*", match[3], re.M)
+        yield match[2], "\n".join(own), 1 + text.count("\n", 0, match.start())
+
+
+SHOWS_MARKUP = {"Text", "Label", "TextArea", "TextEdit"}
+# Their texts are taken for markup too, and no property of theirs turns that off.
+FIXED_TEXT_ONLY = {"Button", "ToolButton", "RoundButton", "TabButton", "DelayButton", "CheckBox",
+                   "RadioButton", "Switch", "MenuItem", "MenuBarItem", "ItemDelegate", "GroupBox",
+                   "ToolTip", "Action", "Dialog", "Page"}
+# Of what a person sees: a property or an assignment, and its value.
+VISIBLE = r"\b(?:text|title|placeholderText|message|property string \w+)\"?\s*(?::|\+?=)\s*(\{[^}]*\}|[^=\n].*)"
+STRING = r'"(?:\\.|[^"\\])*"'
+
+
+@check
+def qml_texts():
+    texts = {path: re.sub(r"(?<!:)//.*", "", (ROOT / path).read_text())
+             for path in sorted(files("qml", suffixes={".qml"}))}
+    bases = {path.stem: next(objects(text))[0] for path, text in texts.items()}
+    for path, text in texts.items():
+        line = lambda match: 1 + text.count("\n", 0, match.start())
+        for found in re.finditer(r"\bconsole\.\w+", text):
+            yield f"{path}:{line(found)}: {found[0]}"
+        for kind, own, number in objects(text):
+            if kind in SHOWS_MARKUP and not re.search(r"\btextFormat: \w+\.PlainText\b", own):
+                yield f"{path}:{number}: {kind} without textFormat: Text.PlainText"
+            while kind in bases:
+                kind = bases[kind]
+            for name, value in re.findall(r"^ *(placeholderText|title|text): (.*)", own, re.M):
+                fixed = re.fullmatch(r'(?:qsTr\()?"[^"]*"\)?', value)
+                if (kind in FIXED_TEXT_ONLY or name == "placeholderText") and not fixed:
+                    yield f"{path}:{number}: {kind} takes for markup what comes from outside: {value}"
+        for found in re.finditer(VISIBLE, text):
+            # Format strings of the locale are no words, nor are escapes and single letters.
+            rest = re.sub(r"(qsTr|toLocale\w+|formatDateTime)\([^)]*\)", "", found[1])
+            if any(re.search(r"[^\W\d_]{2}", re.sub(r"\\u?\w*", "", each)) for each in re.findall(STRING, rest)):
+                yield f"{path}:{line(found)}: untranslated: {found[1]}"
+
+
+@check
+def resources():
+    listed = {f"qml/{each.text}" for each in ElementTree.parse(ROOT / "qml/qml.qrc").iter("file")}
+    present = {str(each) for each in files("qml")} - {"qml/qml.qrc", "qml/CMakeLists.txt"}
+    yield from (f"{each} is not in qml.qrc" for each in present - listed)
+    yield from (f"{each} is in qml.qrc only" for each in listed - present)
+    for each in sorted(present):
+        folder, name = os.path.split(each)
+        qmldir = ROOT / folder / "qmldir"
+        if each.endswith(".qml") and not re.search(rf"\b{name}$", qmldir.read_text(), re.M):
+            yield f"{each} is not in its qmldir"
+
+
+def covered_by(pattern):
+    """A path pattern of REUSE.toml: one star stops at a slash."""
+    parts = {"**": ".*", "*": "[^/]*"}
+    return re.compile("".join(parts.get(each) or re.escape(each) for each in re.split(r"(\*\*|\*)", pattern)))
+
+
+@check
+def licences():
+    tags = (b"SPDX-FileCopyrightText: ", b"SPDX-License-Identifier: ")
+    annotations = tomllib.loads((ROOT / "REUSE.toml").read_text())["annotations"]
+    patterns = [covered_by(path) for each in annotations for path in each["path"]]
+    for path in files("."):
+        if path.name == "LICENSE" or path.parts[0] == "LICENSES":
+            continue
+        head = (ROOT / path).read_bytes()[:1000]
+        if not all(tag in head for tag in tags) and not any(each.fullmatch(str(path)) for each in patterns):
+            yield f"{path} tells no licence and is not in REUSE.toml"
+    used = {each["SPDX-License-Identifier"] for each in annotations}
+    yield from (f"LICENSES has no {each}" for each in used if not (ROOT / f"LICENSES/{each}.txt").exists())
+
+
+@check
+def file_length():
+    for path in files("src", "qml", "tools", "tests"):
+        content = (ROOT / path).read_bytes()
+        if b"\0" not in content and content.count(b"\n") > 400:
+            yield f"{path} has {content.count(bytes([10]))} lines, more than 400"
+
+
+if __name__ == "__main__":
+    complaints = [line for name in sys.argv[1:] or CHECKS for line in CHECKS[name]() if line]
+    print(*complaints, sep="\n")
+    sys.exit(1 if complaints else 0)

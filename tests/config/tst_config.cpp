@@ -1,0 +1,234 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "config/config.h"
+#include "config/keys.h"
+#include "support/testcase.h"
+
+#include <QFileInfo>
+#include <QMetaProperty>
+
+#include <limits>
+
+/** What the program reads under the name of a property or function. */
+static QString valueOf(const Config &config, const QString &name)
+{
+    if (name == "eventDataUrl"_s)
+        return QString::fromLatin1(config.eventDataUrl(QDate(2024, 5, 13)).toEncoded());
+    if (name == "scheduleDate"_s)
+        return config.scheduleDate().toString(Qt::ISODate);
+    if (name == keys::refreshInterval)
+        return QString::number(config.refreshInterval());
+    if (name == keys::plenarLocationId)
+        return QString::number(config.plenarLocationId());
+    const QVariant value = config.property(qPrintable(name));
+    return name == keys::preferredTpRegMode ? QString::number(value.toInt()) : value.toString();
+}
+
+class TestConfig : public TestCase
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void readsSettings_data()
+    {
+        columns<QString, QString, QString>("name", "line", "expected");
+        const auto add = [](const QString &name, const QString &line, const QString &expected) {
+            row(qPrintable((name + ": "_s + line).simplified()), name, line, expected);
+        };
+        const auto addNumber = [&add](const QString &key, int fallback, int min, int max) {
+            for (const auto &value : { ""_s, "abc"_s, "20.5"_s, "20, 21"_s })
+                add(key, "%1=%2"_s.arg(key, value), QString::number(fallback));
+            for (const qint64 low : { std::numeric_limits<int>::min(), min - 1, min })
+                add(key, "%1=%2"_s.arg(key).arg(low), QString::number(min));
+            for (const qint64 high : { qint64(max), max + 1LL, 3000000000LL })
+                add(key, "%1=\"%2\""_s.arg(key).arg(high), QString::number(max));
+            add(key, ""_s, QString::number(fallback));
+        };
+        addNumber(keys::inactivityTimeout, 60, 10, 3600);
+        addNumber(keys::fontBaseSize, 12, 1, 1000);
+        addNumber(keys::refreshInterval, 300, 30, 3600);
+        for (const auto &mode : { "0"_s, "1"_s, "2"_s })
+            add("preferredTpRegMode"_s, "preferredTpRegMode="_s + mode, mode);
+        for (const auto &line : { ""_s, "preferredTpRegMode=3"_s, "preferredTpRegMode=-1"_s })
+            add("preferredTpRegMode"_s, line, "1"_s);
+        for (const auto &line : { ""_s, "defaultView=1"_s, "defaultView=2"_s, "defaultView=-1"_s })
+            add("initialItem"_s, line, "LectureRoom.qml"_s);
+        add("initialItem"_s, "defaultView=0"_s, "Default.qml"_s);
+        add("locationName"_s, ""_s, "Unknown location"_s);
+        add("locationName"_s, "locationName=Hörsaal"_s, "Hörsaal"_s);
+        add("locationName"_s, "locationName=\"Größe 1, a; b\""_s, "Größe 1, a; b"_s);
+        for (const auto &id : { "7"_s, "0"_s, "-3"_s })
+            add(keys::plenarLocationId, "plenarLocationId="_s + id, id);
+        add(keys::plenarLocationId, "plenarLocationId=7 a"_s, "0"_s);
+        add("quirlUrl"_s, ""_s, "https://quirl.example"_s);
+        add("tpRegModeQR"_s, ""_s, "true"_s);
+        add("tpRegModeVK"_s, "tpRegModeVK=false"_s, "false"_s);
+        add("eventDataUrl"_s, ""_s, "https://plenar.example/rs/lumenboard/schedule/2024-05-13"_s);
+        add("eventDataUrl"_s, "eventDataUrlTemplate=\"'http://[::1]:80/däy/'dd.MM.yy'?x'\""_s,
+            "http://[::1]:80/d%C3%A4y/13.05.24?x"_s);
+        const QString today = QDate::currentDate().toString(Qt::ISODate);
+        add("scheduleDate"_s, "overrideDateDate=2024-05-13"_s, today);
+        add("scheduleDate"_s, "overrideDate=true"_s, today);
+        add("scheduleDate"_s, "overrideDate=true\noverrideDateDate=2024-05-13"_s, "2024-05-13"_s);
+    }
+
+    void readsSettings()
+    {
+        const Config *config = settings::startWith(at("line"));
+        if (at("name") == keys::plenarLocationId && at("expected").toInt() <= 0)
+            log().expect("Plenar location ID not set"_s);
+        QTEST(valueOf(*config, at("name")), "expected");
+    }
+
+    void survivesValuesOfAnyType_data()
+    {
+        columns<QString>("value");
+        for (const char *value : { "", "abc", "1, two, 3", "@Invalid()", "@ByteArray(\\xff\\0)",
+                                   "@Variant(\\0\\0\\0\\x7f\\xff)", "@Rect(1 2)", "99999999999" })
+            row(value, value);
+    }
+
+    void survivesValuesOfAnyType()
+    {
+        QString content = "overrideDate=true\n"_s;
+        for (const QString &key : { keys::hideMouseCursor, keys::refreshInterval, keys::defaultView,
+                                    keys::eventDataUrlTemplate, keys::overrideDateDate,
+                                    keys::locationName, keys::plenarLocationId, keys::quirlUrl,
+                                    keys::tpRegModeQR, keys::preferredTpRegMode })
+            content += "%1=%2\n"_s.arg(key, at("value"));
+        log().expect("overrideDateDate\" is no date, showing today"_s);
+        log().allow("Plenar location ID not set"_s);
+        log().allow("QVariant::load"_s); // Qt's own complaint
+        const Config *config = settings::startWith(content);
+        for (int i = 0; i < config->metaObject()->propertyCount(); ++i)
+            QVERIFY(config->metaObject()->property(i).read(config).isValid());
+        QVERIFY(config->msecsToNextRefresh() > 9999);
+        QCOMPARE(config->scheduleDate(), QDate::currentDate());
+    }
+
+    void storesOnlyWhatDiffers_data()
+    {
+        columns<QString, QString, bool, bool, QString>("machine", "user", "value", "changes",
+                                                       "own");
+        const char *on = "hideMouseCursor=true";
+        const char *off = "hideMouseCursor=false";
+        row("default again", "", "", true, false, "");
+        row("other", "", "", false, true, off);
+        row("other again", "", off, false, false, off);
+        row("back to default", "", off, true, true, "");
+        row("machine says other", off, "", true, true, on);
+        row("machine says so too", off, "", false, false, "");
+        row("back, machine agrees", on, off, true, true, "");
+        row("back, machine differs", off, off, true, true, on);
+    }
+
+    void storesOnlyWhatDiffers()
+    {
+        const bool value = at<bool>("value");
+        Config *config = settings::startWith(at("user"), at("machine"));
+        QTEST(config->setIfChanged(keys::hideMouseCursor, value, true), "changes");
+        QTEST(settings::own(), "own");
+        QCOMPARE(settings::restart()->hideMouseCursor(), value);
+    }
+
+    void announcesTheNameInAnyCase()
+    {
+        Config *config = Config::instance();
+        const QSignalSpy changes(config, &Config::locationNameChanged);
+        for (int i = 0; i < 2; ++i)
+            config->setLocationName("Hörsaal 1, Süd"_s);
+        QCOMPARE(changes.count(), 2);
+        QCOMPARE(settings::restart()->locationName(), "Hörsaal 1, Süd"_s);
+    }
+
+    void appliesADocumentOnce_data()
+    {
+        columns<QString, QString, bool, QString>("user", "document", "changes", "own");
+        row("top level alone", "",
+            R"({"plenarLocationId":7,"locationName":"Hörsaal","locationId":5})", true,
+            "locationId=5 locationName=Hörsaal plenarLocationId=7");
+        row("settings", "tpRegModeQR=true", R"({"settings":{"tpRegModeQR":false,"tallyxMode":0}})",
+            true, "tallyxMode=0 tpRegModeQR=false");
+        row("known values", "tallyxMode=2\ntpRegModeVK=true",
+            R"({"settings":{"tallyxMode":2,"tpRegModeVK":true}})", false,
+            "tallyxMode=2 tpRegModeVK=true");
+        row("unknown and misplaced keys", "fontBaseSize=9",
+            R"({"fontBaseSize":20,"tallyxMode":1,"settings":{"locationId":5,"Keycloak/url":"x"}})",
+            false, "fontBaseSize=9");
+        row("null", "inactivityTimeout=20", R"({"settings":{"inactivityTimeout":null}})", true, "");
+        row("null of nothing", "", R"({"locationId":null})", false, "");
+        row("null of a machine's value", "", R"({"settings":{"attendanceEnabled":null}})", false,
+            "");
+        row("null for settings", "", R"({"locationId":1,"settings":null})", true, "locationId=1");
+        row("list for settings", "", R"({"settings":["tallyxMode"]})", false, "");
+        row("wrong types", "", R"({"locationId":"abc","locationName":2.5,"plenarLocationId":true})",
+            true, "locationId=abc locationName=2.5 plenarLocationId=true");
+        row("nested", "", R"({"locationId":{"a":[1,null]},"locationName":["a","b"]})", true,
+            "locationId= locationName=");
+        row("list", "locationId=1", R"([{"locationId":2}])", false, "locationId=1");
+        row("nothing", "locationId=1", "", false, "locationId=1");
+    }
+
+    void appliesADocumentOnce()
+    {
+        const auto json = QJsonDocument::fromJson(at("document").toUtf8());
+        int changes = 0;
+        const auto apply = [&](Config *config) {
+            const QSignalSpy announced(config, &Config::configChanged);
+            config->applyConfiguration(json);
+            changes += announced.count();
+        };
+        apply(settings::startWith(at("user"), "attendanceEnabled=false"_s));
+        QCOMPARE(changes, at<bool>("changes") ? 1 : 0);
+        QTEST(settings::own(), "own");
+        apply(Config::instance());
+        apply(settings::restart());
+        QCOMPARE(changes, at<bool>("changes") ? 1 : 0);
+        QTEST(settings::own(), "own");
+    }
+
+    void keepsTheFilePrivate()
+    {
+        const QFileInfo file(settings::userFile());
+        const auto othersMay = [&file] {
+            const auto all
+                = QFileInfo(file.filePath()).permissions() | QFileInfo(file.path()).permissions();
+            return static_cast<int>(all & 0x77);
+        };
+        Config::instance()->setLocationName("A"_s);
+        QCOMPARE(othersMay(), 0);
+        QFile::setPermissions(file.filePath(), QFile::Permissions(0x6644));
+        for (const auto &name : { "B"_s, "C"_s }) {
+            settings::restart()->setLocationName(name);
+            QCOMPARE(othersMay(), 0);
+        }
+        QCOMPARE(log().lines().filter("Settings file was open to others"_s).size(), 1);
+    }
+
+    void saysWhatItCanNotReadOrWrite_data()
+    {
+        columns<QString, QString, QString>("path", "content", "line");
+        const QString file = settings::userFile();
+        const char *reading = "Failed to read settings from";
+        const char *writing = "Failed to write settings to";
+        row("a file for the folder", QFileInfo(file).path(), "", writing);
+        row("a folder for the file", file + "/x"_s, "", reading);
+        row("not settings", file, "[General\n=\nnonsense", reading);
+    }
+
+    void saysWhatItCanNotReadOrWrite()
+    {
+        settings::write(at("path"), at("content"));
+        log().expect(at("line"));
+        log().allow("settings"_s);
+        Config *config = settings::restart();
+        QCOMPARE(config->inactivityTimeout(), 60);
+        config->applyConfiguration(QJsonDocument::fromJson(R"({"locationName":"A"})"));
+        QCOMPARE(config->locationName(), "A"_s);
+    }
+};
+
+static const RegisterTest<TestConfig> registered;
+
+#include "tst_config.moc"

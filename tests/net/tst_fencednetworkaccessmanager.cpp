@@ -1,0 +1,141 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "config/config.h"
+#include "net/fencednetworkaccessmanager.h"
+#include "support/testcase.h"
+
+#include <QBuffer>
+#include <QImage>
+#include <QQmlComponent>
+#include <QQmlEngine>
+
+using namespace simulator;
+using namespace std::chrono_literals;
+
+/** What a view can do to reach the network: show an image, and send a request with a secret. */
+static constexpr auto view = R"(
+    import QtQuick 2.15
+    Image {
+        property int code: -1
+        property int length: 0
+        function request(url) {
+            const call = new XMLHttpRequest();
+            call.onreadystatechange = function() {
+                if (call.readyState !== XMLHttpRequest.DONE)
+                    return;
+                length = call.responseText.length;
+                code = call.status;
+            };
+            call.open("GET", url);
+            call.setRequestHeader("Authorization", "Bearer secret");
+            call.send();
+        }
+    }
+)";
+
+class TestFencedNetworkAccessManager : public TestCase
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void guardsTheEngine_data()
+    {
+        columns<QString, QString, Fault, int, QString>("service", "host", "fault", "padding",
+                                                       "line");
+        const char *number = "127.0.0.1";
+        const char *name = "localhost";
+        row("service", number, number, Fault::None, 0, "");
+        row("service by name", name, name, Fault::None, 0, "");
+        row("foreign host", number, name, Fault::None, 0, "Refusing request of the user interface");
+        row("redirect", number, number, Fault::Redirect, 0, "TooManyRedirectsError");
+        row("not found", number, number, Fault::NotFound, 0, "ContentNotFoundError");
+        row("hanging", number, number, Fault::Hang, 0, "after its time limit");
+        row("too large", number, number, Fault::None, 5000, "since its body is too large");
+    }
+
+    void guardsTheEngine()
+    {
+        QUrl url = today();
+        url.setHost(at("host"));
+        settings::set("quirlUrl"_s, "http://%1:1"_s.arg(at("service")));
+        services().setSchedule(picture(at<int>("padding")));
+        services().setFault(Route::Schedule, at<Fault>("fault"));
+        const bool succeeds = at("line").isEmpty();
+        const int requests = at("service") == at("host") ? 1 : 0;
+        if (!succeeds)
+            announce(at("line"));
+
+        const auto item = makeView();
+        QMetaObject::invokeMethod(item.get(), "request", Q_ARG(QVariant, url.toString()));
+        QTRY_VERIFY(item->property("code").toInt() >= 0);
+        QCOMPARE(item->property("code") == 200 && item->property("length") != 0, succeeds);
+        QCOMPARE(services().requestCount(Route::Schedule), requests);
+        item->setProperty("source", url);
+        QTRY_COMPARE(item->property("status").toInt(), succeeds ? int(Ready) : int(Error));
+        const auto received = services().requests(Route::Schedule);
+        QCOMPARE(received.size(), 2 * requests);
+        for (const RecordedRequest &request : received)
+            QCOMPARE(request.headers.values("accept-encoding"), QList<QByteArray> { "identity" });
+        QVERIFY(succeeds || log().lines().filter(at("line")).size() == 2);
+    }
+
+    void readsNoFile()
+    {
+        const QString refusal = "Tried to use GET on a local file despite being disabled"_s;
+        log().expect(refusal);
+        settings::set("locationName"_s, "secret"_s);
+        const auto item = makeView();
+        QMetaObject::invokeMethod(
+            item.get(), "request",
+            Q_ARG(QVariant, QUrl::fromLocalFile(settings::userFile()).toString()));
+        QTRY_COMPARE(log().lines().filter(refusal).size(), 1);
+        QCOMPARE(item->property("length").toInt(), 0);
+    }
+
+    void takesDataOfModestSize()
+    {
+        announce("Refusing request of the user interface for"_s);
+        const auto item = makeView();
+        for (const bool isLarge : { false, true }) {
+            const QByteArray data = picture(isLarge ? 5000 : 0).toBase64();
+            item->setProperty("source", "data:image/png;base64,"_s + QString::fromLatin1(data));
+            QTRY_COMPARE(item->property("status").toInt(), isLarge ? int(Error) : int(Ready));
+        }
+    }
+
+private:
+    enum ImageStatus { Ready = 1, Error = 3 };
+
+    static QByteArray picture(int padding)
+    {
+        QByteArray png;
+        QBuffer buffer(&png);
+        QImage(8, 8, QImage::Format_Mono).save(&buffer, "PNG");
+        return png + QByteArray(padding, '\0');
+    }
+
+    void announce(const QString &line)
+    {
+        log().expect(line);
+        log().allow("Network error"_s);
+        log().allow("QML Image"_s);
+    }
+
+    std::unique_ptr<QObject> makeView()
+    {
+        Config::instance(); // as at start; images are fetched in a thread of their own
+        m_engine = std::make_unique<QQmlEngine>();
+        m_engine->setNetworkAccessManagerFactory(&m_factory);
+        QQmlComponent component(m_engine.get());
+        component.setData(view, QUrl());
+        return std::unique_ptr<QObject>(component.create());
+    }
+
+    FencedNetworkAccessManagerFactory m_factory { RequestLimits { 5s, 1s, 5000 } };
+    std::unique_ptr<QQmlEngine> m_engine;
+};
+
+static const RegisterTest<TestFencedNetworkAccessManager> registered;
+
+#include "tst_fencednetworkaccessmanager.moc"

@@ -1,0 +1,80 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "net/requestlimits.h"
+#include "support/fakereply.h"
+#include "support/testcase.h"
+
+using namespace simulator;
+using namespace std::chrono_literals;
+
+Q_DECLARE_METATYPE(RequestLimits)
+
+class TestRequestLimits : public TestCase
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void endEveryRequest_data()
+    {
+        columns<Fault, int, RequestLimits, QString>("fault", "dripMs", "limits", "reason");
+        const char *tooLong = "after its time limit";
+        const char *tooLarge = "since its body is too large";
+        row("good", Fault::None, 0, RequestLimits { 5s, 5s, 10 }, "");
+        row("steady", Fault::Drip, 60, RequestLimits { 500ms, 5s, 10 }, "");
+        row("silent", Fault::Hang, 0, RequestLimits { 100ms, 5s, 10 }, "silence");
+        row("hanging", Fault::Hang, 0, RequestLimits { 5s, 100ms, 10 }, tooLong);
+        row("too slow", Fault::Drip, 60, RequestLimits { 5s, 200ms, 10 }, tooLong);
+        row("too large", Fault::None, 0, RequestLimits { 5s, 5s, 9 }, tooLarge);
+        row("declared too large", Fault::Drip, 10000, RequestLimits { 5s, 5s, 9 }, tooLarge);
+    }
+
+    void endEveryRequest()
+    {
+        const auto limits = at<RequestLimits>("limits");
+        const QString reason = at("reason");
+        services().setSchedule("0123456789");
+        services().setDripInterval(std::chrono::milliseconds(at<int>("dripMs")));
+        services().setFault(Route::Schedule, at<Fault>("fault"));
+        if (reason.contains(QLatin1Char(' ')))
+            log().expect(reason);
+
+        QNetworkAccessManager manager;
+        QNetworkReply *reply = manager.get(limitedRequest(today(), limits));
+        enforceLimits(reply, limits);
+        QSignalSpy finished(reply, &QNetworkReply::finished);
+        QVERIFY(finished.wait(3000));
+        QCOMPARE(finished.count(), 1);
+        QCOMPARE(log().lines().size(), reason.contains(QLatin1Char(' ')) ? 1 : 0);
+        if (reason.isEmpty())
+            QCOMPARE(reply->readAll(), QByteArray("0123456789"));
+        QCOMPARE(reply->error(),
+                 reason.isEmpty() ? QNetworkReply::NoError : QNetworkReply::OperationCanceledError);
+        const auto headers = services().requests(Route::Schedule).constLast().headers;
+        QCOMPARE(headers.values("accept-encoding"), QList<QByteArray> { "identity" });
+    }
+
+    void countBytesOfAnUndeclaredBody()
+    {
+        log().expect("since its body is too large"_s);
+        for (const bool isReadAtOnce : { false, true }) {
+            FakeReply reply(QUrl("http://plenar.example/"_s));
+            enforceLimits(&reply, { 5s, 5s, 1000 });
+            if (isReadAtOnce)
+                connect(&reply, &QNetworkReply::readyRead, &reply, [&reply] { reply.readAll(); });
+            const QSignalSpy finished(&reply, &QNetworkReply::finished);
+            reply.feed(QByteArray(600, 'x'));
+            reply.feed(QByteArray(400, 'x'));
+            QCOMPARE(finished.count(), 0);
+            reply.feed("x");
+            if (isReadAtOnce)
+                reply.tellProgress();
+            QCOMPARE(finished.count(), 1);
+        }
+        QCOMPARE(log().lines().size(), 2);
+    }
+};
+
+static const RegisterTest<TestRequestLimits> registered;
+
+#include "tst_requestlimits.moc"

@@ -1,0 +1,56 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "notifications/notification.h"
+#include "notifications/notificationsmodel.h"
+#include "support/testcase.h"
+
+#include <QAbstractItemModelTester>
+
+class TestNotificationsModel : public TestCase
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void listsTheNewestFirst()
+    {
+        NotificationsModel model;
+        const QAbstractItemModelTester tester(&model);
+        const QSignalSpy changes(&model, &NotificationsModel::lengthChanged);
+        Notification a(0, "a"_s, {}, 0, false, true);
+        Notification b(0, "b"_s, {}, 0, false, true);
+        const auto titles = [&model] {
+            QString all;
+            for (int row = 0; row < model.rowCount(); ++row)
+                all += model.index(row).data(256).value<Notification *>()->title();
+            return all;
+        };
+        for (Notification *notification : { &a, &b, &a })
+            model.prepend(notification);
+        QCOMPARE(titles(), "aba"_s);
+        QVERIFY(model.removeFirst(&a));
+        QCOMPARE(titles(), "ba"_s);
+        QVERIFY(model.removeFirst(&a));
+        QVERIFY(!model.removeFirst(&a));
+        QCOMPARE(titles(), "b"_s);
+        QCOMPARE(changes.count(), 5);
+        QCOMPARE(model.length(), 1);
+    }
+
+    void answersForItsRowsAndRoleOnly()
+    {
+        NotificationsModel model;
+        Notification notification;
+        model.prepend(&notification);
+        QCOMPARE(model.roleNames(), (QHash<int, QByteArray> { { 256, "data" } }));
+        QVERIFY(!model.index(0).data(Qt::DisplayRole).isValid());
+        QVERIFY(!model.index(0).data(257).isValid());
+        QVERIFY(!model.data(model.index(1), 256).isValid());
+        QVERIFY(!model.data({}, 256).isValid());
+        QCOMPARE(model.rowCount(model.index(0)), 0);
+    }
+};
+
+static const RegisterTest<TestNotificationsModel> registered;
+
+#include "tst_notificationsmodel.moc"

@@ -1,0 +1,112 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "api/lbapi.h"
+#include "app/startup.h"
+#include "config/config.h"
+#include "simulator/simulator.h"
+
+#include <QDirIterator>
+#include <QQmlContext>
+#include <QQmlEngine>
+#include <QSettings>
+#include <QSignalSpy>
+#include <QtQuickTest>
+
+using simulator::Route;
+using simulator::Simulator;
+
+/**
+ * What the QML tests reach as "bench" beside the program's own types: the services, the settings,
+ * and what the engine complained about. Each test file begins with new singletons.
+ */
+class Bench : public QObject
+{
+    Q_OBJECT
+    Q_PROPERTY(int requestCount READ requestCount)
+
+public:
+    Bench() { prepareEnvironment(); }
+
+    [[nodiscard]] int requestCount() const { return m_simulator->requestCount(Route::Schedule); }
+
+    /** Address of something that would be counted as a request. */
+    Q_INVOKABLE [[nodiscard]] QString countedUrl() const
+    {
+        return m_simulator->baseUrl().toString() + QStringLiteral("/rs/lumenboard/schedule/x.png");
+    }
+
+    /** Serves @p xml from now on, and fetches it; returns when it is shown. */
+    Q_INVOKABLE bool show(const QString &xml)
+    {
+        m_simulator->setSchedule(xml.toUtf8());
+        QSignalSpy shown(Config::instance(), &Config::locationChanged);
+        LBAPI::instance()->refreshEventData();
+        return shown.wait();
+    }
+
+    Q_INVOKABLE void set(const QString &key, const QVariant &value)
+    {
+        QSettings().setValue(key, value);
+    }
+
+    /** QML can not append to the list. */
+    Q_INVOKABLE void addButton(Notification *notification, NotificationButton *button)
+    {
+        notification->addButton(button);
+    }
+
+    /** All QML files of the program's resources. */
+    Q_INVOKABLE [[nodiscard]] QStringList qmlFiles() const
+    {
+        QDirIterator it(QStringLiteral(":/qml"), { QStringLiteral("*.qml") }, QDir::Files,
+                        QDirIterator::Subdirectories);
+        QStringList files;
+        while (it.hasNext())
+            files.append(it.next().mid(static_cast<int>(qstrlen(":/qml/"))));
+        return files;
+    }
+
+    /** The engine's warnings since the last call. */
+    Q_INVOKABLE QStringList takeWarnings() { return std::exchange(m_warnings, {}); }
+
+public Q_SLOTS:
+    void applicationAvailable()
+    {
+        nameApplication();
+        setGermanLocale();
+        m_translations.install();
+        loadFonts();
+        registerMetaTypes();
+        registerQmlTypes();
+        m_simulator = std::make_unique<Simulator>();
+        if (!m_simulator->start())
+            qFatal("%s", qPrintable(m_simulator->errorString()));
+    }
+
+    void qmlEngineAvailable(QQmlEngine *engine)
+    {
+        delete LBAPI::instance();
+        delete Config::instance();
+        QSettings().clear();
+        set(QStringLiteral("eventDataUrlTemplate"), m_simulator->scheduleUrlTemplate());
+        set(QStringLiteral("plenarLocationId"), 1);
+        m_simulator->setSchedule("<schedule/>");
+        engine->rootContext()->setContextProperty(QStringLiteral("bench"), this);
+        connect(engine, &QQmlEngine::warnings, this, [this](const QList<QQmlError> &warnings) {
+            for (const QQmlError &warning : warnings)
+                m_warnings.append(warning.toString());
+        });
+    }
+
+    void cleanupTestCase() { m_simulator.reset(); }
+
+private:
+    std::unique_ptr<Simulator> m_simulator;
+    Translations m_translations;
+    QStringList m_warnings;
+};
+
+QUICK_TEST_MAIN_WITH_SETUP(qml, Bench)
+
+#include "main.moc"

@@ -1,0 +1,104 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import QtQuick 2.15
+import "qrc:/qml/common"
+import "qrc:/qml/common/Style.js" as S
+
+LumenboardCase {
+    id: root
+
+    function test_circleFraction_data() {
+        return [
+            { tag: "below", min: 10, max: 20, value: 5, fraction: 0 },
+            { tag: "at the start", min: 10, max: 20, value: 10, fraction: 0 },
+            { tag: "within", min: 10, max: 20, value: 12.5, fraction: 0.25 },
+            { tag: "at the end", min: 10, max: 20, value: 20, fraction: 1 },
+            { tag: "above", min: 10, max: 20, value: 25, fraction: 1 },
+            { tag: "no span", min: 0, max: 0, value: 0, fraction: 1 },
+            { tag: "negative span, between", min: 20, max: 10, value: 15, fraction: 1 },
+            { tag: "negative span, below both", min: 20, max: 10, value: 5, fraction: 0 },
+        ];
+    }
+
+    function test_circleFraction(data) {
+        const circle = make("elements/ProgressCircle.qml", { minValue: data.min, maxValue: data.max, currentValue: data.value });
+        compare(circle.fraction(), data.fraction);
+    }
+
+    function test_circlePainting_data() {
+        // What is seen at the upper right, lower right, lower left and upper left: reached, to come, nothing.
+        return [
+            { tag: "half", change: {}, seen: "rrcc" },
+            { tag: "nothing reached", change: { currentValue: 0 }, seen: "cccc" },
+            { tag: "all", change: { currentValue: 100 }, seen: "rrrr" },
+            { tag: "from the right", change: { startAngle: 0 }, seen: "crrc" },
+            { tag: "half of half a turn", change: { angleDelta: Math.PI }, seen: "rcnn" },
+            { tag: "negative sweep", change: { angleDelta: -Math.PI }, seen: "rcnn" },
+            { tag: "a quarter, anticlockwise", change: { anticlockwise: true, currentValue: 25 }, seen: "cccr" },
+        ];
+    }
+
+    function test_circlePainting(data) {
+        const circle = make("elements/ProgressCircle.qml", { currentValue: 50, lineWidth: 10, progressColor: "#ff0000", remainingColor: "#0000ff" });
+        waitForRendering(circle);
+        Object.assign(circle, data.change); // after the first frame: a change has to ask for another
+        const letters = { "255,0,0,255": "r", "0,0,255,255": "c", "0,0,0,0": "n" };
+        const seenAt = at => {
+            // 40 px from the centre is where the line is at this size.
+            const place = at.map(sign => 50 + sign * 40 * Math.SQRT1_2);
+            const pixel = circle.getContext("2d").getImageData(place[0], place[1], 1, 1).data;
+            return letters[[0, 1, 2, 3].map(i => pixel[i]).join()];
+        };
+        tryVerify(() => [[1, -1], [1, 1], [-1, 1], [-1, -1]].map(seenAt).join("") === data.seen);
+    }
+
+    function test_scrollbarFollowsItsListAndFades() {
+        const bar = make("elements/VScrollbar.qml", { visibleAreaRatio: 0.5, visibleAreaY: 0.25 });
+        const handle = find(bar, item => item.radius > 0);
+        compare([bar.x, bar.y, bar.width, bar.height], [1270, 0, 10, 800]);
+        compare([handle.x, handle.y, handle.width, handle.height], [0, 200, 10, 400]);
+        compare(bar.opacity, 0);
+        bar.moving = true;
+        verify(bar.opacity < 0.5);
+        tryCompare(bar, "opacity", 0.5);
+        bar.moving = false;
+        tryCompare(bar, "opacity", 0);
+    }
+
+    function test_styles_data() {
+        const plainSize = make("elements/StyledText.qml").font.pixelSize;
+        const font = (size, type, weight, props) => new S.TextStyle(undefined, new S.FontStyle(size, type, weight, props));
+        return [
+            { tag: "no size", style: font(30, S.NoSize, Font.Bold), font: { pixelSize: plainSize, weight: Font.Bold } },
+            { tag: "pixels", style: font(30, S.PxSize), font: { pixelSize: 30, weight: Font.Normal } },
+            { tag: "points set pixels", style: font(31, S.PtSize), font: { pixelSize: 31 } },
+            { tag: "relative", style: font(2.5, S.RelSize), font: { pointSize: 25 } },
+            { tag: "further members", style: font(0, S.NoSize, undefined, { underline: true, family: "Abc" }), font: { underline: true, family: "Abc" } },
+            { tag: "colour alone", style: new S.TextStyle("#ff0000"), color: "#ff0000", font: { pixelSize: plainSize } },
+            { tag: "room name", style: Style.eoLocationName, color: "#ffffff", font: { pointSize: 24, weight: Font.Bold, family: "Bandolino" } },
+            { tag: "time", style: Style.dvTime, color: "#ffffff", font: { pointSize: 140, weight: Font.Bold, family: "MavenPro" } },
+            { tag: "heading", style: Style.edHeading, color: "#ffffff", font: { pointSize: 25, weight: Font.DemiBold, underline: true } },
+            { tag: "title", style: Style.edTitle, color: "#93b1bb", font: { pointSize: 24, weight: Font.Bold } },
+        ];
+    }
+
+    function test_styles(data) {
+        bench.set("fontBaseSize", 10);
+        const item = make("elements/StyledText.qml", { color: "#010203", xstyle: data.style });
+        for (const key in data.font)
+            compare(item.font[key], data.font[key], key);
+        compare(String(item.color), data.color || "#010203");
+    }
+
+    function test_emptyTextTakesNoRoom() {
+        const item = make("elements/CenteredText.qml");
+        compare([item.width, item.height, item.visible], [root.width, 0, false]);
+        item.text = "etwas";
+        verify(item.height > 10 && item.visible);
+        item.text = "";
+        compare(item.height, 0);
+    }
+
+    name: "Elements"
+}

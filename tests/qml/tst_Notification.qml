@@ -1,0 +1,134 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import QtQuick 2.15
+import Lumenboard 1.0
+
+LumenboardCase {
+    id: root
+
+    property Item card
+
+    function show(properties) {
+        const notification = createTemporaryQmlObject("import Lumenboard 1.0; LBNotification {}", root);
+        Object.assign(notification, properties);
+        card = make("components/Notification.qml", { notification: notification, width: 640 });
+        waitForRendering(card);
+        return notification;
+    }
+
+    function addButton(notification, properties) {
+        const button = Object.assign(createTemporaryQmlObject("import Lumenboard 1.0; LBNotificationButton {}", root), properties);
+        bench.addButton(notification, button);
+        waitForRendering(card);
+        return button;
+    }
+
+    function extraButtons() {
+        return all(card, item => item.highlighted !== undefined && item.objectName === "");
+    }
+
+    /** Taps @p item and returns what @p notification then said of the signal. */
+    function tap(item, notification, signalName) {
+        const spy = createTemporaryQmlObject("import QtTest 1.15; SignalSpy {}", root);
+        spy.target = notification;
+        spy.signalName = signalName;
+        mouseClick(item);
+        return spy;
+    }
+
+    function test_controls_data() {
+        return [
+            { tag: "none", set: {}, shown: [] },
+            { tag: "close", set: { closable: true }, shown: ["close"], signalName: "removed" },
+            { tag: "confirm", set: { confirmable: true }, shown: ["confirm"], signalName: "confirmed" },
+            { tag: "cancel", set: { cancelable: true }, shown: ["cancel"], signalName: "canceled" },
+            { tag: "countdown", set: { timeout: 60000 }, shown: ["countdown"] },
+            { tag: "all", set: { closable: true, confirmable: true, cancelable: true, timeout: 60000 }, shown: ["close", "confirm", "countdown", "cancel"] },
+        ];
+    }
+
+    function test_controls(data) {
+        const notification = show(Object.assign({ closable: false, confirmable: false, cancelable: false }, data.set));
+        const controls = ["close", "confirm", "countdown", "cancel"].map(name => findChild(card, name));
+        compare(controls.filter(each => each.visible).map(each => each.objectName), data.shown);
+        if (data.signalName)
+            compare(tap(findChild(card, data.tag), notification, data.signalName).count, 1);
+    }
+
+    function test_tapOnTheCountdown_data() {
+        return [{ tag: "stops it", cancelable: true }, { tag: "does nothing", cancelable: false }];
+    }
+
+    function test_tapOnTheCountdown(data) {
+        const notification = show({ closable: false, timeout: 60000, timeoutCancelable: data.cancelable });
+        const countdown = findChild(card, "countdown");
+        tryVerify(() => countdown.currentValue > 0 && countdown.currentValue < 60000);
+        mouseClick(countdown);
+        compare(notification.timeout, data.cancelable ? 0 : 60000);
+        compare([countdown.visible, findChild(card, "close").visible], [!data.cancelable, data.cancelable]);
+    }
+
+    function test_icon_data() {
+        return ["INFO", "CONFIRMATION", "WARNING", "ERR", "LOADING"].map(type => ({ tag: type, icon: type === "ERR" ? "error" : type.toLowerCase() }));
+    }
+
+    function test_icon(data) {
+        const notification = show({ type: LBNotification[data.tag] });
+        const icon = find(card, item => item.source !== undefined);
+        compare(String(icon.source), "qrc:/icons/" + data.icon + ".svg");
+        for (let again = 0; data.tag === "LOADING" && again < 2; ++again) {
+            notification.type = LBNotification.LOADING;
+            tryVerify(() => icon.rotation > 5);
+            notification.type = LBNotification.INFO;
+        }
+        compare(icon.rotation, 0);
+    }
+
+    function test_extraButtonsInOrder() {
+        const notification = show({});
+        for (const text of ["Kommen", "Gehen", "Pause"])
+            addButton(notification, { text: text, icon: "qrc:/fa/sign-in.svg" });
+        const found = extraButtons().sort((a, b) => a.mapToItem(card, 0, 0).x - b.mapToItem(card, 0, 0).x);
+        compare(found.map(each => readable(each)[0]), ["Kommen", "Gehen", "Pause"]);
+        const clicks = tap(found[1], notification, "buttonClicked");
+        compare(clicks.count, 1);
+        compare(clicks.signalArguments[0][0], 1);
+    }
+
+    function test_extraButtonIgnoresTaps_data() {
+        return [{ tag: "disabled", highlighted: false }, { tag: "disabled but highlighted", highlighted: true }];
+    }
+
+    function test_extraButtonIgnoresTaps(data) {
+        const notification = show({});
+        addButton(notification, { text: "Kommen", enabled: false, highlighted: data.highlighted });
+        const button = extraButtons()[0];
+        compare([button.enabled, button.highlighted], [data.highlighted, data.highlighted]);
+        compare(tap(button, notification, "buttonClicked").count, 0);
+    }
+
+    function test_extraButtonGlowsWhileFlashing() {
+        const button = addButton(show({}), { text: "Kommen" });
+        const glow = find(card, item => item.glowRadius === 15);
+        compare(glow.opacity, 0);
+        button.flashing = true;
+        tryVerify(() => glow.opacity > 0.6);
+        tryVerify(() => glow.opacity < 0.4);
+        tryVerify(() => glow.opacity > 0.6);
+        button.flashing = false;
+        tryCompare(glow, "opacity", 0);
+    }
+
+    function test_cardIsAsHighAsItsTexts() {
+        const notification = show({ message: "kurz" });
+        const before = card.height;
+        tryCompare(card, "extraHeight", 1);
+        notification.message = "Zeile\n".repeat(20);
+        tryVerify(() => card.height > before + 200);
+        const message = withText(card, notification.message);
+        verify(message.mapToItem(card, 0, message.height).y <= card.height);
+    }
+
+    name: "Notification"
+}

@@ -1,0 +1,96 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "schedule/eventdata.h"
+#include "support/testcase.h"
+
+#include <QNetworkReply>
+
+using namespace simulator;
+using namespace std::chrono_literals;
+
+class TestEventData : public TestCase
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void fetchesUnderAnyFault_data()
+    {
+        columns<Fault, QString>("fault", "message");
+        const auto add = [](Fault fault, const QString &message) {
+            row(qPrintable(nameOf(fault)), fault, message);
+        };
+        const QString reading = "Error reading event data: (%1) "_s;
+        const QString fetching = "failed to fetch eventdata: (%1) "_s;
+        const QString foreign = "this doesn't look like event data"_s;
+        add(Fault::None, "No error"_s);
+        add(Fault::Empty, reading.arg(4));
+        add(Fault::Truncated, reading.arg(4));
+        add(Fault::WrongRoot, foreign);
+        add(Fault::InvalidValue, reading.arg(2) + "invalid or missing value for \"endTime\""_s);
+        add(Fault::Huge, "No error"_s);
+        add(Fault::Oversize, fetching.arg(QNetworkReply::OperationCanceledError));
+        add(Fault::EntityBomb, reading.arg(3));
+        add(Fault::CaptivePortal, foreign);
+        add(Fault::Redirect, reading.arg(3));
+        add(Fault::NotFound, fetching.arg(QNetworkReply::ContentNotFoundError));
+        add(Fault::ServerError, fetching.arg(QNetworkReply::InternalServerError));
+        add(Fault::Drop, fetching.arg(QNetworkReply::RemoteHostClosedError));
+        add(Fault::Hang, fetching.arg(QNetworkReply::OperationCanceledError));
+        add(Fault::Drip, fetching.arg(QNetworkReply::OperationCanceledError));
+        add(Fault::Gzip, reading.arg(3));
+    }
+
+    void fetchesUnderAnyFault()
+    {
+        const auto fault = at<Fault>("fault");
+        const QString message = at("message");
+        const bool fails = message != "No error"_s;
+        services().setFault(Route::Schedule, fault);
+        services().setDripInterval(10ms);
+        for (const auto &text : { message, "Network error"_s, "Giving up request"_s })
+            log().allow(text);
+        RequestLimits limits = EventData::scheduleLimits();
+        if (fault == Fault::Hang)
+            limits.silence = 100ms;
+        else if (fault == Fault::Drip)
+            limits.deadline = 100ms;
+        {
+            EventData data(limits);
+            QSignalSpy finished(&data, &EventData::readEventDataFinished);
+            const QSignalSpy changes(&data, &EventData::dataChanged);
+            const QSignalSpy errors(&data, &EventData::errorChanged);
+            QVERIFY(finished.wait(60000));
+            QTRY_VERIFY(!data.findChild<QNetworkAccessManager *>());
+            QCOMPARE(finished.count(), 1);
+            QCOMPARE(changes.count(), 1);
+            QCOMPARE(errors.count(), fails ? 1 : 0);
+            QCOMPARE(data.error(), fails);
+            QVERIFY2(data.errorMessage().startsWith(message), qPrintable(data.errorMessage()));
+            QCOMPARE(log().lines().filter(message).size(), fails ? 1 : 0);
+            QVERIFY(fails || !data.objects().events.isEmpty());
+            QCOMPARE(services().requestCount(Route::Schedule), 1);
+        }
+        services().clearFaults();
+        const EventData next;
+        QVERIFY(QSignalSpy(&next, &EventData::readEventDataFinished).wait());
+        QVERIFY(!next.error() && !next.objects().events.isEmpty());
+    }
+
+    void survivesANullReply()
+    {
+        services().setFault(Route::Schedule, Fault::Hang);
+        EventData data;
+        const QSignalSpy finished(&data, &EventData::readEventDataFinished);
+        const QString message = "WTF?! Network reply is NULL! :O"_s;
+        log().expect(message);
+        QMetaObject::invokeMethod(&data, "readEventData", Q_ARG(QNetworkReply *, nullptr));
+        QVERIFY(data.error());
+        QCOMPARE(data.errorMessage(), message);
+        QCOMPARE(finished.count(), 1);
+    }
+};
+
+static const RegisterTest<TestEventData> registered;
+
+#include "tst_eventdata.moc"

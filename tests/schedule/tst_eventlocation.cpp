@@ -1,0 +1,90 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "schedule/eventboundarytimer.h"
+#include "schedule/scheduledocument.h"
+#include "support/testcase.h"
+
+class TestEventLocation : public TestCase
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void knowsCurrentAndNextEvent_data()
+    {
+        columns<QTime, QString, QString, QTime>("now", "current", "next", "boundary");
+        row("before", QTime(9, 59), "", "long", QTime(10, 0));
+        row("at the start", QTime(10, 0), "long", "short", QTime(11, 0));
+        row("in the overlap", QTime(11, 15), "long", "Zebra", QTime(11, 30, 0, 1));
+        row("at the end", QTime(12, 0), "long", "Zulu", QTime(12, 0, 0, 1));
+        row("just after the end", QTime(12, 0, 0, 1), "Zebra", "Zulu", QTime(13, 0, 0, 1));
+        row("equal times by title", QTime(14, 0), "Zulu", "", QTime(15, 0, 0, 1));
+        row("late", QTime(15, 0, 0, 1), "", "", QTime());
+    }
+
+    void knowsCurrentAndNextEvent()
+    {
+        const auto on = [](const char *start, const char *end, const char *title) {
+            const QString day = "2024-05-13T"_s;
+            return eventXml(day + QString::fromLatin1(start), day + QString::fromLatin1(end),
+                            title);
+        };
+        const auto data = readSchedule(
+            scheduleXml(on("14:00", "15:00", "a") + on("12:00", "13:00", "Zebra")
+                        + on("11:00", "11:30", "short") + on("14:00", "15:00", "Zulu")
+                        + on("10:00", "12:00", "long")));
+        const EventLocation *location = data->location(3);
+        const QDateTime now(QDate(2024, 5, 13), at<QTime>("now"));
+        const auto title = [](const Event *event) { return event ? event->title() : QString(); };
+        QTEST(title(location->currentEvent(now)), "current");
+        QTEST(title(location->nextEvent(now)), "next");
+        QTEST(location->nextBoundary(now).time(), "boundary");
+    }
+
+    void followsTheClock()
+    {
+        const auto data = daySoon(200, 500);
+        EventLocation *location = data->location(3);
+        QSignalSpy changes(location, &EventLocation::eventsChanged);
+        EventBoundaryTimer timer;
+        timer.watch(location);
+        QVERIFY(!location->currentEvent() && location->nextEvent());
+        QVERIFY(changes.wait());
+        QVERIFY(location->currentEvent() && !location->nextEvent());
+        QVERIFY(changes.wait());
+        QVERIFY(!location->currentEvent() && !location->nextEvent());
+        QCOMPARE(changes.count(), 2);
+        QVERIFY(timer.findChild<QTimer *>()->isActive()); // the clock may be set back
+    }
+
+    void looksAtTheClockWhileItWaits()
+    {
+        auto data = daySoon(3600000, 7200000);
+        const QSignalSpy changes(data->location(3), &EventLocation::eventsChanged);
+        EventBoundaryTimer boundary;
+        boundary.watch(data->location(3));
+        auto *timer = boundary.findChild<QTimer *>();
+        QVERIFY(timer->interval() <= 60000);
+        QMetaObject::invokeMethod(timer, "timeout");
+        QVERIFY(timer->isActive());
+        QCOMPARE(changes.count(), 0);
+        data.reset();
+        QMetaObject::invokeMethod(timer, "timeout");
+        QVERIFY(!timer->isActive());
+        boundary.watch(nullptr);
+        QVERIFY(!timer->isActive());
+    }
+
+private:
+    /** One event, which lasts from @p startMs to @p endMs from now. */
+    static std::unique_ptr<EventData> daySoon(int startMs, int endMs)
+    {
+        const QDateTime now = QDateTime::currentDateTime();
+        return readSchedule(scheduleXml(eventXml(now.addMSecs(startMs).toString(Qt::ISODateWithMs),
+                                                 now.addMSecs(endMs).toString(Qt::ISODateWithMs))));
+    }
+};
+
+static const RegisterTest<TestEventLocation> registered;
+
+#include "tst_eventlocation.moc"

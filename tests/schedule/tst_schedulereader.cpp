@@ -1,0 +1,221 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "schedule/scheduledocument.h"
+#include "support/testcase.h"
+
+static const QByteArray day = R"(<schedule>
+<locations><location id="3" displayOrder="1"><shortName>H1</shortName><name>Hall</name></location>
+</locations><audiences><audience id="5" displayOrder="1"><name>Group</name></audience></audiences>
+<events><event id="7"><start>2024-05-13T09:30:00</start><end>2024-05-13T11:00:00</end>
+<locationId>3</locationId><title>T</title><speakers><speaker>A</speaker></speakers>
+<audiences><audience><id>5</id><mandatory>true</mandatory></audience></audiences></event></events>
+</schedule>)";
+
+/** How many there are of each kind. */
+static QString contents(const EventData &data)
+{
+    return "%1 events, %2 locations, %3 audiences"_s.arg(data.objects().events.size())
+        .arg(data.objects().locations.size())
+        .arg(data.objects().audiences.size());
+}
+
+class TestScheduleReader : public TestCase
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void readsOrSaysWhyNot_data()
+    {
+        columns<QByteArray, QString, QString>("xml", "line", "contents");
+        const char *all = "1 events, 1 locations, 1 audiences";
+        const char *nothing = "0 events, 0 locations, 0 audiences";
+        row("good", day, "", all);
+        const QByteArray twice
+            = day.chopped(int(qstrlen("</schedule>"))) + day.mid(int(qstrlen("<schedule>")));
+        row("good, then bad", QByteArray(twice).insert(day.size(), "</more>"),
+            "Error reading event data: (3) ", all);
+        row("bare", QByteArray("<schedule/>"), "", nothing);
+
+        for (const char *before : { "<locations>", "</locations>", "<shortName>", "</location>",
+                                    "<name>Group", "<events>", "<event id", "<start>", "<speaker>",
+                                    "<audience><id>", "<id>", "<mandatory>", "</events>" }) {
+            const QByteArray tag = "<more a='1'>";
+            const int at = day.indexOf(before);
+            const int line = day.left(at).count('\n') + 1;
+            const int column = at - day.lastIndexOf('\n', at - 1) - 1 + tag.size();
+            row(qPrintable("more before %1"_s.arg(QString::fromLatin1(before))),
+                QByteArray(day).insert(at, tag + "<title>X</title><event id='x'/></more>"),
+                "Event data: ignoring unexpected element \"more\" at line %1, column %2"_s.arg(line)
+                    .arg(column),
+                all);
+        }
+
+        const auto invalid = [](const char *from, const char *to, const char *field,
+                                const char *element, const char *left) {
+            const QString line = "Error reading event data: (2) invalid or missing value for "
+                                 "\"%1\" at \"%2\" (line "_s;
+            row(qPrintable("%1 -> %2"_s.arg(QString::fromLatin1(from), QString::fromLatin1(to))),
+                QByteArray(day).replace(from, to),
+                line.arg(QString::fromLatin1(field), QString::fromLatin1(element)), left);
+        };
+        const char *location = "location";
+        invalid("location id=\"3\"", "location", "id", location, nothing);
+        invalid("location id=\"3\"", "location id=\"0\"", "id", location, nothing);
+        invalid("3\" displayOrder=\"1\"", "3\" displayOrder=\"x\"", "displayOrder", location,
+                nothing);
+        invalid("<shortName>H1</shortName>", "", "shortName", location, nothing);
+        invalid("<name>Hall</name>", "<name/>", "name", location, nothing);
+        const char *audience = "audience";
+        const char *half = "0 events, 1 locations, 0 audiences";
+        invalid("audience id=\"5\"", "audience id=\"-5\"", "id", audience, half);
+        invalid("5\" displayOrder=\"1\"", "5\"", "displayOrder", audience, half);
+        invalid("<name>Group</name>", "", "name", audience, half);
+        const char *most = "0 events, 1 locations, 1 audiences";
+        invalid("event id=\"7\"", "event", "id", "event", most);
+        invalid("event id=\"7\"", "event id=\"seven\"", "id", "event", most);
+        invalid("<start>2024", "<start>x2024", "startTime", "event", most);
+        invalid("<end>2024-05", "<end>2024-13", "endTime", "event", most);
+        invalid("<locationId>3", "<locationId>abc", "locationId", "locationId", most);
+        invalid("<locationId>3", "<locationId>", "locationId", "locationId", most);
+        invalid("<title>T</title>", "", "title", "event", most);
+        invalid("<id>5</id>", "<id>5x</id>", "audience/id", "id", most);
+        invalid("<id>5</id>", "<id>0</id>", "audience/id", audience, most);
+        invalid("<id>5</id>", "", "audience/id", audience, most);
+        invalid("<mandatory>true</mandatory>", "", "audience/mandatory", audience, most);
+        invalid("<mandatory>true", "<mandatory>TRUE", "audience/mandatory", audience, most);
+
+        const char *foreign = "this doesn't look like event data";
+        const char *early = "Error reading event data: (4) ";
+        const char *malformed = "Error reading event data: (3) ";
+        row("other root", QByteArray("<menu><schedule/></menu>"), foreign, nothing);
+        row("other case", QByteArray("<Schedule/>"), foreign, nothing);
+        row("html", QByteArray("<!DOCTYPE html><html><br></html>"), foreign, nothing);
+        row("empty", QByteArray(), early, nothing);
+        row("declaration alone", QByteArray("<?xml version=\"1.0\"?>"), early, nothing);
+        row("truncated", day.left(300), early, most);
+        row("text", QByteArray("502 Bad Gateway"), malformed, nothing);
+        row("gzip", QByteArray("\x1f\x8b\x08\x00\x00\x00", 6), malformed, nothing);
+        row("ampersand", QByteArray(day).replace("Hall", "A & B"), malformed, nothing);
+        row("child in a text", QByteArray(day).replace("Hall", "<b>Hall</b>"),
+            "Error reading event data: (1) ", nothing);
+        QByteArray bomb = "<!DOCTYPE schedule [<!ENTITY a \"aaaaaaaaaa\">";
+        for (char name = 'b'; name < 'k'; ++name) {
+            const QByteArray inner = QByteArray("&") + char(name - 1) + ';';
+            bomb += QByteArray("<!ENTITY ") + name + " \"" + inner.repeated(10) + "\">";
+        }
+        row("entity bomb", bomb + "]>" + QByteArray(day).replace("Hall", "&j;"), malformed,
+            nothing);
+    }
+
+    void readsOrSaysWhyNot()
+    {
+        const QString line = at("line");
+        const bool fails = !line.isEmpty() && !line.contains("ignoring"_s);
+        log().allow(line);
+        const auto data = readSchedule(at<QByteArray>("xml"));
+        QCOMPARE(data->error(), fails);
+        QTEST(contents(*data), "contents");
+        QCOMPARE(log().lines().size(), line.isEmpty() ? 0 : 1);
+        QVERIFY2(log().lines().value(0, ""_s).startsWith(line), qPrintable(log().lines().value(0)));
+        QCOMPARE(data->errorMessage(), fails ? log().lines().first() : "No error"_s);
+    }
+
+    void sortsAndLinks()
+    {
+        const auto data = readSchedule(R"(<schedule>
+            <locations>
+              <location id="1" displayOrder="2"><shortName>x</shortName><name>a</name></location>
+              <location id="3" displayOrder="2"><shortName>x</shortName><name>B</name></location>
+            </locations><audiences>
+              <audience id="5" displayOrder="2"><name>a</name></audience>
+              <audience id="6" displayOrder="2"><name>B</name></audience>
+            </audiences><events>
+              <event id="1"><title>x</title><end>2024-05-13T11:00:00</end><title>late</title>
+                <start>2024-05-13T10:00:00</start><locationId>3</locationId>
+                <speakers><speaker>A</speaker></speakers><speakers><speaker> B</speaker></speakers>
+                <audiences>
+                  <audience><id>5</id><mandatory>true</mandatory></audience>
+                  <audience><id>6</id><mandatory>false</mandatory></audience>
+                  <audience><mandatory>true</mandatory><id>9</id></audience>
+                </audiences></event>
+            </events><locations>
+              <location id="3" displayOrder="10"><shortName>x</shortName><name>c</name></location>
+              <location id="3" displayOrder="1"><shortName>x</shortName><name>z</name></location>
+            </locations><audiences>
+              <audience id="5" displayOrder="-1"><name>z</name></audience>
+            </audiences><events>
+              <event id="2"><title>early</title><start>2024-05-13T09:00:00</start>
+                <end>2024-05-13T10:00:00</end><locationId>3</locationId></event>
+              <event id="3"><title>elsewhere</title><start>2024-05-13T09:00:00</start>
+                <end>2024-05-13T10:00:00</end><locationId>-4</locationId></event>
+            </events></schedule>)");
+        QCOMPARE(data->error(), false);
+        const auto names = [](const auto &objects) {
+            QString all;
+            for (const auto *object : objects)
+                all += object->name();
+            return all;
+        };
+        QCOMPARE(names(data->objects().locations), "zaBc"_s);
+        QCOMPARE(names(data->objects().audiences), "zBa"_s);
+        const QList<Event *> events = data->objects().events;
+        QCOMPARE(events.first()->title() + events.first()->speakers(), "lateA,  B"_s);
+        QCOMPARE(events.first()->mAudiencesStr(), "z, null"_s);
+        QCOMPARE(events.first()->oAudiencesStr(), "B"_s);
+        QCOMPARE(events.first()->location()->name(), "z"_s);
+        QCOMPARE(data->location(3)->events(), QList<Event *>({ events.at(1), events.at(0) }));
+        QVERIFY(!events.last()->location());
+        QCOMPARE(events.last()->mAudiencesStr(), ""_s);
+    }
+
+    void boundsTheLengthOfTexts()
+    {
+        log().expect("cutting a text of 20000 characters at line"_s);
+        QByteArray xml(day);
+        xml.replace("<title>T", "<title>" + QByteArray(20000, 'x'));
+        xml.replace("<speaker>A", QByteArray("<speaker>A</speaker>").repeated(9999) + "<speaker>");
+        const auto data = readSchedule(xml);
+        QCOMPARE(data->error(), false);
+        const Event *event = data->objects().events.first();
+        QCOMPARE(event->title().size(), 10000);
+        QCOMPARE(event->speakers().size(), 10000);
+    }
+
+    void readsTimesAsQtDoes_data()
+    {
+        columns<QString>("time");
+        for (const char *time : { "2024-05-13T09:30:00.250", "2024-05-13T09:30:00Z",
+                                  "2024-05-13T09:30", "2024-05-13T24:00:00", "2024-03-31T02:30:00",
+                                  "2024-10-27T02:30:00", "9999-12-31T23:59:59-11:30" })
+            row(time, time);
+    }
+
+    void readsTimesAsQtDoes()
+    {
+        const QDateTime expected = QDateTime::fromString(at("time"), Qt::ISODate);
+        if (!expected.isValid()) // as it may be in the hour that is skipped in spring
+            log().expect("invalid or missing value for \"startTime\""_s);
+        const auto data = readSchedule(scheduleXml(eventXml(at("time"), at("time"))));
+        QCOMPARE(data->error(), !expected.isValid());
+        if (data->error())
+            return;
+        QCOMPARE(data->objects().events.first()->start(), expected);
+        QCOMPARE(data->objects().events.first()->end(), expected);
+    }
+
+    void speaksGermanLocalTime()
+    {
+        const auto data = readSchedule(
+            scheduleXml(eventXml("2024-05-12T23:30:00Z"_s, "2024-05-13T09:30:00+05:00"_s)
+                        + eventXml("2024-05-13T09:30:00"_s, "2024-05-13T11:05:59"_s)));
+        const QList<Event *> events = data->objects().events;
+        QCOMPARE(events.first()->startDateStr(), "Montag, 13. Mai 2024"_s);
+        QCOMPARE(events.first()->startEndTimeStr(), "01:30 - 06:30"_s);
+        QCOMPARE(events.last()->startEndTimeStr(), "09:30 - 11:05"_s);
+    }
+};
+
+static const RegisterTest<TestScheduleReader> registered;
+
+#include "tst_schedulereader.moc"

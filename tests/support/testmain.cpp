@@ -1,0 +1,50 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "app/startup.h"
+#include "config/config.h"
+#include "support/testcase.h"
+
+#include <QGuiApplication>
+#include <QTemporaryDir>
+
+/**
+ * For LeakSanitizer: the offscreen platform never gives back its screen and what hangs on it. The
+ * unwinder sees no further than these frames, below which nothing of ours is allocated.
+ */
+extern "C" const char *__lsan_default_suppressions() // NOLINT(bugprone-reserved-identifier)
+{
+    return "leak:libqoffscreen.so\nleak:QScreen::QScreen\nleak:handleScreenAdded\n"
+           "leak:QObject::QObject\nleak:QObjectPrivate::addConnection\nleak:ExternalRefCountData\n";
+}
+
+/**
+ * Runs all registered test classes in an environment of their own, however it is started. The name
+ * of a class as first argument selects it: "tst_net TestRequestLimits endEveryRequest:silent".
+ */
+int main(int argc, char *argv[])
+{
+    prepareEnvironment(); // first, so that the folders are private
+    const QTemporaryDir home;
+    for (const char *name : { "XDG_CONFIG_HOME", "XDG_CONFIG_DIRS" })
+        qputenv(name, QFile::encodeName(home.filePath(QString::fromLatin1(name))));
+    qputenv("TZ", "Europe/Berlin");
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("QT_QUICK_BACKEND", "software");
+    qunsetenv("QT_IM_MODULE");
+
+    const QGuiApplication app(argc, argv);
+    nameApplication();
+    setGermanLocale();
+    registerMetaTypes();
+    registerQmlTypes();
+    delete Config::instance(); // made by the line before; each test begins without
+    int failures = 0;
+    const bool isSelected = argc > 1 && qstrncmp(argv[1], "Test", 4) == 0;
+    for (const auto &make : qAsConst(registeredTests)) {
+        const auto test = make();
+        if (!isSelected || qstrcmp(test->metaObject()->className(), argv[1]) == 0)
+            failures += QTest::qExec(test.get(), argc - isSelected, argv + isSelected);
+    }
+    return failures;
+}
