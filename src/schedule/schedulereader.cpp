@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <string_view>
 
 namespace {
 
@@ -48,20 +49,26 @@ const char *endOfTag(const char *tag, const char *end)
 /** Whether a start tag in @p xml is too long. Comments, CDATA and the like may be of any length. */
 bool hasOverlongTag(const QByteArray &xml)
 {
-    const char *const end = xml.constData() + xml.size();
-    const char *at = xml.constData();
-    const auto skipTo = [&](const char *mark) {
-        const int found = xml.indexOf(mark, static_cast<int>(at - xml.constData()));
-        at = found < 0 ? end : xml.constData() + found;
+    const char *const begin = xml.constData();
+    const char *const end = begin + xml.size(); // where a QByteArray holds a zero
+    const auto isAt = [end](const char *at, std::string_view mark) {
+        return static_cast<size_t>(end - at) >= mark.size()
+            && std::string_view(at, mark.size()) == mark;
     };
+    const auto endOf = [&](const char *at, const char *mark) {
+        const int found = xml.indexOf(mark, static_cast<int>(at - begin));
+        return found < 0 ? end : begin + found;
+    };
+
+    const char *at = begin;
     while ((at = static_cast<const char *>(std::memchr(at, '<', static_cast<size_t>(end - at))))) {
-        const auto rest = QByteArray::fromRawData(at, static_cast<int>(end - at));
-        if (rest.startsWith("<!--")) {
-            skipTo("-->");
-        } else if (rest.startsWith("<![CDATA[")) {
-            skipTo("]]>");
-        } else if (rest.startsWith("<!") || rest.startsWith("<?")) {
-            ++at;
+        if (at[1] == '!' || at[1] == '?') {
+            if (isAt(at, "<!--"))
+                at = endOf(at, "-->");
+            else if (isAt(at, "<![CDATA["))
+                at = endOf(at, "]]>");
+            else
+                ++at;
         } else if (const char *tagEnd = endOfTag(at, end)) {
             at = tagEnd;
         } else {
@@ -74,16 +81,18 @@ bool hasOverlongTag(const QByteArray &xml)
 } // namespace
 
 ScheduleReader::ScheduleReader(QIODevice *document, ScheduleObjects &objects, QObject *parent)
-    : m_document(document->readAll())
-    , m_xml(m_document)
-    , m_objects(objects)
+    : m_objects(objects)
     , m_parent(parent)
 {
+    m_document.setData(document->readAll());
+    m_document.open(QIODevice::ReadOnly);
+    // As a device and not as bytes: these the XML reader would decode all at once.
+    m_xml.setDevice(&m_document);
 }
 
 void ScheduleReader::read()
 {
-    if (hasOverlongTag(m_document))
+    if (hasOverlongTag(m_document.data()))
         raise(QT_TR_NOOP("a tag is too long"));
     if (m_xml.readNextStartElement()) {
         if (m_xml.name() != QLatin1String("schedule")) {

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include <QByteArray>
+#include <QBuffer>
 #include <QCoreApplication>
 #include <QDateTime>
 #include <QHash>
@@ -61,7 +61,7 @@ private:
     template <typename... Arguments> void raise(const char *source, const Arguments &...arguments);
     [[noreturn]] void failAtError() const;
 
-    QByteArray m_document;
+    QBuffer m_document;
     QXmlStreamReader m_xml;
     ScheduleObjects &m_objects;
     QObject *m_parent;

@@ -124,13 +124,23 @@ private Q_SLOTS:
         }
     }
 
+    void followsTheClockAtTheLocation_data()
+    {
+        columns<int>("idAtFirst");
+        row("from the start", 3);
+        row("of a new room", 4);
+    }
+
     void followsTheClockAtTheLocation()
     {
         services().setSchedule(day(800));
-        settings::set("plenarLocationId"_s, 3);
+        settings::set("plenarLocationId"_s, at<int>("idAtFirst"));
         LBAPI *api = LBAPI::instance();
-        QVERIFY(!api->config()->plenarLocation());
+        QVERIFY(api->eventData());
         QVERIFY(QSignalSpy(api->config(), &Config::locationChanged).wait());
+        settings::set("plenarLocationId"_s, 3);
+        if (at<int>("idAtFirst") != 3)
+            Q_EMIT api->config()->configChanged();
         const EventLocation *location = api->config()->plenarLocation();
         QVERIFY(QSignalSpy(location, &EventLocation::eventsChanged).wait());
         QVERIFY(location->currentEvent());

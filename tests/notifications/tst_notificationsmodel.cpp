@@ -19,22 +19,23 @@ private Q_SLOTS:
         const QSignalSpy changes(&model, &NotificationsModel::lengthChanged);
         Notification a(0, "a"_s, {}, 0, false, true);
         Notification b(0, "b"_s, {}, 0, false, true);
+        Notification c(0, "c"_s, {}, 0, false, true);
         const auto titles = [&model] {
             QString all;
             for (int row = 0; row < model.rowCount(); ++row)
                 all += model.index(row).data(256).value<Notification *>()->title();
             return all;
         };
-        for (Notification *notification : { &a, &b, &a })
+        for (Notification *notification : { &a, &b, &a, &c })
             model.prepend(notification);
-        QCOMPARE(titles(), "aba"_s);
+        QCOMPARE(titles(), "caba"_s);
         QVERIFY(model.removeFirst(&a));
-        QCOMPARE(titles(), "ba"_s);
+        QCOMPARE(titles(), "cba"_s);
         QVERIFY(model.removeFirst(&a));
         QVERIFY(!model.removeFirst(&a));
-        QCOMPARE(titles(), "b"_s);
-        QCOMPARE(changes.count(), 5);
-        QCOMPARE(model.length(), 1);
+        QCOMPARE(titles(), "cb"_s);
+        QCOMPARE(changes.count(), 6);
+        QCOMPARE(model.length(), 2);
     }
 
     void answersForItsRowsAndRoleOnly()

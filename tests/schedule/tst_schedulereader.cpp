@@ -104,6 +104,11 @@ private Q_SLOTS:
             const QByteArray inner = QByteArray("&") + char(name - 1) + ';';
             bomb += QByteArray("<!ENTITY ") + name + " \"" + inner.repeated(10) + "\">";
         }
+        const QByteArray spaces(3000, ' ');
+        row("overlong tag", QByteArray(day).replace("<title>", "<title " + spaces + ">"),
+            "Error reading event data: (2) a tag is too long (line ", nothing);
+        row("much between tags",
+            QByteArray(day).replace("<title>", "<!-- <" + spaces + "--><title>"), "", all);
         row("entity bomb", bomb + "]>" + QByteArray(day).replace("Hall", "&j;"), malformed,
             nothing);
     }
@@ -169,17 +174,25 @@ private Q_SLOTS:
         QCOMPARE(events.last()->mAudiencesStr(), ""_s);
     }
 
-    void boundsTheLengthOfTexts()
+    void boundsWhatADocumentCosts()
     {
         log().expect("cutting a text of 20000 characters at line"_s);
+        log().expect("the elements are nested too deep"_s);
+        log().allow("ignor"_s); // of the last two documents
         QByteArray xml(day);
         xml.replace("<title>T", "<title>" + QByteArray(20000, 'x'));
         xml.replace("<speaker>A", QByteArray("<speaker>A</speaker>").repeated(9999) + "<speaker>");
         const auto data = readSchedule(xml);
         QCOMPARE(data->error(), false);
-        const Event *event = data->objects().events.first();
-        QCOMPARE(event->title().size(), 10000);
-        QCOMPARE(event->speakers().size(), 10000);
+        QCOMPARE(data->objects().events.first()->title().size(), 10000);
+        QCOMPARE(data->objects().events.first()->speakers().size(), 10000);
+
+        const auto withMore = [](const QByteArray &more) {
+            return readSchedule(QByteArray(day).replace("<events>", "<events>" + more));
+        };
+        QVERIFY(withMore(QByteArray("<more>").repeated(100))->error());
+        QVERIFY(!withMore(QByteArray("<more/>").repeated(5000))->error());
+        QVERIFY(log().lines().size() < 1100);
     }
 
     void readsTimesAsQtDoes_data()

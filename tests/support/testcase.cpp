@@ -50,6 +50,7 @@ void set(const QString &key, const QVariant &value)
 QString own()
 {
     QSettings store;
+    store.setIniCodec("UTF-8");
     store.setFallbacksEnabled(false);
     QStringList lines;
     for (const QString &key : store.allKeys())
