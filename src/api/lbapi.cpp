@@ -139,8 +139,11 @@ void LBAPI::newEventDataFinishedReading(EventData *ed)
     }
 
     if (ed != m_eventData) {
-        if (m_eventData)
+        if (m_eventData) {
+            // It may still be loading, and must not come back between now and its end.
+            m_eventData->disconnect(this);
             m_eventData->deleteLater();
+        }
         m_eventData = ed;
         Q_EMIT eventDataChanged(ed);
     }
