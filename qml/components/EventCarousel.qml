@@ -18,6 +18,24 @@ Item {
         state = "shown";
     }
 
+    /** Id of the event that is read, -1 if none is. */
+    function currentId(): int {
+        return shown && pages.currentIndex >= 0 ? events[pages.currentIndex].id : -1;
+    }
+
+    /** Stays at the event with @p id among new events; one that is gone closes the carousel. */
+    function keep(id: int) {
+        if (!shown)
+            return;
+        for (let i = 0; i < events.length; ++i) {
+            if (events[i].id === id) {
+                pages.positionViewAtIndex(i, ListView.SnapPosition);
+                return;
+            }
+        }
+        close();
+    }
+
     function close() {
         state = "";
     }

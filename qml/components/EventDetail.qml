@@ -24,7 +24,8 @@ Item {
 
     /** Lines of @p item's font that fit into @p share of the room; never less than one. */
     function linesWithin(item: Item, share: real): int {
-        return Math.max(1, Math.floor(roomAbove * share / (item.fontInfo.pixelSize * 1.25)));
+        // Not by fontInfo, which announces itself from within the layout that this decides on.
+        return Math.max(1, Math.floor(roomAbove * share / (item.font.pixelSize * 1.25)));
     }
 
     enabled: Boolean(event)
@@ -95,6 +96,7 @@ Item {
                 maximumLineCount: root.linesWithin(this, 0.15)
                 //: %1 is a list of audience groups
                 text: root.event && root.event.oAudiencesStr !== "" ? qsTr("Optional for: %1").arg(root.event.oAudiencesStr) : ""
+                topPadding: root.event && root.event.mAudiencesStr !== "" ? 0 : 10
                 xstyle: Style.edAudiences
             }
         }

@@ -20,10 +20,12 @@ Item {
     /// see the timer below
     property int extraHeight: 0
 
+    /// follows the layout by assignment: a binding would run in circles with wrapped texts
+    property real layoutHeight: 0
+
     readonly property bool isLoading: Boolean(notification) && notification.type === LBNotification.LOADING
 
-    implicitHeight: layout.implicitHeight + extraHeight
-    height: implicitHeight
+    height: layoutHeight + extraHeight
 
     // The list keeps the height from before the last layout pass of a card that is just being
     // added; a pixel more makes it lay the card out again once the add transition is over.
@@ -42,6 +44,8 @@ Item {
     ColumnLayout {
         id: layout
 
+        onImplicitHeightChanged: root.layoutHeight = implicitHeight
+        Component.onCompleted: root.layoutHeight = implicitHeight
         anchors {
             left: parent.left
             right: parent.right

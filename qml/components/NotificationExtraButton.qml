@@ -60,10 +60,12 @@ Item {
         enabled: Boolean(root.button) && (root.button.enabled || root.button.highlighted)
         font.pointSize: 3 * Qt.application.font.pointSize
         highlighted: Boolean(root.button) && root.button.highlighted
-        icon.source: root.button ? root.button.icon : ""
-        // Named for assistive tools; shown by the content below, since a button takes its text for
-        // markup where it looks like some.
-        Accessible.name: label.text
+        icon {
+            source: root.button ? root.button.icon : ""
+            width: root.iconSize
+            height: root.iconSize
+        }
+        // Shown by a content of its own: a button takes its text for markup where it looks like some.
         contentItem: Item {
             implicitWidth: content.width
             implicitHeight: content.height
@@ -78,13 +80,17 @@ Item {
                     anchors.verticalCenter: parent.verticalCenter
                     color: label.color
                     source: control.icon.source
-                    sourceSize: Qt.size(root.iconSize, root.iconSize)
+                    sourceSize: Qt.size(control.icon.width, control.icon.height)
                 }
 
                 Label {
                     id: label
 
-                    color: control.highlighted ? control.Material.primaryHighlightedTextColor : control.Material.foreground
+                    color: {
+                        if (!control.enabled)
+                            return control.Material.hintTextColor;
+                        return control.highlighted ? control.Material.primaryHighlightedTextColor : control.Material.foreground;
+                    }
                     font: control.font
                     text: root.button ? root.button.text : ""
                     textFormat: Text.PlainText

@@ -18,6 +18,7 @@ Drawer {
     edge: Qt.RightEdge
     interactive: false
     modal: false
+    z: 1 // above the menu: a countdown goes on while that is open
     visible: LBAPI.notifications.length > 0
     background: Rectangle {
         color: Style.main.notificationsBg
@@ -34,6 +35,9 @@ Drawer {
         ListView {
             model: LBAPI.notifications
             spacing: 6
+            // Whoever comes next has to see what is new, wherever the last one scrolled to.
+            onCountChanged: if (!moving)
+                positionViewAtBeginning()
             delegate: Notification {
                 required property int index
                 required property var model

@@ -20,13 +20,13 @@ Canvas {
     property color remainingColor: "gray"
     readonly property real margin: Math.max(0.05 * Math.min(width, height), 3)
 
-    /** The reached part of the span, 0..1; an empty span is reached in full. */
+    /** The reached part of the span, 0..1. */
     function fraction(): real {
-        if (currentValue >= maxValue)
-            return 1;
         if (currentValue <= minValue)
             return 0;
-        return (currentValue - minValue) / Math.abs(maxValue - minValue);
+        if (currentValue >= maxValue)
+            return 1;
+        return (currentValue - minValue) / (Math.abs(maxValue - minValue) || 1);
     }
 
     onMinValueChanged: requestPaint()

@@ -17,7 +17,15 @@ FocusScope {
     /// again takes the list and the carousel back to their start under a visitor's finger
     property var events: []
 
-    onLocationChanged: events = location ? location.events : []
+    // Fresh data may come while somebody scrolls or reads: the place stays, and the page too.
+    onLocationChanged: {
+        const place = eventList.contentY;
+        const shownId = carousel.currentId();
+        events = location ? location.events : [];
+        eventList.contentY = place;
+        eventList.returnToBounds();
+        carousel.keep(shownId);
+    }
     Component.onCompleted: events = location ? location.events : []
 
     SectionHeading {

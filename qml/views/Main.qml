@@ -25,7 +25,7 @@ Page {
         if (drawer.item)
             drawer.item.close();
         stackView.clear(StackView.Immediate);
-        stackView.push(stackView.startView, {}, StackView.Immediate);
+        stackView.push(Qt.resolvedUrl(config.initialItem), {}, StackView.Immediate);
     }
 
     width: LBAPI.debug ? 1920 : Screen.width
@@ -46,15 +46,13 @@ Page {
     StackView {
         id: stackView
 
-        readonly property string startView: Qt.resolvedUrl(root.config.initialItem)
-
         anchors {
             left: parent.left
             right: parent.right
             top: parent.top
         }
         height: keyboard.item ? keyboard.item.y : parent.height
-        initialItem: startView
+        initialItem: Qt.resolvedUrl(root.config.initialItem)
         onCurrentItemChanged: if (currentItem)
             currentItem.forceActiveFocus()
         // No start view has a text field, and the keyboard is by far the dearest item of the
@@ -76,7 +74,8 @@ Page {
         visible: stackView.depth === 1
         onClicked: {
             drawer.load();
-            drawer.item.open();
+            if (drawer.item)
+                drawer.item.open();
         }
     }
 

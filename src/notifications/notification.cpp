@@ -32,7 +32,8 @@ Notification::Notification(int type, QString title, QString message, uint timeou
 
 Notification::~Notification()
 {
-    for (NotificationButton *button : qAsConst(m_buttons)) {
+    const auto buttons = std::exchange(m_buttons, {});
+    for (NotificationButton *button : buttons) {
         if (!button->parent())
             delete button;
     }
@@ -46,9 +47,24 @@ void Notification::setDefaultAction(Action action)
     Q_EMIT defaultActionChanged();
 }
 
+/** To be read only: buttons are added by code, which announces them. */
+QQmlListProperty<NotificationButton> Notification::buttonsProperty()
+{
+    using List = QQmlListProperty<NotificationButton>;
+    static const auto ownButtons
+        = [](List *list) { return static_cast<Notification *>(list->object)->m_buttons; };
+    return List(
+        this, nullptr, [](List *list) { return ownButtons(list).size(); },
+        [](List *list, int i) { return ownButtons(list).at(i); });
+}
+
 void Notification::addButton(NotificationButton *button)
 {
     m_buttons.append(button);
+    connect(button, &QObject::destroyed, this, [this](QObject *gone) {
+        if (m_buttons.removeAll(static_cast<NotificationButton *>(gone)) > 0)
+            Q_EMIT buttonsChanged();
+    });
     Q_EMIT buttonsChanged();
 }
 

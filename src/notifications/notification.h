@@ -70,10 +70,7 @@ public:
     [[nodiscard]] bool isCancelable() const { return m_cancelable; }
     [[nodiscard]] Action defaultAction() const { return m_defaultAction; }
     void setDefaultAction(Action action);
-    [[nodiscard]] QQmlListProperty<NotificationButton> buttonsProperty()
-    {
-        return { this, &m_buttons };
-    }
+    [[nodiscard]] QQmlListProperty<NotificationButton> buttonsProperty();
     [[nodiscard]] const QList<NotificationButton *> &buttons() const { return m_buttons; }
 
     /** Appends @p button; without a parent it is deleted with this notification. */

@@ -108,6 +108,21 @@ private Q_SLOTS:
         QCOMPARE(changes.last().first().value<EventData *>(), api->eventData());
     }
 
+    void takesNoReplacedScheduleBack()
+    {
+        services().setFault(Route::Schedule, Fault::Hang);
+        LBAPI *api = LBAPI::instance();
+        const QPointer<EventData> first = api->eventData();
+        api->refreshEventData();
+        auto *second = api->findChildren<EventData *>().constLast();
+        Q_EMIT second->readEventDataFinished(second);
+        QVERIFY(first && api->eventData() == second);
+        Q_EMIT first->readEventDataFinished(first); // still on its way out
+        QCOMPARE(api->eventData(), second);
+        QTRY_VERIFY(first.isNull());
+        QCOMPARE(api->eventData(), second);
+    }
+
     void findsTheConfiguredLocation()
     {
         log().expect("Plenar location ID not set"_s);

@@ -30,7 +30,7 @@ def files(*folders, suffixes=None):
             below[:] = [each for each in below if each not in (".git", "build", ".cache", "__pycache__")
                         and not Path(path, each, "CMakeCache.txt").exists()]
             for name in names:
-                if not name.endswith(".user") and (not suffixes or Path(name).suffix in suffixes):
+                if name != ".git" and not name.endswith(".user") and (not suffixes or Path(name).suffix in suffixes):
                     yield Path(path, name).relative_to(ROOT)
 
 

@@ -158,7 +158,8 @@ private Q_SLOTS:
             false, "fontBaseSize=9");
         row("null", "inactivityTimeout=20", R"({"settings":{"inactivityTimeout":null}})", true, "");
         row("null beside another section", "tallyxMode=1\n[Keycloak]\nclientId=Gerät",
-            R"({"settings":{"tallyxMode":null}})", true, "Keycloak/clientId=Gerät");
+            R"({"locationName":"Süd","settings":{"tallyxMode":null}})", true,
+            "Keycloak/clientId=Gerät locationName=Süd");
         row("null of nothing", "", R"({"locationId":null})", false, "");
         row("null of a machine's value", "", R"({"settings":{"attendanceEnabled":null}})", false,
             "");

@@ -15,8 +15,8 @@ LumenboardCase {
             { tag: "within", min: 10, max: 20, value: 12.5, fraction: 0.25 },
             { tag: "at the end", min: 10, max: 20, value: 20, fraction: 1 },
             { tag: "above", min: 10, max: 20, value: 25, fraction: 1 },
-            { tag: "no span", min: 0, max: 0, value: 0, fraction: 1 },
-            { tag: "negative span, between", min: 20, max: 10, value: 15, fraction: 1 },
+            { tag: "no span", min: 0, max: 0, value: 0, fraction: 0 },
+            { tag: "negative span, between", min: 20, max: 10, value: 15, fraction: 0 },
             { tag: "negative span, below both", min: 20, max: 10, value: 5, fraction: 0 },
         ];
     }
