@@ -2,9 +2,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "api/lbapi.h"
+#include "app/commandline.h"
 #include "app/startup.h"
 #include "app/terminationsignals.h"
 #include "app/windowpass.h"
+#include "app/workercontroller.h"
 #include "config/config.h"
 
 #include <QGuiApplication>
@@ -30,7 +32,12 @@ namespace {
 int main(int argc, char *argv[])
 {
     prepareEnvironment();
+    if (const auto status = runCommandLine(argc, argv))
+        leave(*status);
+
     QGuiApplication app(argc, argv);
+    if (!acceptArguments(QCoreApplication::arguments()))
+        return EXIT_FAILURE;
     nameApplication();
     const TerminationSignals termination;
     Config::instance();
@@ -44,6 +51,7 @@ int main(int argc, char *argv[])
 
     int code = EXIT_FAILURE;
     try {
+        const WorkerController workerController;
         code = runWindowPasses(termination);
     } catch (...) {
         throw; // caught so that the window is unwound in order before the process ends

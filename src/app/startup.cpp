@@ -18,8 +18,10 @@
 #include <QGuiApplication>
 #include <QLibraryInfo>
 #include <QLocale>
+#include <QNetworkReply>
 #include <QQmlEngine>
 #include <QQuickStyle>
+#include <QSslError>
 
 #include <initializer_list>
 #include <sys/stat.h>
@@ -116,6 +118,11 @@ void loadFonts()
 
 void registerMetaTypes()
 {
+    // Registered on first use otherwise, and two threads that do so at once get in each other's
+    // way.
+    qRegisterMetaType<QNetworkReply::NetworkError>();
+    qRegisterMetaType<QList<QSslError>>();
+
     qRegisterMetaType<Notification *>();
     qRegisterMetaType<LBAPI *>();
     qRegisterMetaType<Config *>();

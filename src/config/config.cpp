@@ -198,6 +198,55 @@ int Config::refreshInterval() const
     return intSetting(keys::refreshInterval, 300, 30, 3600);
 }
 
+QString Config::keycloakUrl() const
+{
+    return m_settings.value(keys::keycloakUrl, defaults::keycloakUrl).toString();
+}
+
+QString Config::keycloakClientId() const
+{
+    return m_settings.value(keys::keycloakClientId).toString();
+}
+
+QString Config::keycloakClientSecret() const
+{
+    return m_settings.value(keys::keycloakClientSecret).toString();
+}
+
+bool Config::attendanceEnabled() const
+{
+    return m_settings.value(keys::attendanceEnabled, true).toBool();
+}
+
+QUrl Config::attendanceLogUrl() const
+{
+    return QUrl(m_settings.value(keys::attendanceLogUrl, defaults::attendanceLogUrl).toString());
+}
+
+Config::TallyxMode Config::tallyxMode() const
+{
+    const int mode = m_settings.value(keys::tallyxMode, TallyxContinuous).toInt();
+    const bool isKnown = mode == TallyxDisabled || mode == TallyxContinuous;
+    return isKnown ? static_cast<TallyxMode>(mode) : TallyxEnabled;
+}
+
+QUrl Config::tallyxLogUrl() const
+{
+    return QUrl(m_settings.value(keys::tallyxLogUrl, defaults::tallyxLogUrl).toString());
+}
+
+QVariant Config::value(const QString &key, const QVariant &defaultValue) const
+{
+    return m_settings.value(key, defaultValue);
+}
+
+QString Config::origin(const QString &key) const
+{
+    if (hasOwnValue(key))
+        return QStringLiteral("user");
+    return m_settings.contains(key) ? QStringLiteral("machine-wide") : QStringLiteral("default");
+}
+
 void Config::setLocationLookup(LocationLookup lookup)
 {
     s_locationLookup = std::move(lookup);

@@ -108,6 +108,24 @@ public:
     /** Seconds between two refreshes of the schedule, 30..3600. */
     [[nodiscard]] int refreshInterval() const;
 
+    /** Address of the identity server's token endpoint, and the screen's credentials there. */
+    [[nodiscard]] QString keycloakUrl() const;
+    [[nodiscard]] QString keycloakClientId() const;
+    [[nodiscard]] QString keycloakClientSecret() const;
+
+    /** Whether a card logs attendance, and where to. */
+    [[nodiscard]] bool attendanceEnabled() const;
+    [[nodiscard]] QUrl attendanceLogUrl() const;
+
+    /** How presence is logged, and where to; an unknown mode is as TallyxEnabled. */
+    [[nodiscard]] TallyxMode tallyxMode() const;
+    [[nodiscard]] QUrl tallyxLogUrl() const;
+
+    /** The stored value of any setting, for those who only show it. */
+    [[nodiscard]] QVariant value(const QString &key, const QVariant &defaultValue) const;
+    /** Where the value of @p key comes from: "user", "machine-wide" or "default". */
+    [[nodiscard]] QString origin(const QString &key) const;
+
     /** Installed at start-up by whoever holds the schedule; this class knows nothing of it. */
     static void setLocationLookup(LocationLookup lookup);
 

@@ -1,0 +1,80 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "app/commandline.h"
+
+#include "app/selfcheck.h"
+#include "app/startup.h"
+#include "buildconfig.h"
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+
+#include <cstdio>
+
+namespace {
+
+const QString checkOption = QStringLiteral("check");
+
+void describeOptions(QCommandLineParser &parser)
+{
+    parser.setApplicationDescription(
+        QStringLiteral("Room screen: shows a room's schedule full screen. Ctrl+Q ends it, F11 "
+                       "leaves full screen."));
+    // Qt's own options start with one dash: "-reverse" is not "-v" and others.
+    parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
+    parser.addHelpOption();
+    parser.addVersionOption();
+    parser.addOption(
+        { checkOption,
+          QStringLiteral("Print the effective settings, try TLS and each service, and "
+                         "exit with 1 if something would keep the screen from working. "
+                         "Needs no display and makes no record.") });
+}
+
+} // namespace
+
+std::optional<int> runCommandLine(int argc, char *argv[])
+{
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i)
+        arguments.append(QString::fromLocal8Bit(argv[i]));
+    QCommandLineParser parser;
+    describeOptions(parser);
+    parser.parse(arguments); // options of Qt's own make it fail, which is none of our business here
+
+    const bool help = parser.isSet(QStringLiteral("help"));
+    const bool version = parser.isSet(QStringLiteral("version"));
+    if (!help && !version && !parser.isSet(checkOption))
+        return {};
+
+    const QCoreApplication app(argc, argv);
+    nameApplication();
+    if (help) {
+        std::fputs(qPrintable(parser.helpText()), stdout);
+        return EXIT_SUCCESS;
+    }
+    if (version) {
+        std::printf("Lumenboard %s\n", buildconfig::version);
+        return EXIT_SUCCESS;
+    }
+    SelfCheck check;
+    QObject::connect(&check, &SelfCheck::finished, &app, &QCoreApplication::exit,
+                     Qt::QueuedConnection);
+    check.start();
+    return QCoreApplication::exec();
+}
+
+bool acceptArguments(const QStringList &arguments)
+{
+    QCommandLineParser parser;
+    describeOptions(parser);
+    const bool understood = parser.parse(arguments) && parser.positionalArguments().isEmpty();
+    if (!understood) {
+        const QString problem = parser.errorText().isEmpty()
+            ? QStringLiteral("Unexpected argument '%1'.").arg(parser.positionalArguments().value(0))
+            : parser.errorText();
+        std::fprintf(stderr, "%s See --help.\n", qPrintable(problem));
+    }
+    return understood;
+}

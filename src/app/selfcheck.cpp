@@ -1,0 +1,202 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "app/selfcheck.h"
+
+#include "app/exceptions.h"
+#include "config/config.h"
+#include "config/effectivesettings.h"
+#include "config/keys.h"
+#include "config/worker.h"
+#include "net/kcclientcredentials.h"
+#include "net/plainhttp.h"
+#include "schedule/eventdata.h"
+
+#include <QJsonDocument>
+#include <QNetworkReply>
+#include <QSslSocket>
+#include <QTimer>
+#include <QUrl>
+
+#include <cstdio>
+
+using namespace std::chrono_literals;
+
+SelfCheck::SelfCheck(QObject *parent)
+    : QObject(parent)
+    , m_manager(this)
+    , m_out(stdout)
+{
+    // An operator waits for this, hence less patience than the kiosk has.
+    m_limits.silence = 10s;
+    m_limits.deadline = 20s;
+}
+
+void SelfCheck::start()
+{
+    m_pending = 1;
+    printSettings();
+    checkTls();
+    checkToken();
+    checkRecordServices();
+    done();
+}
+
+void SelfCheck::printSettings()
+{
+    for (const EffectiveSetting &setting : effectiveSettings(*Config::instance())) {
+        m_out << setting.key << " = " << setting.shown << "  [" << setting.origin << "]\n";
+    }
+    m_out.flush();
+}
+
+void SelfCheck::checkTls()
+{
+    if (QSslSocket::supportsSsl())
+        report(Verdict::Good, QStringLiteral("TLS"), QSslSocket::sslLibraryVersionString());
+    else
+        report(Verdict::Bad, QStringLiteral("TLS"), QStringLiteral("not available"));
+}
+
+void SelfCheck::checkToken()
+{
+    const Config *config = Config::instance();
+    warnOfPlainHttp(QUrl(config->keycloakUrl()));
+    warnOfPlainHttp(config->quirlUrl());
+    if (config->keycloakClientId().isEmpty()) {
+        report(Verdict::Bad, QStringLiteral("token"),
+               QStringLiteral("Keycloak/clientId is not set"));
+        checkSchedule();
+        return;
+    }
+    ++m_pending;
+    QNetworkReply *reply = postTokenRequest(m_manager, clientCredentialsForm(), m_limits);
+    connect(reply, &QNetworkReply::finished, this, [this, reply] { onToken(reply); });
+}
+
+void SelfCheck::onToken(QNetworkReply *reply)
+{
+    reply->deleteLater();
+    const QString what = QStringLiteral("token %1").arg(reply->url().toDisplayString());
+    try {
+        if (reply->error() != QNetworkReply::NoError)
+            throw KCException(reply->errorString());
+        const TokenAnswer answer = parseTokenAnswer(reply->readAll());
+        report(Verdict::Good, what, QStringLiteral("valid for %1 s").arg(answer.expiresIn));
+        checkConfiguration(answer.accessToken);
+    } catch (const Exception &e) {
+        report(Verdict::Bad, what, QString::fromUtf8(e.what()));
+        checkSchedule();
+    }
+    done();
+}
+
+void SelfCheck::checkConfiguration(const QString &token)
+{
+    ++m_pending;
+    QNetworkReply *reply = getConfigurationDocument(m_manager, token, m_limits);
+    connect(reply, &QNetworkReply::finished, this, [this, reply] { onConfiguration(reply); });
+}
+
+void SelfCheck::onConfiguration(QNetworkReply *reply)
+{
+    reply->deleteLater();
+    const QString what = QStringLiteral("configuration %1").arg(reply->url().toDisplayString());
+    const QJsonDocument document = QJsonDocument::fromJson(reply->readAll());
+    if (reply->error() != QNetworkReply::NoError) {
+        report(Verdict::Bad, what, reply->errorString());
+    } else if (!document.isObject()) {
+        report(Verdict::Bad, what, QStringLiteral("the answer is no JSON object"));
+    } else {
+        m_configuration = document.object();
+        report(Verdict::Good, what, QStringLiteral("read"));
+    }
+    checkSchedule();
+    done();
+}
+
+void SelfCheck::checkSchedule()
+{
+    ++m_pending;
+    RequestLimits limits = EventData::scheduleLimits();
+    limits.silence = m_limits.silence;
+    limits.deadline = m_limits.deadline;
+    auto *data = new EventData(limits, this);
+    connect(data, &EventData::readEventDataFinished, this, &SelfCheck::onSchedule);
+}
+
+void SelfCheck::onSchedule(EventData *data)
+{
+    const Config *config = Config::instance();
+    const bool isShown = config->initialItem() != QLatin1String("Default.qml");
+    const Verdict missing = isShown ? Verdict::Bad : Verdict::Notice;
+    const int id = m_configuration.value(keys::plenarLocationId)
+                       .toInt(config->value(keys::plenarLocationId, 0).toInt());
+    const QString what = QStringLiteral("schedule %1")
+                             .arg(config->eventDataUrl(config->scheduleDate()).toDisplayString());
+    if (data->error())
+        report(missing, what, data->errorMessage());
+    else if (id <= 0)
+        report(missing, what, QStringLiteral("read, but plenarLocationId is not set"));
+    else if (const EventLocation *location = data->location(id))
+        report(Verdict::Good, what,
+               QStringLiteral("%1 events in \"%2\"")
+                   .arg(location->events().size())
+                   .arg(location->name()));
+    else
+        report(Verdict::Notice, what, QStringLiteral("read, knows no location %1").arg(id));
+    done();
+}
+
+void SelfCheck::checkRecordServices()
+{
+    const Config *config = Config::instance();
+    if (config->attendanceEnabled())
+        checkConnection(QStringLiteral("attendance"), config->attendanceLogUrl());
+    if (config->tallyxMode() != Config::TallyxDisabled)
+        checkConnection(QStringLiteral("presence"), config->tallyxLogUrl());
+}
+
+/** Connects, with TLS where the address says so, and nothing more: a request might be a record. */
+void SelfCheck::checkConnection(const QString &what, const QUrl &url)
+{
+    ++m_pending;
+    warnOfPlainHttp(url);
+    const QString line = what + QLatin1Char(' ') + url.toDisplayString();
+    const bool encrypted = url.scheme() == QLatin1String("https");
+    auto *socket = new QSslSocket(this);
+    const auto end = [this, socket, line](Verdict verdict, const QString &result) {
+        socket->disconnect(this);
+        socket->abort();
+        socket->deleteLater();
+        report(verdict, line, result);
+        done();
+    };
+    connect(socket, encrypted ? &QSslSocket::encrypted : &QSslSocket::connected, this,
+            [end] { end(Verdict::Good, QStringLiteral("reachable")); });
+    connect(socket, &QSslSocket::errorOccurred, this,
+            [end, socket] { end(Verdict::Bad, socket->errorString()); });
+    QTimer::singleShot(m_limits.silence, socket,
+                       [end] { end(Verdict::Bad, QStringLiteral("no answer in time")); });
+
+    if (encrypted)
+        socket->connectToHostEncrypted(url.host(), static_cast<quint16>(url.port(443)));
+    else
+        socket->connectToHost(url.host(), static_cast<quint16>(url.port(80)));
+}
+
+void SelfCheck::report(Verdict verdict, const QString &what, const QString &result)
+{
+    const char *word = verdict == Verdict::Good ? "ok    "
+        : verdict == Verdict::Notice            ? "note  "
+                                                : "FAILED";
+    m_failed |= verdict == Verdict::Bad;
+    m_out << word << "  " << what << ": " << result << '\n';
+    m_out.flush();
+}
+
+void SelfCheck::done()
+{
+    if (--m_pending == 0)
+        Q_EMIT finished(m_failed ? EXIT_FAILURE : EXIT_SUCCESS);
+}

@@ -1,0 +1,28 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "app/workercontroller.h"
+
+#include "api/lbapi.h"
+#include "app/workerthread.h"
+#include "config/worker.h"
+
+#include <QDebug>
+#include <QThread>
+
+WorkerController::WorkerController(QObject *parent)
+    : QObject(parent)
+    , m_thread(new QThread(this))
+{
+    qDebug() << "Starting worker thread..." << QThread::currentThread();
+    startWorkerThread(*m_thread, new Worker(LBAPI::instance()));
+}
+
+WorkerController::~WorkerController()
+{
+    constexpr WorkerThreadTexts texts { "Stopping worker thread...",
+                                        "Worker thread did not stop, terminating...",
+                                        "Worker thread stopped." };
+    if (!stopWorkerThread(*m_thread, texts))
+        qWarning() << "Worker thread is not running.";
+}

@@ -1,0 +1,34 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "app/workerthread.h"
+
+#include "app/connections.h"
+
+#include <QDebug>
+#include <QThread>
+
+void startWorkerThread(QThread &thread, QObject *worker)
+{
+    worker->moveToThread(&thread);
+    connectChecked(&thread, SIGNAL(finished()), worker, SLOT(deleteLater()));
+    connectChecked(&thread, SIGNAL(started()), worker, SLOT(init()));
+    thread.start(QThread::InheritPriority);
+}
+
+bool stopWorkerThread(QThread &thread, const WorkerThreadTexts &texts)
+{
+    constexpr unsigned long patienceMs = 2000;
+
+    qDebug() << texts.stopping;
+    if (!thread.isRunning())
+        return false;
+    thread.quit();
+    if (!thread.wait(patienceMs)) {
+        qWarning() << texts.terminating;
+        thread.terminate();
+        thread.wait();
+    }
+    qDebug() << texts.stopped;
+    return true;
+}

@@ -1,0 +1,119 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "config/worker.h"
+
+#include "app/connections.h"
+#include "config/config.h"
+#include "net/accesstoken.h"
+#include "net/kcclientcredentials.h"
+#include "net/plainhttp.h"
+#include "net/xnetworkaccessmanager.h"
+
+#include <QDebug>
+#include <QLocale>
+#include <QNetworkRequest>
+#include <QThread>
+
+#include <chrono>
+#include <pthread.h>
+#include <utility>
+
+using namespace std::chrono_literals;
+
+QNetworkReply *getConfigurationDocument(QNetworkAccessManager &manager, const QString &token,
+                                        const RequestLimits &limits)
+{
+    QUrl url = Config::instance()->quirlUrl();
+    url.setPath(QStringLiteral("/lumenboards/api/config/"));
+    QNetworkRequest request = limitedRequest(url, limits);
+    request.setRawHeader(QByteArrayLiteral("Authorization"),
+                         QStringLiteral("Bearer %1").arg(token).toLatin1());
+    request.setRawHeader(QByteArrayLiteral("Accept"), QByteArrayLiteral("application/json"));
+    request.setRawHeader(QByteArrayLiteral("Accept-Language"), QLocale().bcp47Name().toLocal8Bit());
+    QNetworkReply *reply = manager.get(request);
+    enforceLimits(reply, limits);
+    return reply;
+}
+
+Worker::Worker(QObject *tokenReceiver, const RequestLimits &limits)
+    : m_tokenReceiver(tokenReceiver)
+    , m_limits(limits)
+{
+}
+
+void Worker::init()
+{
+    // Slots of QThread::started run with cancellation disabled: without this a worker that blocks
+    // here could not even be terminated, and the program would never end.
+    pthread_setcancelstate(PTHREAD_CANCEL_ENABLE, nullptr);
+
+    qDebug() << "Worker thread started." << QThread::currentThread();
+    const Config *config = Config::instance();
+    warnOfPlainHttp(QUrl(config->keycloakUrl()));
+    warnOfPlainHttp(config->quirlUrl());
+
+    m_manager = new XNetworkAccessManager(this);
+    m_credentials = new KCClientCredentials(m_manager, m_limits, this);
+    connect(m_credentials, &KCClientCredentials::accessTokenChanged, this, &accesstoken::publish);
+    connectChecked(m_credentials,
+                   SIGNAL(accessTokenChanged(QString)), m_tokenReceiver,
+                          SLOT(setAccessToken(QString)));
+    connect(m_credentials, &KCClientCredentials::accessTokenAvailable, this,
+            &Worker::onAccessTokenAvailable);
+    m_credentials->grant();
+    connectChecked(this,
+                   SIGNAL(newConfiguration(QJsonDocument)), config,
+                          SLOT(applyConfiguration(QJsonDocument)));
+}
+
+void Worker::onAccessTokenAvailable()
+{
+    getConfiguration();
+    m_fetchTimer = new QTimer(this);
+    m_fetchTimer->setObjectName(QStringLiteral("fetch"));
+    connect(m_fetchTimer, &QTimer::timeout, this, &Worker::getConfiguration);
+    m_fetchTimer->start(300s);
+}
+
+void Worker::getConfiguration()
+{
+    if (m_configurationReply) {
+        qWarning() << "_nrCfg already set.";
+        m_configurationReply->disconnect(this);
+        m_configurationReply->abort();
+        m_configurationReply->deleteLater();
+    }
+
+    const QString token = m_credentials->accessToken();
+    if (token.isEmpty()) {
+        qDebug() << "No access token, not asking for the configuration.";
+        return;
+    }
+    m_configurationReply = getConfigurationDocument(*m_manager, token, m_limits);
+    connect(m_configurationReply, &QNetworkReply::finished, this,
+            &Worker::getConfigurationFinished);
+}
+
+void Worker::getConfigurationFinished()
+{
+    const QPointer<QNetworkReply> reply = std::exchange(m_configurationReply, {});
+    if (!reply)
+        return; // given up meanwhile
+    reply->deleteLater();
+    if (reply->error() != QNetworkReply::NoError) {
+        qWarning() << "Failed to get configuration." << reply->error() << reply->errorString();
+        return;
+    }
+    QJsonParseError error;
+    const QJsonDocument document = QJsonDocument::fromJson(reply->readAll(), &error);
+    if (error.error != QJsonParseError::NoError) {
+        qWarning() << "Failed to parse config response:" << error.errorString();
+        return;
+    }
+    if (!document.isObject()) {
+        qWarning() << "Config response is not an object.";
+        return;
+    }
+    Q_EMIT newConfiguration(document);
+}

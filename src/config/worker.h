@@ -1,0 +1,57 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include "net/requestlimits.h"
+
+#include <QJsonDocument>
+#include <QNetworkReply>
+#include <QObject>
+#include <QPointer>
+#include <QTimer>
+
+class KCClientCredentials;
+class QNetworkAccessManager;
+class XNetworkAccessManager;
+
+/** Asks the configured service for this screen's document, with @p token as bearer. */
+[[nodiscard]] QNetworkReply *getConfigurationDocument(QNetworkAccessManager &manager,
+                                                      const QString &token,
+                                                      const RequestLimits &limits);
+
+/**
+ * Fetches this screen's configuration document from the configuration service, every five minutes
+ * once there is a token, and hands it to Config. A failure leaves the settings as they are.
+ *
+ * Made without a parent in the GUI thread, moved to the configuration worker's thread, where init()
+ * makes everything else. Sits above the network layer, for which Config itself is the ground.
+ */
+class Worker : public QObject
+{
+    Q_OBJECT
+
+public:
+    /**
+     * @p tokenReceiver has a slot setAccessToken(QString) that hears of every new token; it lives
+     * in the GUI thread and outlives this object's thread.
+     */
+    explicit Worker(QObject *tokenReceiver, const RequestLimits &limits = {});
+
+Q_SIGNALS:
+    void newConfiguration(QJsonDocument cfg);
+
+private Q_SLOTS:
+    void init();
+    void onAccessTokenAvailable();
+    void getConfiguration();
+    void getConfigurationFinished();
+
+private:
+    QObject *m_tokenReceiver;
+    RequestLimits m_limits;
+    QPointer<XNetworkAccessManager> m_manager;
+    QPointer<KCClientCredentials> m_credentials;
+    QPointer<QTimer> m_fetchTimer;
+    QPointer<QNetworkReply> m_configurationReply;
+};

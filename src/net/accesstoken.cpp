@@ -1,0 +1,40 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "net/accesstoken.h"
+
+#include <QNetworkRequest>
+
+#include <memory>
+
+namespace accesstoken {
+
+namespace {
+
+    /** Global because it is what threads share; only ever exchanged as a whole. */
+    std::shared_ptr<const QString> s_token;
+
+} // namespace
+
+void publish(const QString &token)
+{
+    std::atomic_store(&s_token, std::make_shared<const QString>(token));
+}
+
+QString current()
+{
+    const auto token = std::atomic_load(&s_token);
+    return token ? *token : QString();
+}
+
+bool authorize(QNetworkRequest &request)
+{
+    const QString token = current();
+    if (token.isEmpty())
+        return false;
+    request.setRawHeader(QByteArrayLiteral("Authorization"),
+                         QStringLiteral("Bearer %1").arg(token).toLatin1());
+    return true;
+}
+
+} // namespace accesstoken

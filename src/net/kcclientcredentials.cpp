@@ -1,0 +1,158 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "net/kcclientcredentials.h"
+
+#include "app/exceptions.h"
+#include "config/config.h"
+#include "net/xnetworkaccessmanager.h"
+
+#include <QDebug>
+#include <QNetworkRequest>
+#include <QThread>
+#include <QUrl>
+
+#include <utility>
+
+using namespace std::chrono_literals;
+
+QByteArray clientCredentialsForm()
+{
+    return QByteArrayLiteral("grant_type=client_credentials");
+}
+
+QNetworkReply *postTokenRequest(QNetworkAccessManager &manager, const QByteArray &form,
+                                const RequestLimits &limits)
+{
+    const Config *config = Config::instance();
+    QNetworkRequest request = limitedRequest(QUrl(config->keycloakUrl()), limits);
+    request.setHeader(QNetworkRequest::ContentTypeHeader,
+                      QStringLiteral("application/x-www-form-urlencoded"));
+    const QString credentials
+        = config->keycloakClientId() + QLatin1Char(':') + config->keycloakClientSecret();
+    request.setRawHeader(QByteArrayLiteral("Authorization"),
+                         QByteArrayLiteral("Basic ") + credentials.toLocal8Bit().toBase64());
+    QNetworkReply *reply = manager.post(request, form);
+    enforceLimits(reply, limits);
+    return reply;
+}
+
+KCClientCredentials::KCClientCredentials(XNetworkAccessManager *manager,
+                                         const RequestLimits &limits, QObject *parent)
+    : QObject(parent)
+    , m_manager(manager)
+    , m_limits(limits)
+    , m_renewalTimer(new QTimer(this))
+{
+    m_renewalTimer->setObjectName(QStringLiteral("renewal"));
+    connect(m_renewalTimer, &QTimer::timeout, this, &KCClientCredentials::refresh);
+}
+
+QString KCClientCredentials::accessToken() const
+{
+    return m_accessToken ? m_accessToken->text() : QString();
+}
+
+void KCClientCredentials::grant()
+{
+    if (QThread::currentThread() != thread()) {
+        QMetaObject::invokeMethod(this, "grant", Qt::QueuedConnection);
+        return;
+    }
+    if (m_grantReply) {
+        qDebug() << "KC/grant: request in progress.";
+        return;
+    }
+    m_grantReply = post(clientCredentialsForm());
+    connect(m_grantReply, &QNetworkReply::finished, this,
+            &KCClientCredentials::onGrantReplyFinished);
+}
+
+void KCClientCredentials::refresh()
+{
+    if (QThread::currentThread() != thread()) {
+        QMetaObject::invokeMethod(this, "refresh", Qt::QueuedConnection);
+        return;
+    }
+    if (m_refreshReply) {
+        qDebug() << "KC/refresh: request in progress.";
+        return;
+    }
+    if (!m_refreshToken || m_refreshToken->isExpired(QDateTime::currentDateTimeUtc())) {
+        // The usual course with servers that give no refresh token, hence no warning.
+        qDebug() << "KC: refresh token is unavailable or has expired. Calling grant().";
+        grant();
+        return;
+    }
+    m_refreshReply = post(QByteArrayLiteral("grant_type=refresh_token&refresh_token=")
+                          + QUrl::toPercentEncoding(m_refreshToken->text()));
+    connect(m_refreshReply, &QNetworkReply::finished, this,
+            &KCClientCredentials::onRefreshReplyFinished);
+}
+
+void KCClientCredentials::onGrantReplyFinished()
+{
+    if (processReply(m_grantReply))
+        return;
+    qWarning() << "Grant failed, retrying in 60s.";
+    m_renewalTimer->start(60s);
+}
+
+void KCClientCredentials::onRefreshReplyFinished()
+{
+    if (processReply(m_refreshReply))
+        return;
+    qWarning() << "Refresh failed, calling grant().";
+    grant();
+}
+
+QPointer<QNetworkReply> KCClientCredentials::post(const QByteArray &form)
+{
+    QNetworkReply *reply = postTokenRequest(*m_manager, form, m_limits);
+    reply->setParent(this);
+    return reply;
+}
+
+/** Takes the pending reply and the tokens in it; false if there are none. */
+bool KCClientCredentials::processReply(QPointer<QNetworkReply> &pending)
+{
+    const QPointer<QNetworkReply> reply = std::exchange(pending, {});
+    if (!reply) {
+        qWarning() << "No current reply.";
+        return false;
+    }
+    reply->deleteLater();
+    try {
+        if (reply->error() != QNetworkReply::NoError)
+            throw KCException(
+                QStringLiteral("Network or HTTP error: %1").arg(reply->errorString()));
+        adopt(parseTokenAnswer(reply->readAll()));
+    } catch (const std::exception &e) {
+        qWarning() << "KC: failed to process reply:" << e.what();
+        return false;
+    }
+    return true;
+}
+
+void KCClientCredentials::adopt(const TokenAnswer &answer)
+{
+    const bool isFirst = !m_accessToken;
+    const QDateTime now = QDateTime::currentDateTimeUtc();
+    if (m_accessToken)
+        m_accessToken->deleteLater();
+    if (m_refreshToken)
+        m_refreshToken->deleteLater();
+    m_accessToken = new KCToken(answer.accessToken, answer.expiresIn, now, this);
+    m_refreshToken = answer.refreshToken.isEmpty()
+        ? nullptr
+        : new KCToken(answer.refreshToken, answer.refreshExpiresIn, now, this);
+
+    const std::chrono::milliseconds interval = renewalInterval(answer.expiresIn);
+    m_renewalTimer->start(interval);
+    qDebug().noquote() << QStringLiteral("Access token aquired. Validity: %1; Timer interval: %2")
+                              .arg(answer.expiresIn)
+                              .arg(interval.count());
+    if (isFirst)
+        Q_EMIT accessTokenAvailable();
+    Q_EMIT accessTokenChanged(answer.accessToken);
+}
