@@ -260,11 +260,13 @@ void TestSimulator::answersCommands_data()
     row("fault schedule melt", "error: unknown fault \"melt\", try help");
     row("fault lunch hang", "error: unknown route \"lunch\", try faults");
     row("fault schedule", "error: usage: fault ROUTE KIND");
-    row("faults", "schedule: not-found");
+    row("faults", "schedule: not-found\ntoken: none\nconfiguration: none");
     row("schedule /no/such/file", "error: /no/such/file: No such file or directory");
     row("schedule default", "serving the generated day");
     row("requests", "no requests yet");
-    row("audit", "schedule: 0 requests, 0 refused");
+    row("audit",
+        "schedule: 0 requests, 0 refused\ntoken: 0 requests, 0 refused\n"
+        "configuration: 0 requests, 0 refused");
     row("quit", "bye");
     row("quit now", "error: usage: quit");
     row("dance", "error: unknown command \"dance\", try help");

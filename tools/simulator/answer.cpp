@@ -5,6 +5,9 @@
 
 #include "simulator/routehandler.h"
 
+#include <QJsonDocument>
+
+#include <utility>
 #include <zlib.h>
 
 namespace simulator {
@@ -53,7 +56,13 @@ Answer textAnswer(int status, const QString &text)
     return { status, "text/plain; charset=utf-8", text.toUtf8() + '\n' };
 }
 
-Answer spoiled(Answer answer, Fault fault, const RouteHandler &handler, const QString &path)
+Answer jsonAnswer(int status, const QJsonObject &object)
+{
+    return { status, "application/json", QJsonDocument(object).toJson(QJsonDocument::Compact) };
+}
+
+Answer spoiled(Answer answer, Fault fault, const RouteHandler &handler, const QString &path,
+               const RecordedRequest &request)
 {
     switch (fault) {
     case Fault::None:
@@ -65,13 +74,24 @@ Answer spoiled(Answer answer, Fault fault, const RouteHandler &handler, const QS
     case Fault::Truncated:
         answer.body.truncate(answer.body.size() / 2);
         break;
+    case Fault::BrokenJson:
+        answer.body = R"({ "access_token": "abc", )";
+        break;
+    case Fault::EmptyList:
+        answer.body = "[]";
+        break;
     case Fault::WrongRoot:
     case Fault::InvalidValue:
     case Fault::Huge:
     case Fault::Oversize:
     case Fault::EntityBomb:
-        answer.body = handler.spoiledBody(fault);
-        break;
+    case Fault::TinyExpiry:
+    case Fault::NoRefreshToken:
+    case Fault::ExpiredRefreshToken:
+    case Fault::HostileValues:
+        return handler.spoil(std::move(answer), fault, request);
+    case Fault::WrongCredentials:
+        return jsonAnswer(401, { { QStringLiteral("error"), QStringLiteral("invalid_client") } });
     case Fault::CaptivePortal:
         return { 200, "text/html; charset=utf-8", loginPage };
     case Fault::Redirect:

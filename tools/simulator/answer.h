@@ -6,12 +6,14 @@
 #include "simulator/enums.h"
 
 #include <QByteArray>
+#include <QJsonObject>
 
 #include <map>
 
 namespace simulator {
 
 class RouteHandler;
+struct RecordedRequest;
 
 /** A reply on its way out: what is sent, and how. */
 struct Answer
@@ -28,12 +30,13 @@ struct Answer
 
 /// A short answer in plain text; a line end is added.
 [[nodiscard]] Answer textAnswer(int status, const QString &text);
+[[nodiscard]] Answer jsonAnswer(int status, const QJsonObject &object);
 
 /**
  * What becomes of a good answer under a fault. Hang changes nothing, since it is a matter of when.
  * @param path the path that was asked for, which a redirect leads away from
  */
 [[nodiscard]] Answer spoiled(Answer answer, Fault fault, const RouteHandler &handler,
-                             const QString &path);
+                             const QString &path, const RecordedRequest &request);
 
 } // namespace simulator

@@ -194,7 +194,7 @@ void Backend::serve(Service &service, const httplib::Request &request, RecordedR
             return;
         }
     }
-    answer = spoiled(answer, fault, *service.handler, path);
+    answer = spoiled(answer, fault, *service.handler, path, record);
     m_announce(
         subject + QStringLiteral("%1, %2 bytes").arg(answer.status).arg(answer.body.size())
         + (fault == Fault::None ? QString() : QStringLiteral(", fault %1").arg(nameOf(fault))));

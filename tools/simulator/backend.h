@@ -3,10 +3,12 @@
 
 #pragma once
 
+#include "simulator/configurationroute.h"
 #include "simulator/enums.h"
 #include "simulator/httpserver.h"
 #include "simulator/recordedrequest.h"
 #include "simulator/scheduleroute.h"
+#include "simulator/tokenroute.h"
 
 #include <QVector>
 
@@ -45,6 +47,7 @@ public:
     [[nodiscard]] quint16 port() const { return m_server ? m_server->port() : quint16(0); }
 
     [[nodiscard]] ScheduleRoute &schedule() { return m_schedule; }
+    [[nodiscard]] ConfigurationRoute &configuration() { return m_configuration; }
 
     void setFault(Route route, Fault fault);
     [[nodiscard]] Fault fault(Route route) const;
@@ -82,6 +85,8 @@ private:
     const Announce m_announce;
     const Execute m_execute;
     ScheduleRoute m_schedule;
+    TokenRoute m_tokens;
+    ConfigurationRoute m_configuration { m_tokens };
     std::unique_ptr<HttpServer> m_server;
 
     mutable std::mutex m_mutex; ///< guards everything below
@@ -89,8 +94,10 @@ private:
     bool m_stopping = false;
     std::chrono::milliseconds m_dripInterval = std::chrono::seconds(10);
     /// In the order of Route. A new service is an enumerator, a handler above and a row here.
-    std::array<Service, 1> m_services { {
+    std::array<Service, 3> m_services { {
         { &m_schedule },
+        { &m_tokens },
+        { &m_configuration },
     } };
 };
 

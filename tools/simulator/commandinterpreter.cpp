@@ -34,6 +34,7 @@ const QVector<CommandInterpreter::Command> &CommandInterpreter::commands()
         { "fault", "ROUTE KIND", "spoil the answers of a route", &Self::fault },
         { "faults", "", "list the faults of all routes", &Self::faults },
         { "schedule", "FILE|default", "serve a file or the generated day", &Self::schedule },
+        { "configuration", "JSON|default", "serve this configuration", &Self::configuration },
         { "requests", "", "list the latest requests", &Self::requests },
         { "audit", "", "count the requests of all routes", &Self::audit },
         { "help", "", "show this text", &Self::help },
@@ -101,6 +102,13 @@ QString CommandInterpreter::schedule(const QString &arguments)
     return m_simulator->setScheduleFile(arguments, &reason)
         ? QStringLiteral("serving %1").arg(arguments)
         : error(reason);
+}
+
+QString CommandInterpreter::configuration(const QString &arguments)
+{
+    const bool isDefault = arguments == QLatin1String("default");
+    m_simulator->setConfiguration(isDefault ? QByteArray() : arguments.toUtf8());
+    return QStringLiteral("the kiosk asks again within five minutes");
 }
 
 QString CommandInterpreter::requests(const QString & /*arguments*/)

@@ -34,6 +34,7 @@ private:
     [[nodiscard]] QString fault(const QString &arguments);
     [[nodiscard]] QString faults(const QString &arguments);
     [[nodiscard]] QString schedule(const QString &arguments);
+    [[nodiscard]] QString configuration(const QString &arguments);
     [[nodiscard]] QString requests(const QString &arguments);
     [[nodiscard]] QString audit(const QString &arguments);
     [[nodiscard]] QString help(const QString &arguments);

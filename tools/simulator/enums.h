@@ -14,7 +14,7 @@ namespace simulator {
 Q_NAMESPACE
 
 /** The services that the simulator plays, each by a handler of its own. */
-enum class Route { Schedule };
+enum class Route { Schedule, Token, Configuration };
 Q_ENUM_NS(Route)
 
 /** What can be wrong with the answers of a route. */
@@ -22,6 +22,8 @@ enum class Fault {
     None,
     Empty, ///< 200 without a body
     Truncated, ///< half a document, sent as if it were whole
+    BrokenJson, ///< a JSON document that is cut off
+    EmptyList, ///< 200 with []
     WrongRoot, ///< a well-formed document of another kind
     InvalidValue, ///< a document with a value that can not be read
     Huge, ///< about 50 MB of valid document
@@ -34,7 +36,12 @@ enum class Fault {
     Drop, ///< the connection ends amid the body
     Hang, ///< no answer until the fault is switched
     Drip, ///< the headers, then one byte per drip interval
-    Gzip ///< a compressed body nobody asked for
+    Gzip, ///< a compressed body nobody asked for
+    WrongCredentials, ///< 401, whoever asks
+    TinyExpiry, ///< a token that is valid for one second
+    NoRefreshToken, ///< a token alone, as today's servers answer client credentials
+    ExpiredRefreshToken, ///< refresh tokens are refused
+    HostileValues ///< a configuration with values of every wrong kind
 };
 Q_ENUM_NS(Fault)
 

@@ -38,7 +38,7 @@ struct Options
     QString program;
     QStringList arguments;
     QString home;
-    QMap<QString, QString> settings { { QStringLiteral("plenarLocationId"), QStringLiteral("1") } };
+    QMap<QString, QString> settings;
 };
 
 void printLine(const QString &line)
@@ -130,10 +130,9 @@ void startSimulator(Simulator &simulator, CommandInterpreter &interpreter, const
 
 void startKiosk(KioskRunner &kiosk, const Simulator &simulator, const Options &options)
 {
-    auto settings = options.settings;
-    const auto urlKey = QStringLiteral("eventDataUrlTemplate");
-    if (!settings.contains(urlKey))
-        settings.insert(urlKey, simulator.scheduleUrlTemplate());
+    auto settings = simulator.kioskSettings();
+    for (auto each = options.settings.begin(); each != options.settings.end(); ++each)
+        settings.insert(each.key(), each.value());
     if (!kiosk.prepare(settings))
         fail(kiosk.errorString());
     QObject::connect(&kiosk, &KioskRunner::finished, &kiosk, [&kiosk](int status) {

@@ -24,9 +24,10 @@ public:
     /// The good answer, or the refusal of a request that the real service would refuse.
     /// @param path what was asked for, which differs from the request's own after a redirect
     [[nodiscard]] virtual Answer answer(const QString &path, const RecordedRequest &request) = 0;
-    /// The body for those faults that depend on the document: WrongRoot, InvalidValue, Huge,
-    /// Oversize and EntityBomb.
-    [[nodiscard]] virtual QByteArray spoiledBody(Fault fault) const = 0;
+    /// What becomes of the good answer under a fault that depends on the service's own document;
+    /// a fault that the service has no idea of changes nothing.
+    [[nodiscard]] virtual Answer spoil(Answer good, Fault fault,
+                                       const RecordedRequest &request) const = 0;
 };
 
 } // namespace simulator

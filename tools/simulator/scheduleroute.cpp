@@ -101,22 +101,19 @@ Answer ScheduleRoute::answer(const QString &path, const RecordedRequest &request
     return { 200, xmlType, m_document.isEmpty() ? generatedDay(date) : m_document };
 }
 
-QByteArray ScheduleRoute::spoiledBody(Fault fault) const
+Answer ScheduleRoute::spoil(Answer good, Fault fault, const RecordedRequest & /*request*/) const
 {
-    switch (fault) {
-    case Fault::WrongRoot:
-        return otherDocument;
-    case Fault::InvalidValue:
-        return unreadableDocument;
-    case Fault::Huge:
-        return dayOfSize(hugeBytes);
-    case Fault::Oversize:
-        return dayOfSize(oversizeBytes);
-    case Fault::EntityBomb:
-        return entityBomb();
-    default:
-        Q_UNREACHABLE();
-    }
+    if (fault == Fault::WrongRoot)
+        good.body = otherDocument;
+    else if (fault == Fault::InvalidValue)
+        good.body = unreadableDocument;
+    else if (fault == Fault::Huge)
+        good.body = dayOfSize(hugeBytes);
+    else if (fault == Fault::Oversize)
+        good.body = dayOfSize(oversizeBytes);
+    else if (fault == Fault::EntityBomb)
+        good.body = entityBomb();
+    return good;
 }
 
 QByteArray ScheduleRoute::generatedDay(const QDate &date)

@@ -28,7 +28,8 @@ public:
 
     [[nodiscard]] bool owns(const QString &path) const override;
     [[nodiscard]] Answer answer(const QString &path, const RecordedRequest &request) override;
-    [[nodiscard]] QByteArray spoiledBody(Fault fault) const override;
+    [[nodiscard]] Answer spoil(Answer good, Fault fault,
+                               const RecordedRequest &request) const override;
 
 private:
     /// A day is generated once, around the time of its first request, and then stands: a schedule

@@ -72,6 +72,23 @@ bool Simulator::setScheduleFile(const QString &path, QString *error)
     return true;
 }
 
+void Simulator::setConfiguration(const QByteArray &json)
+{
+    m_backend->configuration().setDocument(json);
+}
+
+QMap<QString, QString> Simulator::kioskSettings() const
+{
+    const QString base = baseUrl().toString();
+    return {
+        { QStringLiteral("eventDataUrlTemplate"), scheduleUrlTemplate() },
+        { QStringLiteral("quirlUrl"), base },
+        { QStringLiteral("Keycloak/url"), base + QLatin1String(TokenRoute::path) },
+        { QStringLiteral("Keycloak/clientId"), QLatin1String(TokenRoute::clientId) },
+        { QStringLiteral("Keycloak/clientSecret"), QLatin1String(TokenRoute::clientSecret) },
+    };
+}
+
 void Simulator::setFault(Route route, Fault fault)
 {
     m_backend->setFault(route, fault);

@@ -6,6 +6,7 @@
 #include "simulator/enums.h"
 #include "simulator/recordedrequest.h"
 
+#include <QMap>
 #include <QObject>
 #include <QUrl>
 #include <QVector>
@@ -51,6 +52,11 @@ public:
     /// Serves the file on every date. It is read at each request and can be edited meanwhile.
     /// @param error the reason of a refusal; may be null
     bool setScheduleFile(const QString &path, QString *error);
+
+    /// Serves this JSON as every screen's configuration; empty goes back to the default.
+    void setConfiguration(const QByteArray &json);
+    /// The settings that lead a kiosk to these services: addresses and credentials, nothing else.
+    [[nodiscard]] QMap<QString, QString> kioskSettings() const;
 
     /// Applies to requests that come from now on; requests that hang or drip are completed.
     void setFault(Route route, Fault fault);

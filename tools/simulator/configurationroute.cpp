@@ -1,0 +1,74 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "simulator/configurationroute.h"
+
+#include "simulator/tokenroute.h"
+
+namespace simulator {
+namespace {
+
+    constexpr auto jsonType = "application/json";
+    constexpr int longTextBytes = 900'000; // the kiosk takes 1 MiB in all
+
+    constexpr auto defaultDocument = R"({
+  "locationId": 101,
+  "locationName": "Hörsaal 1",
+  "plenarLocationId": 1,
+  "settings": { "defaultView": 1, "inactivityTimeout": 60, "attendanceEnabled": true }
+}
+)";
+
+    /// Each value of another kind than its key wants.
+    QByteArray hostileDocument()
+    {
+        return R"({ "locationId": [1, 2], "locationName": ")"
+            + QByteArray("<b>Lang</b> ").repeated(longTextBytes / 12)
+            + R"(", "plenarLocationId": 1e300, "settings": { "defaultView": { "a": { "b": [] } },)"
+              R"( "inactivityTimeout": -99999999999, "attendanceEnabled": "vielleicht",)"
+              R"( "tallyxMode": 1.5, "tallyxLogUrl": 7, "tpRegModeQR": {}, "unknown": true } })";
+    }
+
+} // namespace
+
+ConfigurationRoute::ConfigurationRoute(const TokenRoute &tokens)
+    : m_tokens(tokens)
+{
+}
+
+void ConfigurationRoute::setDocument(const QByteArray &json)
+{
+    const std::lock_guard lock(m_mutex);
+    m_document = json;
+}
+
+bool ConfigurationRoute::owns(const QString &asked) const
+{
+    return asked == QLatin1String(path);
+}
+
+Answer ConfigurationRoute::answer(const QString & /*path*/, const RecordedRequest &request)
+{
+    if (request.method != "GET")
+        return textAnswer(405, QStringLiteral("The configuration can only be fetched by GET"));
+    if (!m_tokens.isAuthorized(request.headers.value("authorization")))
+        return textAnswer(401, QStringLiteral("No token that was issued here"));
+    if (request.headers.value("accept") != jsonType)
+        return textAnswer(406, QStringLiteral("The configuration is JSON"));
+    if (request.headers.value("accept-language").isEmpty())
+        return textAnswer(400, QStringLiteral("Which language?"));
+    const std::lock_guard lock(m_mutex);
+    return { 200, jsonType, m_document.isEmpty() ? QByteArray(defaultDocument) : m_document };
+}
+
+Answer ConfigurationRoute::spoil(Answer good, Fault fault,
+                                 const RecordedRequest & /*request*/) const
+{
+    if (fault == Fault::HostileValues)
+        good.body = hostileDocument();
+    else if (fault == Fault::Oversize)
+        good.body = QByteArray(2 * longTextBytes, ' ') + good.body;
+    return good;
+}
+
+} // namespace simulator

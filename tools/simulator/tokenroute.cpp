@@ -1,0 +1,117 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "simulator/tokenroute.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QUrlQuery>
+#include <QUuid>
+
+namespace simulator {
+namespace {
+
+    constexpr auto formType = "application/x-www-form-urlencoded";
+
+    Answer refusal(int status, const char *code)
+    {
+        return jsonAnswer(status, { { QStringLiteral("error"), QLatin1String(code) } });
+    }
+
+    bool hasCredentials(const RecordedRequest &request)
+    {
+        const QByteArray expected
+            = QByteArray(TokenRoute::clientId) + ':' + TokenRoute::clientSecret;
+        return request.headers.value("authorization") == "Basic " + expected.toBase64();
+    }
+
+    QString formValue(const RecordedRequest &request, const char *key)
+    {
+        // A form writes a blank as a plus sign, and a plus sign as %2B.
+        const QUrlQuery form(
+            QString::fromLatin1(request.body).replace(QLatin1Char('+'), QLatin1String("%20")));
+        return form.queryItemValue(QLatin1String(key), QUrl::FullyDecoded);
+    }
+
+    QByteArray randomText()
+    {
+        return QUuid::createUuid().toByteArray(QUuid::WithoutBraces);
+    }
+
+} // namespace
+
+bool TokenRoute::owns(const QString &asked) const
+{
+    return asked == QLatin1String(path);
+}
+
+Answer TokenRoute::answer(const QString & /*path*/, const RecordedRequest &request)
+{
+    if (request.method != "POST")
+        return refusal(405, "method_not_allowed");
+    if (request.headers.value("content-type").split(';').first() != formType)
+        return refusal(415, "unsupported_media_type");
+    if (!hasCredentials(request))
+        return refusal(401, "invalid_client");
+
+    const QString grant = formValue(request, "grant_type");
+    if (grant == QLatin1String("client_credentials"))
+        return issue();
+    if (grant != QLatin1String("refresh_token"))
+        return refusal(400, "unsupported_grant_type");
+    {
+        const std::lock_guard lock(m_mutex);
+        if (!m_refreshTokens.remove(formValue(request, "refresh_token")))
+            return refusal(400, "invalid_grant");
+    }
+    return issue();
+}
+
+Answer TokenRoute::spoil(Answer good, Fault fault, const RecordedRequest &request) const
+{
+    if (fault == Fault::ExpiredRefreshToken)
+        return formValue(request, "grant_type") == QLatin1String("refresh_token")
+            ? refusal(400, "invalid_grant")
+            : good;
+
+    QJsonObject answer = QJsonDocument::fromJson(good.body).object();
+    if (fault == Fault::TinyExpiry) {
+        answer.insert(QStringLiteral("expires_in"), 1);
+    } else if (fault == Fault::InvalidValue) {
+        answer.insert(QStringLiteral("expires_in"), QStringLiteral("bald"));
+    } else if (fault == Fault::NoRefreshToken) {
+        answer.remove(QStringLiteral("refresh_token"));
+        answer.insert(QStringLiteral("refresh_expires_in"), 0);
+    } else {
+        return good;
+    }
+    return jsonAnswer(good.status, answer);
+}
+
+bool TokenRoute::isAuthorized(const QByteArray &authorization) const
+{
+    const QByteArray scheme = "Bearer ";
+    const std::lock_guard lock(m_mutex);
+    return authorization.startsWith(scheme)
+        && m_accessTokens.contains(authorization.mid(scheme.size()));
+}
+
+Answer TokenRoute::issue()
+{
+    const QByteArray access = "access." + randomText();
+    // With characters that a form has to escape.
+    const QString refresh = QStringLiteral("refresh+&=%/") + QString::fromLatin1(randomText());
+    const std::lock_guard lock(m_mutex);
+    m_accessTokens.insert(access);
+    m_refreshTokens.insert(refresh);
+    return jsonAnswer(200,
+                      { { QStringLiteral("access_token"), QString::fromLatin1(access) },
+                        { QStringLiteral("expires_in"), 300 },
+                        { QStringLiteral("refresh_token"), refresh },
+                        { QStringLiteral("refresh_expires_in"), 1800 },
+                        { QStringLiteral("token_type"), QStringLiteral("Bearer") },
+                        { QStringLiteral("not-before-policy"), 0 },
+                        { QStringLiteral("scope"), QStringLiteral("profile email") } });
+}
+
+} // namespace simulator

@@ -1,0 +1,41 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include "simulator/routehandler.h"
+
+#include <QSet>
+
+#include <mutex>
+
+namespace simulator {
+
+/**
+ * The identity server's token endpoint: client credentials and refresh tokens, as Keycloak answers
+ * them. Knows one client, clientId with clientSecret.
+ */
+class TokenRoute : public RouteHandler
+{
+public:
+    static constexpr auto path = "/auth/realms/deskhub/protocol/openid-connect/token";
+    static constexpr auto clientId = "lumenboard-simulated";
+    static constexpr auto clientSecret = "Geheimnis: 42 & mehr";
+
+    [[nodiscard]] bool owns(const QString &path) const override;
+    [[nodiscard]] Answer answer(const QString &path, const RecordedRequest &request) override;
+    [[nodiscard]] Answer spoil(Answer good, Fault fault,
+                               const RecordedRequest &request) const override;
+
+    /// Whether the header value carries an access token that was issued here.
+    [[nodiscard]] bool isAuthorized(const QByteArray &authorization) const;
+
+private:
+    [[nodiscard]] Answer issue();
+
+    mutable std::mutex m_mutex; ///< guards everything below
+    QSet<QByteArray> m_accessTokens;
+    QSet<QString> m_refreshTokens; ///< each is good for one use
+};
+
+} // namespace simulator
