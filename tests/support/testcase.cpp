@@ -91,7 +91,9 @@ simulator::Simulator &TestCase::services()
         m_services = std::make_unique<simulator::Simulator>();
         if (!m_services->start())
             qFatal("%s", qPrintable(m_services->errorString()));
-        settings::set("eventDataUrlTemplate"_s, m_services->scheduleUrlTemplate());
+        const auto addresses = m_services->kioskSettings();
+        for (auto each = addresses.begin(); each != addresses.end(); ++each)
+            settings::set(each.key(), each.value());
         settings::set("plenarLocationId"_s, 1);
     }
     return *m_services;

@@ -1,0 +1,92 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "app/workerthread.h"
+#include "support/testcase.h"
+
+#include <QThread>
+
+#include <atomic>
+#include <cxxabi.h>
+#include <pthread.h>
+#include <unistd.h>
+
+/** A worker that never comes back, in init() or in a slot that catches everything. */
+class BlockedWorker : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit BlockedWorker(bool blocksInSlot)
+        : m_blocksInSlot(blocksInSlot)
+    {
+    }
+
+    std::atomic<bool> isBlocked = false;
+
+private Q_SLOTS:
+    void init()
+    {
+        pthread_setcancelstate(PTHREAD_CANCEL_ENABLE, nullptr);
+        if (m_blocksInSlot)
+            QMetaObject::invokeMethod(this, "guardedSlot", Qt::QueuedConnection);
+        else
+            block();
+    }
+
+    void guardedSlot()
+    {
+        try {
+            block();
+        } catch (abi::__forced_unwind &) {
+            throw;
+        } catch (...) {
+            qFatal("the end of a thread is no failure of ours");
+        }
+    }
+
+private:
+    void block()
+    {
+        isBlocked = true;
+        while (true)
+            pause();
+    }
+
+    const bool m_blocksInSlot;
+};
+
+class TestWorkerThread : public TestCase
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void endsABlockedWorker_data()
+    {
+        columns<bool>("blocksInSlot");
+        row("in init()", false);
+        row("in a guarded slot", true);
+    }
+
+    void endsABlockedWorker()
+    {
+        QThread thread;
+        auto *worker = new BlockedWorker(at<bool>("blocksInSlot"));
+        startWorkerThread(thread, worker);
+        QTRY_VERIFY(worker->isBlocked);
+        log().expect("terminating"_s);
+        log().allow("Qt has caught an exception"_s); // so Qt takes the end of the thread
+        QVERIFY(stopWorkerThread(thread, { "stopping", "terminating", "stopped" }));
+        QVERIFY(thread.isFinished());
+    }
+
+    void tellsOfAThreadThatDoesNotRun()
+    {
+        QThread thread;
+        QVERIFY(!stopWorkerThread(thread, { "stopping", "terminating", "stopped" }));
+    }
+};
+
+static RegisterTest<TestWorkerThread> registerWorkerThread;
+
+#include "tst_workerthread.moc"
