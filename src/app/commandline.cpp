@@ -58,6 +58,9 @@ std::optional<int> runCommandLine(int argc, char *argv[])
         std::printf("Lumenboard %s\n", buildconfig::version);
         return EXIT_SUCCESS;
     }
+    if (!acceptArguments(arguments))
+        return EXIT_FAILURE;
+    setGermanLocale(); // as the kiosk asks, so does the check
     SelfCheck check;
     QObject::connect(&check, &SelfCheck::finished, &app, &QCoreApplication::exit,
                      Qt::QueuedConnection);

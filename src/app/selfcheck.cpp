@@ -8,6 +8,7 @@
 #include "config/effectivesettings.h"
 #include "config/keys.h"
 #include "config/worker.h"
+#include "net/errortext.h"
 #include "net/kcclientcredentials.h"
 #include "net/plainhttp.h"
 #include "schedule/eventdata.h"
@@ -30,6 +31,7 @@ SelfCheck::SelfCheck(QObject *parent)
     // An operator waits for this, hence less patience than the kiosk has.
     m_limits.silence = 10s;
     m_limits.deadline = 20s;
+    m_out.setCodec("UTF-8");
 }
 
 void SelfCheck::start()
@@ -63,9 +65,10 @@ void SelfCheck::checkToken()
     const Config *config = Config::instance();
     warnOfPlainHttp(QUrl(config->keycloakUrl()));
     warnOfPlainHttp(config->quirlUrl());
-    if (config->keycloakClientId().isEmpty()) {
+    if (config->keycloakClientId().isEmpty() || config->keycloakClientSecret().isEmpty()) {
         report(Verdict::Bad, QStringLiteral("token"),
-               QStringLiteral("Keycloak/clientId is not set"));
+               QStringLiteral("Keycloak/clientId or Keycloak/clientSecret is not set"));
+        checkConnection(QStringLiteral("configuration"), config->quirlUrl());
         checkSchedule();
         return;
     }
@@ -80,12 +83,13 @@ void SelfCheck::onToken(QNetworkReply *reply)
     const QString what = QStringLiteral("token %1").arg(reply->url().toDisplayString());
     try {
         if (reply->error() != QNetworkReply::NoError)
-            throw KCException(reply->errorString());
+            throw KCException(errorText(*reply));
         const TokenAnswer answer = parseTokenAnswer(reply->readAll());
         report(Verdict::Good, what, QStringLiteral("valid for %1 s").arg(answer.expiresIn));
         checkConfiguration(answer.accessToken);
     } catch (const Exception &e) {
         report(Verdict::Bad, what, QString::fromUtf8(e.what()));
+        checkConnection(QStringLiteral("configuration"), Config::instance()->quirlUrl());
         checkSchedule();
     }
     done();
@@ -104,7 +108,7 @@ void SelfCheck::onConfiguration(QNetworkReply *reply)
     const QString what = QStringLiteral("configuration %1").arg(reply->url().toDisplayString());
     const QJsonDocument document = QJsonDocument::fromJson(reply->readAll());
     if (reply->error() != QNetworkReply::NoError) {
-        report(Verdict::Bad, what, reply->errorString());
+        report(Verdict::Bad, what, errorText(*reply));
     } else if (!document.isObject()) {
         report(Verdict::Bad, what, QStringLiteral("the answer is no JSON object"));
     } else {
@@ -160,10 +164,14 @@ void SelfCheck::checkRecordServices()
 /** Connects, with TLS where the address says so, and nothing more: a request might be a record. */
 void SelfCheck::checkConnection(const QString &what, const QUrl &url)
 {
-    ++m_pending;
-    warnOfPlainHttp(url);
     const QString line = what + QLatin1Char(' ') + url.toDisplayString();
     const bool encrypted = url.scheme() == QLatin1String("https");
+    if (url.host().isEmpty() || (!encrypted && url.scheme() != QLatin1String("http"))) {
+        report(Verdict::Bad, line, QStringLiteral("no http or https address"));
+        return;
+    }
+    ++m_pending;
+    warnOfPlainHttp(url);
     auto *socket = new QSslSocket(this);
     const auto end = [this, socket, line](Verdict verdict, const QString &result) {
         socket->disconnect(this);

@@ -8,6 +8,7 @@
 #include "config/keys.h"
 
 #include <QDate>
+#include <QRegularExpression>
 
 #include <limits>
 #include <map>
@@ -60,10 +61,10 @@ std::map<QString, Rule> rules()
 QString shown(const Config &config, const QString &key, const Rule &rule)
 {
     const QVariant stored = config.value(key, rule.defaultValue);
-    // An unquoted comma in the file makes a list.
-    const QString text = stored.type() == QVariant::StringList
-        ? stored.toStringList().join(QLatin1String(", "))
-        : stored.toString();
+    if (stored.type() == QVariant::StringList)
+        return QStringLiteral("(unusable: a value with a comma needs quotes)");
+    static const QRegularExpression credentials(QStringLiteral("//[^/@]*@"));
+    const QString text = stored.toString().replace(credentials, QStringLiteral("//********@"));
     if (key == keys::keycloakClientSecret)
         return text.isEmpty() ? QStringLiteral("(empty)") : QStringLiteral("********");
     if (rule.min == rule.max)

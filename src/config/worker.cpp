@@ -6,6 +6,7 @@
 #include "app/connections.h"
 #include "config/config.h"
 #include "net/accesstoken.h"
+#include "net/errortext.h"
 #include "net/kcclientcredentials.h"
 #include "net/plainhttp.h"
 #include "net/xnetworkaccessmanager.h"
@@ -102,7 +103,7 @@ void Worker::getConfigurationFinished()
         return; // given up meanwhile
     reply->deleteLater();
     if (reply->error() != QNetworkReply::NoError) {
-        qWarning() << "Failed to get configuration." << reply->error() << reply->errorString();
+        qWarning() << "Failed to get configuration." << reply->error() << errorText(*reply);
         return;
     }
     QJsonParseError error;

@@ -5,6 +5,7 @@
 
 #include "app/exceptions.h"
 #include "config/config.h"
+#include "net/errortext.h"
 #include "net/xnetworkaccessmanager.h"
 
 #include <QDebug>
@@ -124,8 +125,7 @@ bool KCClientCredentials::processReply(QPointer<QNetworkReply> &pending)
     reply->deleteLater();
     try {
         if (reply->error() != QNetworkReply::NoError)
-            throw KCException(
-                QStringLiteral("Network or HTTP error: %1").arg(reply->errorString()));
+            throw KCException(QStringLiteral("Network or HTTP error: %1").arg(errorText(*reply)));
         adopt(parseTokenAnswer(reply->readAll()));
     } catch (const std::exception &e) {
         qWarning() << "KC: failed to process reply:" << e.what();

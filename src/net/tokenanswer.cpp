@@ -77,9 +77,13 @@ TokenAnswer parseTokenAnswer(const QByteArray &body)
         throw KCException(
             QStringLiteral("\"%1\" is too soon (%2).").arg(expiresIn).arg(answer.expiresIn));
 
-    if (object.contains(refreshToken))
+    const auto isGiven = [&object](const QString &key) {
+        const QJsonValue value = object.value(key);
+        return !value.isUndefined() && !value.isNull();
+    };
+    if (isGiven(refreshToken))
         answer.refreshToken = readString(object, refreshToken);
-    if (object.contains(refreshExpiresIn))
+    if (isGiven(refreshExpiresIn))
         answer.refreshExpiresIn = readInt(object, refreshExpiresIn);
     return answer;
 }

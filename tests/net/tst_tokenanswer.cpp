@@ -23,6 +23,10 @@ private Q_SLOTS:
             R"({"access_token":"a","expires_in":300,"refresh_expires_in":0,"token_type":"Bearer",)"
             R"("not-before-policy":0,"scope":"profile email"})",
             "a 300  0");
+        row("nulls",
+            R"({"access_token":"a","expires_in":9,"refresh_token":null,)"
+            R"("refresh_expires_in":null})",
+            "a 9  0");
         row("least", R"({"access_token":"a","expires_in":1})", "a 1  0");
         row("empty body", "", "Failed to read JSON: illegal value");
         row("cut off", R"({"access_token":)", "Failed to read JSON: ");
