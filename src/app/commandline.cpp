@@ -9,6 +9,7 @@
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
+#include <QLoggingCategory>
 
 #include <cstdio>
 
@@ -60,6 +61,7 @@ std::optional<int> runCommandLine(int argc, char *argv[])
     }
     if (!acceptArguments(arguments))
         return EXIT_FAILURE;
+    QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false")); // the results are the news
     setGermanLocale(); // as the kiosk asks, so does the check
     SelfCheck check;
     QObject::connect(&check, &SelfCheck::finished, &app, &QCoreApplication::exit,

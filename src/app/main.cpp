@@ -8,6 +8,7 @@
 #include "app/windowpass.h"
 #include "app/workercontroller.h"
 #include "config/config.h"
+#include "net/plainhttp.h"
 
 #include <QGuiApplication>
 
@@ -48,6 +49,8 @@ int main(int argc, char *argv[])
     registerMetaTypes();
     registerQmlTypes();
     LBAPI::instance();
+    warnOfPlainHttp();
+    QObject::connect(Config::instance(), &Config::configChanged, &warnOfPlainHttp);
 
     int code = EXIT_FAILURE;
     try {

@@ -13,6 +13,7 @@
 #include "net/plainhttp.h"
 #include "schedule/eventdata.h"
 
+#include <QFile>
 #include <QJsonDocument>
 #include <QNetworkReply>
 #include <QSslSocket>
@@ -39,16 +40,17 @@ void SelfCheck::start()
     m_pending = 1;
     printSettings();
     checkTls();
+    warnOfPlainHttp();
     checkToken();
-    checkRecordServices();
     done();
 }
 
 void SelfCheck::printSettings()
 {
-    for (const EffectiveSetting &setting : effectiveSettings(*Config::instance())) {
+    const QString file = Config::instance()->fileName();
+    m_out << "settings " << file << (QFile::exists(file) ? "\n" : " (does not exist)\n");
+    for (const EffectiveSetting &setting : effectiveSettings(*Config::instance()))
         m_out << setting.key << " = " << setting.shown << "  [" << setting.origin << "]\n";
-    }
     m_out.flush();
 }
 
@@ -63,13 +65,11 @@ void SelfCheck::checkTls()
 void SelfCheck::checkToken()
 {
     const Config *config = Config::instance();
-    warnOfPlainHttp(QUrl(config->keycloakUrl()));
-    warnOfPlainHttp(config->quirlUrl());
     if (config->keycloakClientId().isEmpty() || config->keycloakClientSecret().isEmpty()) {
         report(Verdict::Bad, QStringLiteral("token"),
                QStringLiteral("Keycloak/clientId or Keycloak/clientSecret is not set"));
         checkConnection(QStringLiteral("configuration"), config->quirlUrl());
-        checkSchedule();
+        checkServices();
         return;
     }
     ++m_pending;
@@ -90,7 +90,7 @@ void SelfCheck::onToken(QNetworkReply *reply)
     } catch (const Exception &e) {
         report(Verdict::Bad, what, QString::fromUtf8(e.what()));
         checkConnection(QStringLiteral("configuration"), Config::instance()->quirlUrl());
-        checkSchedule();
+        checkServices();
     }
     done();
 }
@@ -112,11 +112,40 @@ void SelfCheck::onConfiguration(QNetworkReply *reply)
     } else if (!document.isObject()) {
         report(Verdict::Bad, what, QStringLiteral("the answer is no JSON object"));
     } else {
-        m_configuration = document.object();
         report(Verdict::Good, what, QStringLiteral("read"));
+        tryOut(document);
     }
-    checkSchedule();
+    checkServices();
     done();
+}
+
+/**
+ * Lets the document take effect as it would on the kiosk, on a copy of the settings: the screen is
+ * judged by what it will do. Tells what changes.
+ */
+void SelfCheck::tryOut(const QJsonDocument &document)
+{
+    const auto before = effectiveSettings(*Config::instance());
+    m_scratch.emplace();
+    if (!m_scratch->isValid())
+        return;
+    Config *config = Config::instance();
+    config->applyConfiguration(document);
+    warnOfPlainHttp();
+
+    const auto after = effectiveSettings(*config);
+    for (int i = 0; i < after.size(); ++i) {
+        if (after[i].shown != before[i].shown && after[i].key != keys::keycloakClientSecret)
+            m_out << "        " << after[i].key << " = " << after[i].shown
+                  << "  [configuration service]\n";
+    }
+    m_out.flush();
+}
+
+void SelfCheck::checkServices()
+{
+    checkSchedule();
+    checkRecordServices();
 }
 
 void SelfCheck::checkSchedule()
@@ -134,8 +163,7 @@ void SelfCheck::onSchedule(EventData *data)
     const Config *config = Config::instance();
     const bool isShown = config->initialItem() != QLatin1String("Default.qml");
     const Verdict missing = isShown ? Verdict::Bad : Verdict::Notice;
-    const int id = m_configuration.value(keys::plenarLocationId)
-                       .toInt(config->value(keys::plenarLocationId, 0).toInt());
+    const int id = config->value(keys::plenarLocationId, 0).toInt();
     const QString what = QStringLiteral("schedule %1")
                              .arg(config->eventDataUrl(config->scheduleDate()).toDisplayString());
     if (data->error())
@@ -171,7 +199,6 @@ void SelfCheck::checkConnection(const QString &what, const QUrl &url)
         return;
     }
     ++m_pending;
-    warnOfPlainHttp(url);
     auto *socket = new QSslSocket(this);
     const auto end = [this, socket, line](Verdict verdict, const QString &result) {
         socket->disconnect(this);

@@ -3,14 +3,17 @@
 
 #pragma once
 
+#include "config/scratchsettings.h"
 #include "net/requestlimits.h"
 #include "net/xnetworkaccessmanager.h"
 
-#include <QJsonObject>
 #include <QObject>
 #include <QTextStream>
 
+#include <optional>
+
 class EventData;
+class QJsonDocument;
 class QNetworkReply;
 class QUrl;
 
@@ -41,6 +44,8 @@ private:
     void onToken(QNetworkReply *reply);
     void checkConfiguration(const QString &token);
     void onConfiguration(QNetworkReply *reply);
+    void tryOut(const QJsonDocument &document);
+    void checkServices();
     void checkSchedule();
     void onSchedule(EventData *data);
     void checkRecordServices();
@@ -51,8 +56,7 @@ private:
     RequestLimits m_limits;
     XNetworkAccessManager m_manager;
     QTextStream m_out;
-    /// What the service would set, looked at and not stored.
-    QJsonObject m_configuration;
+    std::optional<ScratchSettings> m_scratch; ///< once there is a document to try out
     int m_pending = 0; ///< checks under way
     bool m_failed = false;
 };

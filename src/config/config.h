@@ -126,6 +126,9 @@ public:
     /** Where the value of @p key comes from: "user", "machine-wide" or "default". */
     [[nodiscard]] QString origin(const QString &key) const;
 
+    /** The user's own file, the one that is written. */
+    [[nodiscard]] QString fileName() const { return m_settings.fileName(); }
+
     /** Installed at start-up by whoever holds the schedule; this class knows nothing of it. */
     static void setLocationLookup(LocationLookup lookup);
 

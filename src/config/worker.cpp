@@ -8,7 +8,6 @@
 #include "net/accesstoken.h"
 #include "net/errortext.h"
 #include "net/kcclientcredentials.h"
-#include "net/plainhttp.h"
 #include "net/xnetworkaccessmanager.h"
 
 #include <QDebug>
@@ -28,8 +27,7 @@ QNetworkReply *getConfigurationDocument(QNetworkAccessManager &manager, const QS
     QUrl url = Config::instance()->quirlUrl();
     url.setPath(QStringLiteral("/lumenboards/api/config/"));
     QNetworkRequest request = limitedRequest(url, limits);
-    request.setRawHeader(QByteArrayLiteral("Authorization"),
-                         QStringLiteral("Bearer %1").arg(token).toLatin1());
+    accesstoken::setBearer(request, token);
     request.setRawHeader(QByteArrayLiteral("Accept"), QByteArrayLiteral("application/json"));
     request.setRawHeader(QByteArrayLiteral("Accept-Language"), QLocale().bcp47Name().toLocal8Bit());
     QNetworkReply *reply = manager.get(request);
@@ -43,6 +41,14 @@ Worker::Worker(QObject *tokenReceiver, const RequestLimits &limits)
 {
 }
 
+Worker::~Worker()
+{
+    // Children go in the order of their making, and a manager that goes before its replies waits
+    // for them.
+    delete m_configurationReply;
+    delete m_credentials;
+}
+
 void Worker::init()
 {
     // Slots of QThread::started run with cancellation disabled: without this a worker that blocks
@@ -50,10 +56,6 @@ void Worker::init()
     pthread_setcancelstate(PTHREAD_CANCEL_ENABLE, nullptr);
 
     qDebug() << "Worker thread started." << QThread::currentThread();
-    const Config *config = Config::instance();
-    warnOfPlainHttp(QUrl(config->keycloakUrl()));
-    warnOfPlainHttp(config->quirlUrl());
-
     m_manager = new XNetworkAccessManager(this);
     m_credentials = new KCClientCredentials(m_manager, m_limits, this);
     connect(m_credentials, &KCClientCredentials::accessTokenChanged, this, &accesstoken::publish);
@@ -64,7 +66,7 @@ void Worker::init()
             &Worker::onAccessTokenAvailable);
     m_credentials->grant();
     connectChecked(this,
-                   SIGNAL(newConfiguration(QJsonDocument)), config,
+                   SIGNAL(newConfiguration(QJsonDocument)), Config::instance(),
                           SLOT(applyConfiguration(QJsonDocument)));
 }
 

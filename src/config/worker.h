@@ -37,6 +37,7 @@ public:
      * in the GUI thread and outlives this object's thread.
      */
     explicit Worker(QObject *tokenReceiver, const RequestLimits &limits = {});
+    ~Worker() override;
 
 Q_SIGNALS:
     void newConfiguration(QJsonDocument cfg);

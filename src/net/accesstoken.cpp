@@ -27,13 +27,18 @@ QString current()
     return token ? *token : QString();
 }
 
+void setBearer(QNetworkRequest &request, const QString &token)
+{
+    request.setRawHeader(QByteArrayLiteral("Authorization"),
+                         QStringLiteral("Bearer %1").arg(token).toLatin1());
+}
+
 bool authorize(QNetworkRequest &request)
 {
     const QString token = current();
     if (token.isEmpty())
         return false;
-    request.setRawHeader(QByteArrayLiteral("Authorization"),
-                         QStringLiteral("Bearer %1").arg(token).toLatin1());
+    setBearer(request, token);
     return true;
 }
 

@@ -19,7 +19,10 @@ void publish(const QString &token);
 /** The current token, empty before the first. */
 [[nodiscard]] QString current();
 
-/** Gives @p request the token as its bearer; false, and nothing set, when there is none. */
+/** Gives @p request @p token as its bearer. */
+void setBearer(QNetworkRequest &request, const QString &token);
+
+/** Gives @p request the current token as its bearer; false, and nothing set, when there is none. */
 [[nodiscard]] bool authorize(QNetworkRequest &request);
 
 } // namespace accesstoken

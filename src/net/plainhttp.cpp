@@ -3,10 +3,13 @@
 
 #include "net/plainhttp.h"
 
+#include "config/config.h"
+
 #include <QDebug>
 #include <QHostAddress>
 #include <QSet>
 #include <QUrl>
+#include <QVector>
 
 bool isPlainHttpToOthers(const QUrl &url)
 {
@@ -16,13 +19,21 @@ bool isPlainHttpToOthers(const QUrl &url)
     return host != QLatin1String("localhost") && !QHostAddress(host).isLoopback();
 }
 
-void warnOfPlainHttp(const QUrl &url)
+void warnOfPlainHttp()
 {
-    // Per thread, since nothing is shared without need; each thread has addresses of its own.
-    thread_local QSet<QString> warned;
-    const QString address = url.toDisplayString(QUrl::RemovePath | QUrl::RemoveQuery);
-    if (!isPlainHttpToOthers(url) || warned.contains(address))
-        return;
-    warned.insert(address);
-    qWarning() << "Tokens and records go over the network unprotected:" << address;
+    static QSet<QString> warned;
+    const Config *config = Config::instance();
+    QVector<QUrl> urls { QUrl(config->keycloakUrl()), config->quirlUrl() };
+    if (config->attendanceEnabled())
+        urls.append(config->attendanceLogUrl());
+    if (config->tallyxMode() != Config::TallyxDisabled)
+        urls.append(config->tallyxLogUrl());
+    for (const QUrl &url : qAsConst(urls)) {
+        const QString address
+            = url.toDisplayString(QUrl::RemoveUserInfo | QUrl::RemovePath | QUrl::RemoveQuery);
+        if (!isPlainHttpToOthers(url) || warned.contains(address))
+            continue;
+        warned.insert(address);
+        qWarning() << "Tokens and records go over the network unprotected:" << address;
+    }
 }

@@ -8,5 +8,8 @@ class QUrl;
 /** Whether what is sent to @p url can be read on its way: plain http to another machine. */
 [[nodiscard]] bool isPlainHttpToOthers(const QUrl &url);
 
-/** Warns, once per address and process, when secrets would go to @p url unprotected. */
-void warnOfPlainHttp(const QUrl &url);
+/**
+ * Warns of each configured address to which tokens or records would go unprotected, once per
+ * address and process. GUI thread, at start and whenever the configuration has changed.
+ */
+void warnOfPlainHttp();

@@ -8,6 +8,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <algorithm>
 #include <limits>
 
 using namespace std::chrono_literals;
@@ -41,6 +42,13 @@ QString readString(const QJsonObject &object, const QString &key)
     return value.toString();
 }
 
+/** Whether nothing in @p token could end the header line that will carry it. */
+bool fitsHeader(const QString &token)
+{
+    return std::all_of(token.begin(), token.end(),
+                       [](QChar each) { return each > QLatin1Char(' ') && each < QChar(0x7f); });
+}
+
 int readInt(const QJsonObject &object, const QString &key)
 {
     const QJsonValue value = object.value(key);
@@ -70,6 +78,9 @@ TokenAnswer parseTokenAnswer(const QByteArray &body)
     answer.accessToken = readString(object, accessToken);
     if (answer.accessToken.isEmpty())
         throw KCException(QStringLiteral("\"%1\" is empty.").arg(accessToken));
+    if (!fitsHeader(answer.accessToken))
+        throw KCException(
+            QStringLiteral("\"%1\" has characters that no header takes.").arg(accessToken));
 
     requireKey(object, expiresIn);
     answer.expiresIn = readInt(object, expiresIn);

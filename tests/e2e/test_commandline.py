@@ -6,17 +6,20 @@ Usage: test_commandline.py KIOSK SIMULATOR HANGING_LOOKUP [TEST...]
 """
 
 import base64
+import json
 import os
 import re
 import signal
 import subprocess
 import sys
 import tempfile
+import threading
 import time
 import unittest
 
 SECRET = "Geheimnis: 42 & mehr"
-WITHOUT_RECORDS = ("--set", "attendanceEnabled=false", "--set", "tallyxMode=0")
+WITHOUT_RECORDS = ("--configuration", json.dumps({
+    "plenarLocationId": "2", "settings": {"attendanceEnabled": False, "tallyxMode": 0}}))
 HEADLESS = {"QT_QPA_PLATFORM": "offscreen", "QT_QUICK_BACKEND": "software"}
 
 
@@ -48,7 +51,7 @@ class CommandLine(unittest.TestCase):
         status, text = check(*WITHOUT_RECORDS)
         self.assertEqual(status, 0, text)
         for line in (r"Keycloak/clientSecret = \*{8} +\[user\]", r"fontBaseSize = 12 +\[default\]",
-                     "ok +TLS", "ok +token", "ok +configuration", 'ok +schedule .* in "Hörsaal 1"'):
+                     "ok +TLS", "ok +token", "ok +configuration", 'ok +schedule .* in "Großer Saal"'):
             self.assertRegex(text, line)
         self.assertNotIn(SECRET, text)
 
@@ -61,48 +64,81 @@ class CommandLine(unittest.TestCase):
                 self.assertEqual(status, 1, text)
                 self.assertRegex(text, line)
         # Nobody listens there, and nothing but a connection is tried.
-        status, text = check("--set", "attendanceLogUrl=http://127.0.0.1:9/", "--set", "tallyxMode=0")
+        status, text = check("--set", "attendanceLogUrl=http://127.0.0.1:9/")
         self.assertEqual(status, 1)
         self.assertRegex(text, "FAILED +attendance")
 
-    def run_until(self, text, *options, preload=""):
-        """Runs the kiosk until it has said the text; its status, its seconds to end, its log."""
-        with tempfile.NamedTemporaryFile(mode="r") as log:
-            services = subprocess.Popen([SIMULATOR, "--no-stdin", *options, "--run", "/usr/bin/env",
-                                         "--", f"LD_PRELOAD={preload}", KIOSK],
-                                        stdout=log.fileno(), stderr=subprocess.STDOUT,
-                                        env={**os.environ, **HEADLESS})
-            self.addCleanup(services.kill)
-            end = time.monotonic() + 20
-            while text not in open(log.name, errors="replace").read():
-                self.assertLess(time.monotonic(), end, open(log.name, errors="replace").read())
-                self.assertIsNone(services.poll())
-                time.sleep(0.05)
-            asked = time.monotonic()
-            services.send_signal(signal.SIGTERM)
-            status = services.wait(timeout=20)
-            return status, time.monotonic() - asked, open(log.name, errors="replace").read()
+    def test_check_judges_by_what_the_service_sets(self):
+        """A new screen has an address for nothing but schedule, tokens and configuration."""
+        with tempfile.TemporaryDirectory() as home:
+            status, text = check("--home", home, "--set", "attendanceLogUrl=http://127.0.0.1:9/", "--set",
+                                 "tallyxLogUrl=http://127.0.0.1:9/", *WITHOUT_RECORDS)
+            self.assertEqual(status, 0, text)
+            self.assertRegex(text, r"tallyxMode = 0 +\[configuration service\]")
+            self.assertRegex(text, 'ok +schedule .* in "Großer Saal"')
+            self.assertIn(f"settings {home}/config/Kettlewood/Lumenboard2.conf\n", text)
+            with open(f"{home}/config/Kettlewood/Lumenboard2.conf", encoding="utf-8") as file:
+                self.assertNotIn("tallyxMode", file.read())
 
-    def test_takes_its_room_from_the_service_and_tells_no_secret(self):
-        status, _, log = self.run_until("Done reading event data")
-        self.assertEqual(status, 0)
-        self.assertIn("Applying configuration", log)
+    def run_until(self, text, *options, how=signal.SIGTERM, preload=""):
+        """Runs the kiosk until it has said the text, ends it; its status, its seconds to end, its log."""
+        kiosk = ["/usr/bin/env", "--", f"LD_PRELOAD={preload}", "sh", "-c", 'echo "pid $$"; exec "$0"', KIOSK]
+        services = subprocess.Popen([SIMULATOR, "--no-stdin", *options, "--run", *kiosk],
+                                    stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True,
+                                    errors="replace", env={**os.environ, **HEADLESS})
+        watchdog = threading.Timer(30, services.kill)
+        watchdog.start()
+        self.addCleanup(watchdog.cancel)
+        log = ""
+        for line in services.stdout:
+            log += line
+            if text in line:
+                break
+        self.assertIn(text, log)
+        asked = time.monotonic()
+        os.kill(int(re.search(r"^pid (\d+)", log, re.M)[1]), how)
+        log += services.stdout.read()
+        return services.wait(), time.monotonic() - asked, log
+
+    def assert_tells_no_secret(self, log):
         credentials = base64.b64encode(f"lumenboard-simulated:{SECRET}".encode()).decode()
         for secret in (SECRET, credentials, "Basic ", "Bearer ", "refresh+", "refresh%2B"):
             self.assertNotIn(secret, log)
         self.assertIsNone(re.search(r"access\.[0-9a-f]{8}", log))
 
+    def test_takes_its_room_from_the_service_and_tells_no_secret(self):
+        status, _, log = self.run_until("Done reading event data", how=signal.SIGINT)
+        self.assertEqual(status, 0)
+        self.assertIn("Applying configuration", log)
+        self.assert_tells_no_secret(log)
+
+    def test_tells_no_secret_when_a_request_fails(self):
+        for route, fault in (("token", "wrong-credentials"), ("token", "server-error"),
+                             ("token", "redirect"), ("token", "broken-json"),
+                             ("configuration", "server-error"), ("configuration", "redirect")):
+            with self.subTest(f"{route} {fault}"):
+                said = "Grant failed" if route == "token" else "config"
+                _, _, log = self.run_until(said, "--fault", f"{route}={fault}")
+                self.assert_tells_no_secret(log)
+        with self.subTest("address with a password"):
+            _, _, log = self.run_until("Grant failed", "--set",
+                                       f"Keycloak/url=http://me:{SECRET[:9]}@127.0.0.1:9/token")
+            self.assertNotIn(SECRET[:9], log)
+
     def test_ends_in_time_while_everything_hangs(self):
-        for preload in ("", HANGING_LOOKUP):
-            with self.subTest(preload):
-                hosts = ("--set", "quirlUrl=https://hangs.example", "--set",
-                         "Keycloak/url=https://hangs.example/token") if preload else ()
-                status, seconds, log = self.run_until(
-                    "Worker thread started", "--fault", "token=hang", "--fault", "schedule=hang",
-                    *hosts, preload=preload)
+        names = ("--set", "quirlUrl=https://hangs.example",
+                 "--set", "Keycloak/url=https://hangs.example/token")
+        for begun, options, preload in (
+                ("POST", ("--fault", "token=hang", "--fault", "schedule=hang"), ""),
+                ("POST", ("--fault", "token=drip", "--fault", "schedule=drip"), ""),
+                ("GET /lumenboards", ("--fault", "configuration=drip"), ""),
+                ("Worker thread started", names, HANGING_LOOKUP)):
+            with self.subTest(begun, options=options):
+                status, seconds, log = self.run_until(begun, *options, preload=preload)
                 self.assertEqual(status, 0, log)
                 self.assertLess(seconds, 3)
                 self.assertIn("Worker thread stopped.", log)
+                self.assertNotIn("terminating", log)
 
 
 if __name__ == "__main__":

@@ -39,6 +39,8 @@ private Q_SLOTS:
             R"("access_token" is not a string.)");
         row("token is empty", R"({"access_token":"","expires_in":300})",
             R"("access_token" is empty.)");
+        row("token with a line end", R"({"access_token":"a\r\nX-Evil: 1","expires_in":300})",
+            R"("access_token" has characters that no header takes.)");
         row("no validity", R"({"access_token":"a"})",
             R"(JSON object does not contain "expires_in".)");
         row("validity is text", R"({"access_token":"a","expires_in":"300"})",

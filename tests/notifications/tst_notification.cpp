@@ -180,6 +180,10 @@ private Q_SLOTS:
         notification->addButton(own);
         notification->addButton(foreign);
         QCOMPARE(changes.count(), 2);
+        auto *early = new NotificationButton(&parent);
+        notification->addButton(early);
+        delete early;
+        QCOMPARE(notification->buttons(), QList<NotificationButton *>({ own, foreign }));
         const QSignalSpy clicks(notification.get(), &Notification::buttonClicked);
         notification->clickButton(5);
         QCOMPARE(clicks.value(0).value(0).toInt(), 5);

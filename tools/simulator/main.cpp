@@ -33,6 +33,7 @@ struct Options
 {
     quint16 port = 0;
     QString schedule;
+    QByteArray configuration;
     QStringList faults;
     bool readsInput = true;
     QString program;
@@ -77,6 +78,7 @@ Options parseOptions()
     };
     const auto port = add("port", "Serve on this port of 127.0.0.1; by default a free one.", "N");
     const auto schedule = add("schedule", "Serve this file for every day.", "FILE");
+    const auto configuration = add("configuration", "Begin with this configuration.", "JSON");
     const auto fault = add("fault", "Begin with this fault; repeatable.", "ROUTE=KIND");
     const auto noInput = add("no-stdin", "Read no commands from standard input.");
     const auto run = add("run", "Start the kiosk and end with it and its status.", "PROGRAM");
@@ -95,6 +97,7 @@ Options parseOptions()
     if (!numeric)
         fail(QStringLiteral("\"%1\" is no port").arg(parser.value(port)));
     options.schedule = parser.value(schedule);
+    options.configuration = parser.value(configuration).toUtf8();
     options.faults = parser.values(fault);
     options.readsInput = !parser.isSet(noInput);
     options.program = parser.value(run);
@@ -115,6 +118,7 @@ void startSimulator(Simulator &simulator, CommandInterpreter &interpreter, const
     QString error;
     if (!options.schedule.isEmpty() && !simulator.setScheduleFile(options.schedule, &error))
         fail(error);
+    simulator.setConfiguration(options.configuration);
     for (const QString &each : options.faults) {
         const auto [route, fault] = pairOf(each);
         const QString answer = interpreter.setFault(route, fault);
