@@ -5,6 +5,7 @@
 
 #include "app/selfcheck.h"
 #include "app/startup.h"
+#include "app/terminationsignals.h"
 #include "buildconfig.h"
 
 #include <QCommandLineParser>
@@ -16,6 +17,24 @@
 namespace {
 
 const QString checkOption = QStringLiteral("check");
+
+/** What Qt takes out of the arguments itself, once there is an application that shows windows. */
+const QStringList qtOptions {
+    QStringLiteral("display"),
+    QStringLiteral("fontengine"),
+    QStringLiteral("geometry"),
+    QStringLiteral("platform"),
+    QStringLiteral("platformpluginpath"),
+    QStringLiteral("platformtheme"),
+    QStringLiteral("plugin"),
+    QStringLiteral("qmljsdebugger"),
+    QStringLiteral("qwindowgeometry"),
+    QStringLiteral("qwindowicon"),
+    QStringLiteral("qwindowtitle"),
+    QStringLiteral("reverse"),
+    QStringLiteral("session"),
+    QStringLiteral("style"),
+};
 
 void describeOptions(QCommandLineParser &parser)
 {
@@ -35,7 +54,7 @@ void describeOptions(QCommandLineParser &parser)
 
 } // namespace
 
-std::optional<int> runCommandLine(int argc, char *argv[])
+std::optional<int> runCommandLine(int &argc, char *argv[])
 {
     QStringList arguments;
     for (int i = 0; i < argc; ++i)
@@ -44,12 +63,21 @@ std::optional<int> runCommandLine(int argc, char *argv[])
     describeOptions(parser);
     parser.parse(arguments); // options of Qt's own make it fail, which is none of our business here
 
-    const bool help = parser.isSet(QStringLiteral("help"));
+    const QStringList unknown = parser.unknownOptionNames();
+    for (const QString &name : unknown) {
+        if (qtOptions.contains(name))
+            continue;
+        std::fprintf(stderr, "Unknown option '%s'. See --help.\n", qPrintable(name));
+        return EXIT_FAILURE;
+    }
+    const bool help
+        = parser.isSet(QStringLiteral("help")) || parser.isSet(QStringLiteral("help-all"));
     const bool version = parser.isSet(QStringLiteral("version"));
     if (!help && !version && !parser.isSet(checkOption))
         return {};
 
-    const QCoreApplication app(argc, argv);
+    // Never deleted: its end would wait for name look-ups that hang.
+    new QCoreApplication(argc, argv);
     nameApplication();
     if (help) {
         std::fputs(qPrintable(parser.helpText()), stdout);
@@ -59,12 +87,15 @@ std::optional<int> runCommandLine(int argc, char *argv[])
         std::printf("Lumenboard %s\n", buildconfig::version);
         return EXIT_SUCCESS;
     }
-    if (!acceptArguments(arguments))
+    if (unknown.isEmpty() && !acceptArguments(arguments))
         return EXIT_FAILURE;
     QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false")); // the results are the news
     setGermanLocale(); // as the kiosk asks, so does the check
+    const TerminationSignals termination;
+    QObject::connect(&termination, &TerminationSignals::requested, qApp,
+                     [] { QCoreApplication::exit(EXIT_FAILURE); });
     SelfCheck check;
-    QObject::connect(&check, &SelfCheck::finished, &app, &QCoreApplication::exit,
+    QObject::connect(&check, &SelfCheck::finished, qApp, &QCoreApplication::exit,
                      Qt::QueuedConnection);
     check.start();
     return QCoreApplication::exec();

@@ -24,14 +24,22 @@
 
 using namespace std::chrono_literals;
 
+namespace {
+
+bool isWebAddress(const QUrl &url)
+{
+    return !url.host().isEmpty()
+        && (url.scheme() == QLatin1String("https") || url.scheme() == QLatin1String("http"));
+}
+
+} // namespace
+
 SelfCheck::SelfCheck(QObject *parent)
     : QObject(parent)
     , m_manager(this)
     , m_out(stdout)
 {
-    // An operator waits for this, hence less patience than the kiosk has.
-    m_limits.silence = 10s;
-    m_limits.deadline = 20s;
+    m_limits.silence = 10s; // an operator waits for this
     m_out.setCodec("UTF-8");
 }
 
@@ -47,11 +55,18 @@ void SelfCheck::start()
 
 void SelfCheck::printSettings()
 {
-    const QString file = Config::instance()->fileName();
-    m_out << "settings " << file << (QFile::exists(file) ? "\n" : " (does not exist)\n");
     for (const EffectiveSetting &setting : effectiveSettings(*Config::instance()))
-        m_out << setting.key << " = " << setting.shown << "  [" << setting.origin << "]\n";
-    m_out.flush();
+        print(QStringLiteral("%1 = %2  [%3]").arg(setting.key, setting.shown, setting.origin));
+    const QStringList behind = m_settings.filesBehind();
+    for (const QString &file : behind)
+        print(QStringLiteral("        behind the user's file: ") + file);
+    const QString what = QStringLiteral("settings ") + m_settings.fileName();
+    if (m_settings.problem().isEmpty())
+        report(Verdict::Good, what,
+               QFile::exists(m_settings.fileName()) ? QStringLiteral("read")
+                                                    : QStringLiteral("do not exist yet"));
+    else
+        report(Verdict::Bad, what, m_settings.problem());
 }
 
 void SelfCheck::checkTls()
@@ -72,6 +87,13 @@ void SelfCheck::checkToken()
         checkServices();
         return;
     }
+    if (!isWebAddress(QUrl(config->keycloakUrl()))) {
+        report(Verdict::Bad, QStringLiteral("token"),
+               QStringLiteral("Keycloak/url is no http or https address"));
+        checkConnection(QStringLiteral("configuration"), config->quirlUrl());
+        checkServices();
+        return;
+    }
     ++m_pending;
     QNetworkReply *reply = postTokenRequest(m_manager, clientCredentialsForm(), m_limits);
     connect(reply, &QNetworkReply::finished, this, [this, reply] { onToken(reply); });
@@ -83,7 +105,7 @@ void SelfCheck::onToken(QNetworkReply *reply)
     const QString what = QStringLiteral("token %1").arg(reply->url().toDisplayString());
     try {
         if (reply->error() != QNetworkReply::NoError)
-            throw KCException(errorText(*reply));
+            throw KCException(failureOf(*reply));
         const TokenAnswer answer = parseTokenAnswer(reply->readAll());
         report(Verdict::Good, what, QStringLiteral("valid for %1 s").arg(answer.expiresIn));
         checkConfiguration(answer.accessToken);
@@ -108,7 +130,7 @@ void SelfCheck::onConfiguration(QNetworkReply *reply)
     const QString what = QStringLiteral("configuration %1").arg(reply->url().toDisplayString());
     const QJsonDocument document = QJsonDocument::fromJson(reply->readAll());
     if (reply->error() != QNetworkReply::NoError) {
-        report(Verdict::Bad, what, errorText(*reply));
+        report(Verdict::Bad, what, failureOf(*reply));
     } else if (!document.isObject()) {
         report(Verdict::Bad, what, QStringLiteral("the answer is no JSON object"));
     } else {
@@ -120,26 +142,21 @@ void SelfCheck::onConfiguration(QNetworkReply *reply)
 }
 
 /**
- * Lets the document take effect as it would on the kiosk, on a copy of the settings: the screen is
- * judged by what it will do. Tells what changes.
+ * Lets the document take effect as it would on the kiosk, on the copy of the settings: the screen
+ * is judged by what it will do. Tells what changes.
  */
 void SelfCheck::tryOut(const QJsonDocument &document)
 {
-    const auto before = effectiveSettings(*Config::instance());
-    m_scratch.emplace();
-    if (!m_scratch->isValid())
-        return;
     Config *config = Config::instance();
+    const auto before = effectiveSettings(*config);
     config->applyConfiguration(document);
     warnOfPlainHttp();
-
     const auto after = effectiveSettings(*config);
     for (int i = 0; i < after.size(); ++i) {
-        if (after[i].shown != before[i].shown && after[i].key != keys::keycloakClientSecret)
-            m_out << "        " << after[i].key << " = " << after[i].shown
-                  << "  [configuration service]\n";
+        if (after[i].shown != before[i].shown)
+            print(QStringLiteral("        %1 = %2  [configuration service]")
+                      .arg(after[i].key, after[i].shown));
     }
-    m_out.flush();
 }
 
 void SelfCheck::checkServices()
@@ -153,7 +170,6 @@ void SelfCheck::checkSchedule()
     ++m_pending;
     RequestLimits limits = EventData::scheduleLimits();
     limits.silence = m_limits.silence;
-    limits.deadline = m_limits.deadline;
     auto *data = new EventData(limits, this);
     connect(data, &EventData::readEventDataFinished, this, &SelfCheck::onSchedule);
 }
@@ -176,7 +192,7 @@ void SelfCheck::onSchedule(EventData *data)
                    .arg(location->events().size())
                    .arg(location->name()));
     else
-        report(Verdict::Notice, what, QStringLiteral("read, knows no location %1").arg(id));
+        report(missing, what, QStringLiteral("read, knows no location %1").arg(id));
     done();
 }
 
@@ -193,12 +209,12 @@ void SelfCheck::checkRecordServices()
 void SelfCheck::checkConnection(const QString &what, const QUrl &url)
 {
     const QString line = what + QLatin1Char(' ') + url.toDisplayString();
-    const bool encrypted = url.scheme() == QLatin1String("https");
-    if (url.host().isEmpty() || (!encrypted && url.scheme() != QLatin1String("http"))) {
+    if (!isWebAddress(url)) {
         report(Verdict::Bad, line, QStringLiteral("no http or https address"));
         return;
     }
     ++m_pending;
+    const bool encrypted = url.scheme() == QLatin1String("https");
     auto *socket = new QSslSocket(this);
     const auto end = [this, socket, line](Verdict verdict, const QString &result) {
         socket->disconnect(this);
@@ -220,13 +236,30 @@ void SelfCheck::checkConnection(const QString &what, const QUrl &url)
         socket->connectToHost(url.host(), static_cast<quint16>(url.port(80)));
 }
 
+/** The reply's failure, with what an operator can do about it. */
+QString SelfCheck::failureOf(const QNetworkReply &reply)
+{
+    const int status = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+    const QString text = status > 0
+        ? QStringLiteral("%1 (HTTP %2)").arg(errorText(reply)).arg(status)
+        : errorText(reply);
+    return status == 401 ? text + QStringLiteral(", are clientId and clientSecret right?") : text;
+}
+
 void SelfCheck::report(Verdict verdict, const QString &what, const QString &result)
 {
     const char *word = verdict == Verdict::Good ? "ok    "
         : verdict == Verdict::Notice            ? "note  "
                                                 : "FAILED";
     m_failed |= verdict == Verdict::Bad;
-    m_out << word << "  " << what << ": " << result << '\n';
+    print(QStringLiteral("%1  %2: %3").arg(QLatin1String(word), what, result));
+}
+
+/** Much of it comes from outside, and a terminal obeys control characters. */
+void SelfCheck::print(const QString &line)
+{
+    constexpr int longest = 300;
+    m_out << printableLine(maskPasswords(line), longest) << '\n';
     m_out.flush();
 }
 

@@ -10,8 +10,6 @@
 #include <QObject>
 #include <QTextStream>
 
-#include <optional>
-
 class EventData;
 class QJsonDocument;
 class QNetworkReply;
@@ -50,13 +48,15 @@ private:
     void onSchedule(EventData *data);
     void checkRecordServices();
     void checkConnection(const QString &what, const QUrl &url);
+    [[nodiscard]] static QString failureOf(const QNetworkReply &reply);
+    void print(const QString &line);
     void report(Verdict verdict, const QString &what, const QString &result);
     void done();
 
+    const ScratchSettings m_settings; ///< first of all: what is looked at stays as it is
     RequestLimits m_limits;
     XNetworkAccessManager m_manager;
     QTextStream m_out;
-    std::optional<ScratchSettings> m_scratch; ///< once there is a document to try out
     int m_pending = 0; ///< checks under way
     bool m_failed = false;
 };

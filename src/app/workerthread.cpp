@@ -8,10 +8,16 @@
 #include <QDebug>
 #include <QThread>
 
+#include <pthread.h>
+
 void startWorkerThread(QThread &thread, QObject *worker)
 {
     worker->moveToThread(&thread);
     connectChecked(&thread, SIGNAL(finished()), worker, SLOT(deleteLater()));
+    // Slots of this signal run with cancellation disabled: a worker that blocks in init() could not
+    // even be terminated, and the program would never end.
+    QObject::connect(&thread, &QThread::started, worker,
+                     [] { pthread_setcancelstate(PTHREAD_CANCEL_ENABLE, nullptr); });
     connectChecked(&thread, SIGNAL(started()), worker, SLOT(init()));
     thread.start(QThread::InheritPriority);
 }

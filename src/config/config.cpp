@@ -244,6 +244,10 @@ QString Config::origin(const QString &key) const
 {
     if (hasOwnValue(key))
         return QStringLiteral("user");
+    QSettings shared(QSettings::UserScope, m_settings.organizationName());
+    shared.setFallbacksEnabled(false);
+    if (shared.contains(key))
+        return QStringLiteral("user's organisation file");
     return m_settings.contains(key) ? QStringLiteral("machine-wide") : QStringLiteral("default");
 }
 

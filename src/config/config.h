@@ -123,11 +123,9 @@ public:
 
     /** The stored value of any setting, for those who only show it. */
     [[nodiscard]] QVariant value(const QString &key, const QVariant &defaultValue) const;
-    /** Where the value of @p key comes from: "user", "machine-wide" or "default". */
+    /** Where the value of @p key comes from: "user", "user's organisation file", "machine-wide" or
+     * "default". */
     [[nodiscard]] QString origin(const QString &key) const;
-
-    /** The user's own file, the one that is written. */
-    [[nodiscard]] QString fileName() const { return m_settings.fileName(); }
 
     /** Installed at start-up by whoever holds the schedule; this class knows nothing of it. */
     static void setLocationLookup(LocationLookup lookup);

@@ -16,5 +16,9 @@ struct EffectiveSetting
     QString origin; ///< "user", "machine-wide" or "default"
 };
 
+/** @p text with the user info of an address in it masked, also where a password broke the address.
+ */
+[[nodiscard]] QString maskPasswords(QString text);
+
 /** All settings, in the order of the keys. */
 [[nodiscard]] QVector<EffectiveSetting> effectiveSettings(const Config &config);

@@ -3,29 +3,60 @@
 
 #include "config/scratchsettings.h"
 
-#include "config/config.h"
-#include "config/keys.h"
-
-#include <QDebug>
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
 #include <QSettings>
+
+namespace {
+
+QString settingsFile(QSettings::Scope scope, const QString &application = {})
+{
+    return QSettings(scope, QCoreApplication::organizationName(), application).fileName();
+}
+
+bool canBeReplaced(const QFileInfo &file)
+{
+    QFileInfo nearest(file.path());
+    while (!nearest.exists() && !nearest.isRoot())
+        nearest.setFile(nearest.path());
+    return nearest.isDir() && nearest.isWritable() && (!file.exists() || file.isWritable());
+}
+
+} // namespace
 
 ScratchSettings::ScratchSettings()
 {
-    if (!isValid()) {
-        qWarning() << "Failed to copy the settings:" << m_folder.errorString();
+    const QString application = QCoreApplication::applicationName();
+    m_fileName = settingsFile(QSettings::UserScope, application);
+    const QString shared = settingsFile(QSettings::UserScope);
+    for (const QString &file : { shared, settingsFile(QSettings::SystemScope, application),
+                                 settingsFile(QSettings::SystemScope) }) {
+        if (QFile::exists(file))
+            m_filesBehind.append(file);
+    }
+    if (!m_folder.isValid()) {
+        m_problem = QStringLiteral("can not be looked at: ") + m_folder.errorString();
         return;
     }
-    const Config *original = Config::instance();
-    QSettings from(original->fileName(), QSettings::IniFormat);
-    from.setIniCodec("UTF-8");
+    if (!canBeReplaced(QFileInfo(m_fileName)))
+        m_problem = QStringLiteral("can not be written to");
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, m_folder.path());
-    delete original;
+    copy(m_fileName, settingsFile(QSettings::UserScope, application));
+    copy(shared, settingsFile(QSettings::UserScope));
+    if (QSettings().status() != QSettings::NoError)
+        m_problem = QStringLiteral("is no settings file, or one behind it is none");
+}
 
-    QSettings to;
-    to.setIniCodec("UTF-8");
-    const QStringList all = from.allKeys();
-    for (const QString &key : all) {
-        if (key != keys::keycloakClientSecret)
-            to.setValue(key, from.value(key));
-    }
+void ScratchSettings::copy(const QString &original, const QString &place)
+{
+    if (!QFile::exists(original))
+        return;
+    QDir().mkpath(QFileInfo(place).path());
+    QFile file(original);
+    if (file.copy(place))
+        QFile::setPermissions(place, QFile::ReadOwner | QFile::WriteOwner);
+    else
+        m_problem = QStringLiteral("can not be read: ") + file.errorString();
 }

@@ -3,23 +3,34 @@
 
 #pragma once
 
+#include <QString>
+#include <QStringList>
 #include <QTemporaryDir>
 
 /**
- * Puts a copy in the place of this process's settings, so that a configuration can be tried out
- * while the screen's own file stays as it is. The copy lacks the client's secret, lies in a folder
+ * Puts a copy in the place of the user's settings, so that they can be looked at, and a
+ * configuration tried out, while the screen's own files stay as they are. The copy lies in a folder
  * that only its owner can enter, and goes with this object.
  *
- * GUI thread; Config::instance() is another object afterwards.
+ * To be made before the first access to Config.
  */
 class ScratchSettings
 {
 public:
     ScratchSettings();
 
-    /** Whether the copy is in place; if not, nothing has changed, and it was logged. */
-    [[nodiscard]] bool isValid() const { return m_folder.isValid(); }
+    /** The user's own file; it need not exist. */
+    [[nodiscard]] QString fileName() const { return m_fileName; }
+    /** The files behind it that exist, the first counting most. */
+    [[nodiscard]] QStringList filesBehind() const { return m_filesBehind; }
+    /** What would keep the kiosk from reading its settings or keeping changes; empty if nothing. */
+    [[nodiscard]] QString problem() const { return m_problem; }
 
 private:
+    void copy(const QString &original, const QString &place);
+
     QTemporaryDir m_folder;
+    QString m_fileName;
+    QStringList m_filesBehind;
+    QString m_problem;
 };

@@ -16,7 +16,6 @@
 #include <QThread>
 
 #include <chrono>
-#include <pthread.h>
 #include <utility>
 
 using namespace std::chrono_literals;
@@ -51,10 +50,6 @@ Worker::~Worker()
 
 void Worker::init()
 {
-    // Slots of QThread::started run with cancellation disabled: without this a worker that blocks
-    // here could not even be terminated, and the program would never end.
-    pthread_setcancelstate(PTHREAD_CANCEL_ENABLE, nullptr);
-
     qDebug() << "Worker thread started." << QThread::currentThread();
     m_manager = new XNetworkAccessManager(this);
     m_credentials = new KCClientCredentials(m_manager, m_limits, this);

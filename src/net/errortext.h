@@ -7,6 +7,8 @@
 
 class QNetworkReply;
 
-/** The reply's error string, fit for log and screen: no password of its address, one line, short.
- */
+/** @p text as one line without control characters, of at most @p longest characters. */
+[[nodiscard]] QString printableLine(QString text, int longest);
+
+/** The reply's error string, fit for log and screen: no credentials, one line, short. */
 [[nodiscard]] QString errorText(const QNetworkReply &reply);

@@ -92,8 +92,9 @@ TokenAnswer parseTokenAnswer(const QByteArray &body)
         const QJsonValue value = object.value(key);
         return !value.isUndefined() && !value.isNull();
     };
-    if (isGiven(refreshToken))
-        answer.refreshToken = readString(object, refreshToken);
+    if (!isGiven(refreshToken))
+        return answer; // what stands beside it means nothing then
+    answer.refreshToken = readString(object, refreshToken);
     if (isGiven(refreshExpiresIn))
         answer.refreshExpiresIn = readInt(object, refreshExpiresIn);
     return answer;

@@ -8,7 +8,6 @@
 
 #include <atomic>
 #include <cxxabi.h>
-#include <pthread.h>
 #include <unistd.h>
 
 /** A worker that never comes back, in init() or in a slot that catches everything. */
@@ -27,7 +26,6 @@ public:
 private Q_SLOTS:
     void init()
     {
-        pthread_setcancelstate(PTHREAD_CANCEL_ENABLE, nullptr);
         if (m_blocksInSlot)
             QMetaObject::invokeMethod(this, "guardedSlot", Qt::QueuedConnection);
         else

@@ -109,7 +109,7 @@ private Q_SLOTS:
         QVERIFY(config->locationName().size() > 100000);
     }
 
-    void asksAgainAtOnceWhenAToldOfATokenTwice()
+    void asksAgainAtOnceWhenToldOfATokenTwice()
     {
         const Running running(makeWorker());
         Worker *worker = running.worker;

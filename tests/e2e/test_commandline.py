@@ -40,12 +40,14 @@ class CommandLine(unittest.TestCase):
         status, text = run(KIOSK, "--help")
         self.assertEqual(status, 0)
         self.assertIn("--check", text)
+        self.assertEqual(run(KIOSK, "--help-all"), (0, text))
         self.assertEqual(run(KIOSK, "--version"), (0, "Lumenboard 0.8.0\n"))
 
     def test_refuses_what_it_does_not_know(self):
-        status, text = run(KIOSK, "--frobnicate", **HEADLESS)
-        self.assertEqual(status, 1)
-        self.assertIn("frobnicate", text)
+        for wrong in (("--frobnicate",), ("--chekc", "-platform", "offscreen"), ("--check", "now")):
+            status, text = run(KIOSK, *wrong)
+            self.assertEqual(status, 1, text)
+            self.assertIn(wrong[-1 if wrong[-1] == "now" else 0].lstrip("-"), text)
 
     def test_check_finds_all_well(self):
         status, text = check(*WITHOUT_RECORDS)
@@ -63,10 +65,37 @@ class CommandLine(unittest.TestCase):
                 status, text = check(*WITHOUT_RECORDS, "--fault", option)
                 self.assertEqual(status, 1, text)
                 self.assertRegex(text, line)
+        status, text = run(KIOSK, "--check", LD_PRELOAD=HANGING_LOOKUP, **self.settings(
+            "clientId=a\nclientSecret=b\n"))
+        self.assertRegex(text, "FAILED +token")
         # Nobody listens there, and nothing but a connection is tried.
         status, text = check("--set", "attendanceLogUrl=http://127.0.0.1:9/")
         self.assertEqual(status, 1)
         self.assertRegex(text, "FAILED +attendance")
+
+    def settings(self, text, mode=0o600):
+        """Variables that lead a program to a settings file of its own."""
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        os.mkdir(f"{folder.name}/Kettlewood")
+        path = f"{folder.name}/Kettlewood/Lumenboard2.conf"
+        with open(path, "w", encoding="utf-8") as file:
+            file.write(text)
+        os.chmod(path, mode)
+        return {"XDG_CONFIG_HOME": folder.name, "XDG_CONFIG_DIRS": folder.name + "/none"}
+
+    def test_check_trusts_no_value_and_changes_none(self):
+        variables = self.settings(
+            "locationName=\"a\\x1b[31m\\nok      token: b\"\nquirlUrl=\"http://me:p@s/s@127.0.0.1:9\"\n"
+            "tallyxMode=1.5\nattendanceEnabled=maybe\n", mode=0o644)
+        status, text = run(KIOSK, "--check", **variables)
+        self.assertEqual(status, 1)
+        self.assertNotRegex(text, r"\x1b|^ok +token")
+        self.assertNotRegex(text, "p@s|s/s@")
+        self.assertRegex(text, r"(?m)^tallyxMode = \d \(stored: 1.5\)")
+        self.assertRegex(text, r"(?m)^attendanceEnabled = true \(stored: maybe\)")
+        path = variables["XDG_CONFIG_HOME"] + "/Kettlewood/Lumenboard2.conf"
+        self.assertEqual(os.stat(path).st_mode & 0o777, 0o644)
 
     def test_check_judges_by_what_the_service_sets(self):
         """A new screen has an address for nothing but schedule, tokens and configuration."""
@@ -76,7 +105,7 @@ class CommandLine(unittest.TestCase):
             self.assertEqual(status, 0, text)
             self.assertRegex(text, r"tallyxMode = 0 +\[configuration service\]")
             self.assertRegex(text, 'ok +schedule .* in "Großer Saal"')
-            self.assertIn(f"settings {home}/config/Kettlewood/Lumenboard2.conf\n", text)
+            self.assertIn(f"ok      settings {home}/config/Kettlewood/Lumenboard2.conf: read\n", text)
             with open(f"{home}/config/Kettlewood/Lumenboard2.conf", encoding="utf-8") as file:
                 self.assertNotIn("tallyxMode", file.read())
 

@@ -56,7 +56,7 @@ private Q_SLOTS:
         row("refresh token is a list", R"({"access_token":"a","expires_in":9,"refresh_token":[]})",
             R"("refresh_token" is not a string.)");
         row("refresh validity is text",
-            R"({"access_token":"a","expires_in":9,"refresh_expires_in":"0"})",
+            R"({"access_token":"a","expires_in":9,"refresh_token":"r","refresh_expires_in":"0"})",
             R"("refresh_expires_in" is not a number.)");
     }
 
