@@ -59,58 +59,39 @@ private Q_SLOTS:
                 QByteArray(day).replace(from, to),
                 line.arg(QString::fromLatin1(field), QString::fromLatin1(element)), left);
         };
-        const char *location = "location";
-        invalid("location id=\"3\"", "location", "id", location, nothing);
-        invalid("location id=\"3\"", "location id=\"0\"", "id", location, nothing);
-        invalid("3\" displayOrder=\"1\"", "3\" displayOrder=\"x\"", "displayOrder", location,
+        invalid("location id=\"3\"", "location id=\"0\"", "id", "location", nothing);
+        invalid("3\" displayOrder=\"1\"", "3\" displayOrder=\"x\"", "displayOrder", "location",
                 nothing);
-        invalid("<shortName>H1</shortName>", "", "shortName", location, nothing);
-        invalid("<name>Hall</name>", "<name/>", "name", location, nothing);
-        const char *audience = "audience";
+        invalid("<shortName>H1</shortName>", "", "shortName", "location", nothing);
+        invalid("<name>Hall</name>", "<name/>", "name", "location", nothing);
         const char *half = "0 events, 1 locations, 0 audiences";
-        invalid("audience id=\"5\"", "audience id=\"-5\"", "id", audience, half);
-        invalid("5\" displayOrder=\"1\"", "5\"", "displayOrder", audience, half);
-        invalid("<name>Group</name>", "", "name", audience, half);
+        invalid("audience id=\"5\"", "audience id=\"-5\"", "id", "audience", half);
+        invalid("5\" displayOrder=\"1\"", "5\"", "displayOrder", "audience", half);
+        invalid("<name>Group</name>", "", "name", "audience", half);
         const char *most = "0 events, 1 locations, 1 audiences";
         invalid("event id=\"7\"", "event", "id", "event", most);
-        invalid("event id=\"7\"", "event id=\"seven\"", "id", "event", most);
         invalid("<start>2024", "<start>x2024", "startTime", "event", most);
         invalid("<end>2024-05", "<end>2024-13", "endTime", "event", most);
         invalid("<locationId>3", "<locationId>abc", "locationId", "locationId", most);
-        invalid("<locationId>3", "<locationId>", "locationId", "locationId", most);
         invalid("<title>T</title>", "", "title", "event", most);
         invalid("<id>5</id>", "<id>5x</id>", "audience/id", "id", most);
-        invalid("<id>5</id>", "<id>0</id>", "audience/id", audience, most);
-        invalid("<id>5</id>", "", "audience/id", audience, most);
-        invalid("<mandatory>true</mandatory>", "", "audience/mandatory", audience, most);
-        invalid("<mandatory>true", "<mandatory>TRUE", "audience/mandatory", audience, most);
+        invalid("<id>5</id>", "", "audience/id", "audience", most);
+        invalid("<mandatory>true", "<mandatory>TRUE", "audience/mandatory", "audience", most);
 
-        const char *foreign = "this doesn't look like event data";
         const char *early = "Error reading event data: (4) ";
         const char *malformed = "Error reading event data: (3) ";
-        row("other root", QByteArray("<menu><schedule/></menu>"), foreign, nothing);
-        row("other case", QByteArray("<Schedule/>"), foreign, nothing);
-        row("html", QByteArray("<!DOCTYPE html><html><br></html>"), foreign, nothing);
-        row("empty", QByteArray(), early, nothing);
+        row("other root", QByteArray("<Schedule/>"), "this doesn't look like event data", nothing);
         row("declaration alone", QByteArray("<?xml version=\"1.0\"?>"), early, nothing);
         row("truncated", day.left(300), early, most);
         row("text", QByteArray("502 Bad Gateway"), malformed, nothing);
-        row("gzip", QByteArray("\x1f\x8b\x08\x00\x00\x00", 6), malformed, nothing);
         row("ampersand", QByteArray(day).replace("Hall", "A & B"), malformed, nothing);
         row("child in a text", QByteArray(day).replace("Hall", "<b>Hall</b>"),
             "Error reading event data: (1) ", nothing);
-        QByteArray bomb = "<!DOCTYPE schedule [<!ENTITY a \"aaaaaaaaaa\">";
-        for (char name = 'b'; name < 'k'; ++name) {
-            const QByteArray inner = QByteArray("&") + char(name - 1) + ';';
-            bomb += QByteArray("<!ENTITY ") + name + " \"" + inner.repeated(10) + "\">";
-        }
         const QByteArray spaces(3000, ' ');
         row("overlong tag", QByteArray(day).replace("<title>", "<title " + spaces + ">"),
             "Error reading event data: (2) a tag is too long (line ", nothing);
         row("much between tags",
             QByteArray(day).replace("<title>", "<!-- <" + spaces + "--><title>"), "", all);
-        row("entity bomb", bomb + "]>" + QByteArray(day).replace("Hall", "&j;"), malformed,
-            nothing);
     }
 
     void readsOrSaysWhyNot()
@@ -193,28 +174,6 @@ private Q_SLOTS:
         QVERIFY(withMore(QByteArray("<more>").repeated(100))->error());
         QVERIFY(!withMore(QByteArray("<more/>").repeated(5000))->error());
         QVERIFY(log().lines().size() < 1100);
-    }
-
-    void readsTimesAsQtDoes_data()
-    {
-        columns<QString>("time");
-        for (const char *time : { "2024-05-13T09:30:00.250", "2024-05-13T09:30:00Z",
-                                  "2024-05-13T09:30", "2024-05-13T24:00:00", "2024-03-31T02:30:00",
-                                  "2024-10-27T02:30:00", "9999-12-31T23:59:59-11:30" })
-            row(time, time);
-    }
-
-    void readsTimesAsQtDoes()
-    {
-        const QDateTime expected = QDateTime::fromString(at("time"), Qt::ISODate);
-        if (!expected.isValid()) // as it may be in the hour that is skipped in spring
-            log().expect("invalid or missing value for \"startTime\""_s);
-        const auto data = readSchedule(scheduleXml(eventXml(at("time"), at("time"))));
-        QCOMPARE(data->error(), !expected.isValid());
-        if (data->error())
-            return;
-        QCOMPARE(data->objects().events.first()->start(), expected);
-        QCOMPARE(data->objects().events.first()->end(), expected);
     }
 
     void speaksGermanLocalTime()
