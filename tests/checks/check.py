@@ -12,6 +12,7 @@ import sys
 import tempfile
 import tomllib
 import xml.etree.ElementTree as ElementTree
+from fnmatch import fnmatch
 from pathlib import Path
 
 ROOT = Path(__file__).resolve().parents[2]
@@ -64,19 +65,6 @@ def messages(path):
             yield key, (translation.get("type", "finished"), translation.text or "")
 
 
-FIXED_WORDINGS = {
-    ("LectureRoom", "Now"): "Jetzt",
-    ("LectureRoom", "Next"): "Nächste Veranstaltung",
-    ("LectureRoom", "Nothing is on right now."): "Im Augenblick keine Veranstaltung.",
-    ("LectureRoom", "No upcoming events."): "In nächster Zeit keine Veranstaltungen.",
-    ("EventDetail", "Mandatory for: %1"): "Pflicht für %1",
-    ("EventDetail", "Optional for: %1"): "Offen für %1",
-    ("EventSummary", "Mandatory for: %1"): "Pflicht für %1",
-    ("EventSummary", "Optional for: %1"): "Offen für %1",
-    ("Event", "%1 - %2"): "%1 - %2 Uhr",
-}
-
-
 @check
 def translations():
     lines = (ROOT / "scripts/i18n").read_text().splitlines()
@@ -87,32 +75,15 @@ def translations():
         yield run(*command[:-1], fresh, env={**os.environ, "QT_SELECT": "5"})
         wanted = dict(messages(fresh))
     present = dict(messages(committed))
-    for key in wanted.keys() - present.keys():
-        yield f"{key[:2]} is missing; run scripts/i18n"
-    for key in present.keys() - wanted.keys():
-        yield f"{key[:2]} is obsolete; run scripts/i18n"
+    for key in wanted.keys() ^ present.keys():
+        yield f"{key[:2]} is {'missing' if key in wanted else 'obsolete'}; run scripts/i18n"
     for key, (state, text) in present.items():
         if state != "finished" or not text:
             yield f"{key[:2]} is {state}: {text!r}"
         if sorted(re.findall("%[0-9n]", key[1])) != sorted(re.findall("%[0-9n]", text)):
             yield f"{key[:2]} has other place holders than {text!r}"
-    for (context, source), text in FIXED_WORDINGS.items():
-        if present.get((context, source, None), ("", ""))[1] != text:
-            yield f"{(context, source)} has to be {text!r}"
 
 
-def objects(text):
-    """The objects of a QML file: type, own lines, line number. The indentation tells what belongs to which."""
-    for match in re.finditer(r"^( *)(?=(?:\w+: )?(?:\w+\.)?([A-Z]\w*) (?:on \w+ )?\{\n((?:.*\n)*?)\1\})", text, re.M):
-        own = re.findall(rf"^{match[1]}    \S.*", match[3], re.M)
-        yield match[2], "\n".join(own), 1 + text.count("\n", 0, match.start())
-
-
-SHOWS_MARKUP = {"Text", "Label", "TextArea", "TextEdit"}
-# Their texts are taken for markup too, and no property of theirs turns that off.
-FIXED_TEXT_ONLY = {"Button", "ToolButton", "RoundButton", "TabButton", "DelayButton", "CheckBox",
-                   "RadioButton", "Switch", "MenuItem", "MenuBarItem", "ItemDelegate", "GroupBox",
-                   "ToolTip", "Action", "Dialog", "Page"}
 # Of what a person sees: a property or an assignment, and its value.
 VISIBLE = r"\b(?:text|title|placeholderText|message|property string \w+)\"?\s*(?::|\+?=)\s*(\{[^}]*\}|[^=\n].*)"
 STRING = r'"(?:\\.|[^"\\])*"'
@@ -120,22 +91,15 @@ STRING = r'"(?:\\.|[^"\\])*"'
 
 @check
 def qml_texts():
-    texts = {path: re.sub(r"(?<!:)//.*", "", (ROOT / path).read_text())
-             for path in sorted(files("qml", suffixes={".qml"}))}
-    bases = {path.stem: next(objects(text))[0] for path, text in texts.items()}
-    for path, text in texts.items():
+    for path in sorted(files("qml", suffixes={".qml"})):
+        text = re.sub(r"(?<!:)//.*", "", (ROOT / path).read_text())
         line = lambda match: 1 + text.count("\n", 0, match.start())
         for found in re.finditer(r"\bconsole\.\w+", text):
             yield f"{path}:{line(found)}: {found[0]}"
-        for kind, own, number in objects(text):
-            if kind in SHOWS_MARKUP and not re.search(r"\btextFormat: \w+\.PlainText\b", own):
-                yield f"{path}:{number}: {kind} without textFormat: Text.PlainText"
-            while kind in bases:
-                kind = bases[kind]
-            for name, value in re.findall(r"^ *(placeholderText|title|text): (.*)", own, re.M):
-                fixed = re.fullmatch(r'(?:qsTr\()?"[^"]*"\)?', value)
-                if (kind in FIXED_TEXT_ONLY or name == "placeholderText") and not fixed:
-                    yield f"{path}:{number}: {kind} takes for markup what comes from outside: {value}"
+        # The first line of the object; what belongs to it is indented deeper.
+        for found in re.finditer(r"^( *)(?:\w+: )?(?:Text|Label|TextArea|TextEdit) \{\n(?:\1 .*\n|\n)*", text, re.M):
+            if not re.search(r"\btextFormat: \w+\.PlainText\b", found[0]):
+                yield f"{path}:{line(found)}: markup would be interpreted"
         for found in re.finditer(VISIBLE, text):
             # Format strings of the locale are no words, nor are escapes and single letters.
             rest = re.sub(r"(qsTr|toLocale\w+|formatDateTime)\([^)]*\)", "", found[1])
@@ -147,8 +111,7 @@ def qml_texts():
 def resources():
     listed = {f"qml/{each.text}" for each in ElementTree.parse(ROOT / "qml/qml.qrc").iter("file")}
     present = {str(each) for each in files("qml")} - {"qml/qml.qrc", "qml/CMakeLists.txt"}
-    yield from (f"{each} is not in qml.qrc" for each in present - listed)
-    yield from (f"{each} is in qml.qrc only" for each in listed - present)
+    yield from (f"{each} is not in qml.qrc" for each in present - listed)  # rcc tells the reverse
     for each in sorted(present):
         folder, name = os.path.split(each)
         qmldir = ROOT / folder / "qmldir"
@@ -156,22 +119,16 @@ def resources():
             yield f"{each} is not in its qmldir"
 
 
-def covered_by(pattern):
-    """A path pattern of REUSE.toml: one star stops at a slash."""
-    parts = {"**": ".*", "*": "[^/]*"}
-    return re.compile("".join(parts.get(each) or re.escape(each) for each in re.split(r"(\*\*|\*)", pattern)))
-
-
 @check
 def licences():
     tags = (b"SPDX-FileCopyrightText: ", b"SPDX-License-Identifier: ")
     annotations = tomllib.loads((ROOT / "REUSE.toml").read_text())["annotations"]
-    patterns = [covered_by(path) for each in annotations for path in each["path"]]
+    patterns = [path for each in annotations for path in each["path"]]
     for path in files("."):
         if path.name == "LICENSE" or path.parts[0] == "LICENSES":
             continue
         head = (ROOT / path).read_bytes()[:1000]
-        if not all(tag in head for tag in tags) and not any(each.fullmatch(str(path)) for each in patterns):
+        if not all(tag in head for tag in tags) and not any(fnmatch(str(path), each) for each in patterns):
             yield f"{path} tells no licence and is not in REUSE.toml"
     used = {each["SPDX-License-Identifier"] for each in annotations}
     yield from (f"LICENSES has no {each}" for each in used if not (ROOT / f"LICENSES/{each}.txt").exists())
