@@ -5,6 +5,7 @@
 #include "app/inputeventmonitor.h"
 #include "app/quickwindow.h"
 #include "app/terminationsignals.h"
+#include "app/testnotification.h"
 #include "app/windowpass.h"
 #include "support/testcase.h"
 
@@ -35,9 +36,7 @@ private Q_SLOTS:
         const auto window = makeWindow();
         QTimer *refresh = window->refreshTimer();
         QTimer *inactivity = window->inactivityTimer();
-        for (const QTimer *timer : { refresh, inactivity })
-            QVERIFY(timer->isSingleShot() && timer->timerType() == Qt::PreciseTimer
-                    && !timer->isActive());
+        QVERIFY(refresh->isSingleShot() && inactivity->isSingleShot());
         QCOMPARE(inactivity->interval(), 60000);
         inactivity->start();
         const QSignalSpy resets(LBAPI::instance(), &LBAPI::reset);
@@ -88,16 +87,28 @@ private Q_SLOTS:
     void togglesTheCursor()
     {
         const auto window = makeWindow();
-        QuickWindow::applyHideMouseCursor(Config::instance()->hideMouseCursor());
+        QuickWindow::applyHideMouseCursor(true);
         const QString before = settings::own();
-        QVERIFY(QGuiApplication::overrideCursor());
-        QVERIFY(press(*window, Qt::Key_F12, Qt::ShiftModifier));
+        press(*window, Qt::Key_F12, Qt::ShiftModifier);
         QVERIFY(!QGuiApplication::overrideCursor());
         QVERIFY(settings::own().contains("hideMouseCursor=false"_s));
         press(*window, Qt::Key_F12, Qt::ShiftModifier);
         QVERIFY(QGuiApplication::overrideCursor());
         QCOMPARE(settings::own(), before);
         QuickWindow::applyHideMouseCursor(false);
+    }
+
+    void hearsTouchesAndClicksOnly()
+    {
+        InputEventMonitor monitor;
+        const QSignalSpy inputs(&monitor, &InputEventMonitor::inputEvent);
+        for (int type = QEvent::None; type < QEvent::User; ++type) {
+            QEvent event(static_cast<QEvent::Type>(type));
+            const int before = inputs.count();
+            QVERIFY2(!monitor.eventFilter(this, &event), "an event was consumed");
+            const bool isInput = type == QEvent::MouseButtonPress || type == QEvent::TouchBegin;
+            QCOMPARE(inputs.count() - before, isInput ? 1 : 0);
+        }
     }
 
     void showsOrSwallows()
@@ -112,17 +123,41 @@ private Q_SLOTS:
         QCOMPARE(LBAPI::instance()->notifications()->length(), 1);
     }
 
+    void makesTestNotificationsWithinBounds()
+    {
+        QMap<QString, QSet<int>> seen;
+        for (int i = 0; i < 3000; ++i) {
+            const std::unique_ptr<Notification> n(makeTestNotification());
+            seen["type"_s].insert(n->type());
+            seen["title"_s].insert(n->title().size());
+            for (const QString &word : n->message().split(QLatin1Char('\n')))
+                seen["word"_s].insert(word.size());
+            seen["buttons"_s].insert(n->buttons().size());
+            for (const NotificationButton *button : n->buttons())
+                seen["button"_s].insert(button->text().size());
+            if (n->timeout() > 0)
+                seen["seconds"_s].insert(int(n->timeout()) / 1000);
+            QVERIFY(n->timeout() > 0 || !n->isTimeoutCancelable());
+        }
+        QString bounds;
+        for (auto values = seen.cbegin(); values != seen.cend(); ++values) {
+            const auto [least, most] = std::minmax_element(values->cbegin(), values->cend());
+            bounds += "%1 %2..%3, "_s.arg(values.key()).arg(*least).arg(*most);
+        }
+        QCOMPARE(
+            bounds,
+            "button 3..10, buttons 0..3, seconds 5..9, title 1..10, type 0..4, word 5..15, "_s);
+    }
+
     void placesTheWindow()
     {
         const auto window = makeWindow();
         window->show();
-        QVERIFY(press(*window, Qt::Key_F11));
-        QCOMPARE(window->windowState(), Qt::WindowFullScreen);
-        QVERIFY(press(*window, Qt::Key_F11));
-        QCOMPARE(window->windowState(), Qt::WindowNoState);
-
         const QRect available = window->screen()->availableGeometry();
-        press(*window, Qt::Key_F11);
+        for (const auto state : { Qt::WindowFullScreen, Qt::WindowNoState, Qt::WindowFullScreen }) {
+            QVERIFY(press(*window, Qt::Key_F11));
+            QCOMPARE(window->windowState(), state);
+        }
         QVERIFY(press(*window, Qt::Key_F11, Qt::AltModifier));
         QCOMPARE(window->windowState(), Qt::WindowNoState);
         QCOMPARE(window->geometry(),
