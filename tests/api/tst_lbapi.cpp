@@ -39,31 +39,18 @@ class TestLbapi : public TestCase
     Q_OBJECT
 
 private Q_SLOTS:
-    void alwaysHasASchedule()
-    {
-        services();
-        LBAPI *api = LBAPI::instance();
-        const QSignalSpy changes(api, &LBAPI::eventDataChanged);
-        const EventData *first = api->eventData();
-        QVERIFY(settles());
-        QCOMPARE(api->eventData(), first);
-        QCOMPARE(services().requestCount(Route::Schedule), 1);
-        QCOMPARE(changes.count(), 0);
-        delete first;
-        QVERIFY(api->eventData());
-    }
-
     void replacesScheduleByTheNextGoodOne()
     {
         services().setFault(Route::Schedule, Fault::Empty);
         log().expect("Error reading event data"_s);
         LBAPI *api = LBAPI::instance();
+        const QSignalSpy changes(api, &LBAPI::eventDataChanged);
         const QPointer<EventData> failed = api->eventData();
         QVERIFY(settles());
         QVERIFY(failed && failed == api->eventData() && failed->error());
+        QCOMPARE(changes.count(), 0);
 
         services().clearFaults();
-        const QSignalSpy changes(api, &LBAPI::eventDataChanged);
         api->refreshEventData();
         QCOMPARE(api->eventData(), failed);
         QVERIFY(settles());
@@ -78,15 +65,47 @@ private Q_SLOTS:
         QVERIFY(settles());
         QCOMPARE(api->eventData(), good);
         QCOMPARE(changes.count(), 1);
+        QCOMPARE(services().requestCount(Route::Schedule), 3);
+        delete good;
+        QVERIFY(api->eventData());
+    }
 
-        QMetaObject::invokeMethod(api->findChild<QTimer *>("scheduleExpiry"_s), "timeout");
-        QVERIFY(api->scheduleAsOf().startsWith("As of "_s));
-        const QSignalSpy ages(api, &LBAPI::scheduleAsOfChanged);
+    void tellsTheAgeOfAnOldSchedule()
+    {
+        services();
+        settings::set("refreshInterval"_s, 30);
+        LBAPI *api = LBAPI::instance();
+        const QSignalSpy changes(api, &LBAPI::scheduleAsOfChanged);
+        auto *age = api->findChild<ScheduleAge *>();
+        auto *expiry = api->findChild<QTimer *>("scheduleExpiry"_s);
+        age->noteFailedRead();
+        QVERIFY(!expiry->isActive());
+        QVERIFY(api->eventData() && settles());
+        QVERIFY(expiry->isActive());
+        QVERIFY(expiry->interval() >= 60000 && expiry->interval() < 90000);
+        const QDateTime today(QDate::currentDate(), QTime(10, 5));
+        age->noteGoodRead(today);
+        age->noteFailedRead();
+        QCOMPARE(api->scheduleAsOf(), ""_s);
+        QCOMPARE(changes.count(), 0);
+
+        QMetaObject::invokeMethod(expiry, "timeout");
+        QCOMPARE(api->scheduleAsOf(), "As of 10:05"_s);
+        services().setFault(Route::Schedule, Fault::Empty);
+        log().expect("Error reading event data"_s);
+        api->refreshEventData();
+        QVERIFY(settles());
+        QCOMPARE(changes.count(), 2);
         services().clearFaults();
         api->refreshEventData();
         QVERIFY(settles());
         QCOMPARE(api->scheduleAsOf(), ""_s);
-        QCOMPARE(ages.count(), 1);
+        QCOMPARE(changes.count(), 3);
+
+        age->noteGoodRead(today.addDays(-1));
+        QMetaObject::invokeMethod(expiry, "timeout");
+        QCOMPARE(api->scheduleAsOf(),
+                 "As of %1, 10:05"_s.arg(today.addDays(-1).toString("dd.MM.yy"_s)));
     }
 
     void installsEachOfSeveralRefreshes()
@@ -161,17 +180,15 @@ private Q_SLOTS:
     void knowsWhetherTheInactivityTimerRuns()
     {
         LBAPI *api = LBAPI::instance();
-        QCOMPARE(api->inactivityTimerRemaining(), -1);
         auto timer = std::make_unique<QTimer>();
         api->setInactivityTimer(timer.get());
-        QCOMPARE(api->inactivityTimerRemaining(), -1);
         timer->start(60000);
         QVERIFY(api->inactivityTimerRemaining() > 50000);
         timer.reset();
         QCOMPARE(api->inactivityTimerRemaining(), -1);
     }
 
-    void takesNotificationsOfAWorker()
+    void takesNotificationsOfTheCallingThread()
     {
         LBAPI *api = LBAPI::instance();
         const std::unique_ptr<QThread> worker(QThread::create([api] {
@@ -191,17 +208,14 @@ private Q_SLOTS:
         QCOMPARE(newest->thread(), api->thread());
         QCOMPARE(newest->parent(), api);
         QVERIFY(newest->remainingTime() > 0);
-    }
 
-    void refusesNotificationsOfAThirdThread()
-    {
-        QThread other;
-        Notification n;
-        n.moveToThread(&other);
+        QThread third;
+        Notification ofThird;
+        ofThird.moveToThread(&third);
         log().expect("Cannot move Notification living in QThread("_s);
-        LBAPI::instance()->addNotification(&n);
-        QCOMPARE(LBAPI::instance()->notifications()->length(), 0);
-        QCOMPARE(n.thread(), &other);
+        api->addNotification(&ofThird);
+        QCOMPARE(api->notifications()->length(), 2);
+        QCOMPARE(ofThird.thread(), &third);
     }
 
     void keepsARemovedNotificationForASecond()
