@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 import QtQuick 2.15
-import "qrc:/qml/common"
 import "qrc:/qml/common/Style.js" as S
 
 LumenboardCase {
@@ -11,13 +10,10 @@ LumenboardCase {
     function test_circleFraction_data() {
         return [
             { tag: "below", min: 10, max: 20, value: 5, fraction: 0 },
-            { tag: "at the start", min: 10, max: 20, value: 10, fraction: 0 },
             { tag: "within", min: 10, max: 20, value: 12.5, fraction: 0.25 },
-            { tag: "at the end", min: 10, max: 20, value: 20, fraction: 1 },
             { tag: "above", min: 10, max: 20, value: 25, fraction: 1 },
             { tag: "no span", min: 0, max: 0, value: 0, fraction: 0 },
-            { tag: "negative span, between", min: 20, max: 10, value: 15, fraction: 0 },
-            { tag: "negative span, below both", min: 20, max: 10, value: 5, fraction: 0 },
+            { tag: "negative span", min: 20, max: 10, value: 15, fraction: 0 },
         ];
     }
 
@@ -33,7 +29,6 @@ LumenboardCase {
             { tag: "nothing reached", change: { currentValue: 0 }, seen: "cccc" },
             { tag: "all", change: { currentValue: 100 }, seen: "rrrr" },
             { tag: "from the right", change: { startAngle: 0 }, seen: "crrc" },
-            { tag: "half of half a turn", change: { angleDelta: Math.PI }, seen: "rcnn" },
             { tag: "negative sweep", change: { angleDelta: -Math.PI }, seen: "rcnn" },
             { tag: "a quarter, anticlockwise", change: { anticlockwise: true, currentValue: 25 }, seen: "cccr" },
         ];
@@ -57,8 +52,7 @@ LumenboardCase {
         const bar = make("elements/VScrollbar.qml", { visibleAreaRatio: 0.5, visibleAreaY: 0.25 });
         const handle = find(bar, item => item.radius > 0);
         compare([bar.x, bar.y, bar.width, bar.height], [1270, 0, 10, 800]);
-        compare([handle.x, handle.y, handle.width, handle.height], [0, 200, 10, 400]);
-        compare(bar.opacity, 0);
+        compare([handle.x, handle.y, handle.width, handle.height, bar.opacity], [0, 200, 10, 400, 0]);
         bar.moving = true;
         verify(bar.opacity < 0.5);
         tryCompare(bar, "opacity", 0.5);
@@ -76,10 +70,6 @@ LumenboardCase {
             { tag: "relative", style: font(2.5, S.RelSize), font: { pointSize: 25 } },
             { tag: "further members", style: font(0, S.NoSize, undefined, { underline: true, family: "Abc" }), font: { underline: true, family: "Abc" } },
             { tag: "colour alone", style: new S.TextStyle("#ff0000"), color: "#ff0000", font: { pixelSize: plainSize } },
-            { tag: "room name", style: Style.eoLocationName, color: "#ffffff", font: { pointSize: 24, weight: Font.Bold, family: "Bandolino" } },
-            { tag: "time", style: Style.dvTime, color: "#ffffff", font: { pointSize: 140, weight: Font.Bold, family: "MavenPro" } },
-            { tag: "heading", style: Style.edHeading, color: "#ffffff", font: { pointSize: 25, weight: Font.DemiBold, underline: true } },
-            { tag: "title", style: Style.edTitle, color: "#93b1bb", font: { pointSize: 24, weight: Font.Bold } },
         ];
     }
 

@@ -30,16 +30,14 @@ LumenboardCase {
 
     /** Taps @p item and returns what @p notification then said of the signal. */
     function tap(item, notification, signalName) {
-        const spy = createTemporaryQmlObject("import QtTest 1.15; SignalSpy {}", root);
+        const spy = createTemporaryQmlObject(`import QtTest 1.15; SignalSpy { signalName: "${signalName}" }`, root);
         spy.target = notification;
-        spy.signalName = signalName;
         mouseClick(item);
         return spy;
     }
 
     function test_controls_data() {
         return [
-            { tag: "none", set: {}, shown: [] },
             { tag: "close", set: { closable: true }, shown: ["close"], signalName: "removed" },
             { tag: "confirm", set: { confirmable: true }, shown: ["confirm"], signalName: "confirmed" },
             { tag: "cancel", set: { cancelable: true }, shown: ["cancel"], signalName: "canceled" },
@@ -91,9 +89,7 @@ LumenboardCase {
             addButton(notification, { text: text, icon: "qrc:/fa/sign-in.svg" });
         const found = extraButtons().sort((a, b) => a.mapToItem(card, 0, 0).x - b.mapToItem(card, 0, 0).x);
         compare(found.map(each => readable(each)[0]), ["Kommen", "Gehen", "Pause"]);
-        const clicks = tap(found[1], notification, "buttonClicked");
-        compare(clicks.count, 1);
-        compare(clicks.signalArguments[0][0], 1);
+        compare(tap(found[1], notification, "buttonClicked").signalArguments.map(each => each[0]), [1]);
     }
 
     function test_extraButtonIgnoresTaps_data() {
@@ -111,7 +107,6 @@ LumenboardCase {
     function test_extraButtonGlowsWhileFlashing() {
         const button = addButton(show({}), { text: "Kommen" });
         const glow = find(card, item => item.glowRadius === 15);
-        compare(glow.opacity, 0);
         button.flashing = true;
         tryVerify(() => glow.opacity > 0.6);
         tryVerify(() => glow.opacity < 0.4);
