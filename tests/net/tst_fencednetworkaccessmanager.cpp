@@ -44,10 +44,9 @@ private Q_SLOTS:
         columns<QString, QString, Fault, int, QString>("service", "host", "fault", "padding",
                                                        "line");
         const char *number = "127.0.0.1";
-        const char *name = "localhost";
         row("service", number, number, Fault::None, 0, "");
-        row("service by name", name, name, Fault::None, 0, "");
-        row("foreign host", number, name, Fault::None, 0, "Refusing request of the user interface");
+        row("foreign host", number, "localhost", Fault::None, 0,
+            "Refusing request of the user interface");
         row("redirect", number, number, Fault::Redirect, 0, "TooManyRedirectsError");
         row("not found", number, number, Fault::NotFound, 0, "ContentNotFoundError");
         row("hanging", number, number, Fault::Hang, 0, "after its time limit");

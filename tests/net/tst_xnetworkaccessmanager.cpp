@@ -81,14 +81,11 @@ private Q_SLOTS:
     {
         XNetworkAccessManager manager;
         FakeReply reply(QUrl("https://plenar.example/a"_s));
-        QStringList expected { "SSL errors for QUrl(\"https://plenar.example/a\")"_s };
-        QList<QSslError> errors;
-        for (const auto code : { QSslError::CertificateExpired, QSslError::HostNameMismatch }) {
-            errors.append(QSslError(code));
-            expected.append("\"%1\""_s.arg(errors.last().errorString()));
-        }
-        for (const QString &line : qAsConst(expected))
-            log().expect(line);
+        const QList<QSslError> errors { QSslError(QSslError::CertificateExpired),
+                                        QSslError(QSslError::HostNameMismatch) };
+        log().expect("SSL errors for QUrl(\"https://plenar.example/a\")"_s);
+        for (const QSslError &error : errors)
+            log().expect(error.errorString());
         Q_EMIT manager.sslErrors(&reply, errors);
         QCOMPARE(log().lines().size(), 3);
     }

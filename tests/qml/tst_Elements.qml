@@ -29,7 +29,7 @@ LumenboardCase {
             { tag: "nothing reached", change: { currentValue: 0 }, seen: "cccc" },
             { tag: "all", change: { currentValue: 100 }, seen: "rrrr" },
             { tag: "from the right", change: { startAngle: 0 }, seen: "crrc" },
-            { tag: "negative sweep", change: { angleDelta: -Math.PI }, seen: "rcnn" },
+            { tag: "half of half a turn", change: { angleDelta: Math.PI }, seen: "rcnn" },
             { tag: "a quarter, anticlockwise", change: { anticlockwise: true, currentValue: 25 }, seen: "cccr" },
         ];
     }
