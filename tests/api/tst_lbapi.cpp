@@ -12,14 +12,6 @@
 
 using namespace simulator;
 
-/** A day with one event in location 3, which starts @p startMs from now. */
-static QByteArray day(int startMs)
-{
-    const QDateTime start = QDateTime::currentDateTime().addMSecs(startMs);
-    return scheduleXml(
-        eventXml(start.toString(Qt::ISODateWithMs), start.addDays(1).toString(Qt::ISODate)));
-}
-
 /** Holds all that a view can, and makes a notification of its own. */
 static constexpr auto view = R"(
     import QtQml 2.15
@@ -129,7 +121,7 @@ private Q_SLOTS:
 
     void followsTheClockAtTheLocation()
     {
-        services().setSchedule(day(800));
+        services().setSchedule(daySoon(800, 60000));
         settings::set("plenarLocationId"_s, at<int>("idAtFirst"));
         LBAPI *api = LBAPI::instance();
         QVERIFY(api->eventData());

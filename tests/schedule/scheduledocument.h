@@ -30,3 +30,11 @@ inline QByteArray scheduleXml(const QByteArray &events)
         <name>Hall</name></location></locations><events>)"
         + events + "</events></schedule>";
 }
+
+/** The same with one event, which lasts from @p startMs to @p endMs from now. */
+inline QByteArray daySoon(int startMs, int endMs)
+{
+    const QDateTime now = QDateTime::currentDateTime();
+    return scheduleXml(eventXml(now.addMSecs(startMs).toString(Qt::ISODateWithMs),
+                                now.addMSecs(endMs).toString(Qt::ISODateWithMs)));
+}

@@ -43,7 +43,7 @@ private Q_SLOTS:
 
     void followsTheClock()
     {
-        const auto data = daySoon(200, 500);
+        const auto data = readSchedule(daySoon(200, 500));
         EventLocation *location = data->location(3);
         QSignalSpy changes(location, &EventLocation::eventsChanged);
         EventBoundaryTimer timer;
@@ -59,7 +59,7 @@ private Q_SLOTS:
 
     void looksAtTheClockWhileItWaits()
     {
-        auto data = daySoon(3600000, 7200000);
+        auto data = readSchedule(daySoon(3600000, 7200000));
         const QSignalSpy changes(data->location(3), &EventLocation::eventsChanged);
         EventBoundaryTimer boundary;
         boundary.watch(data->location(3));
@@ -73,15 +73,6 @@ private Q_SLOTS:
         QVERIFY(!timer->isActive());
         boundary.watch(nullptr);
         QVERIFY(!timer->isActive());
-    }
-
-private:
-    /** One event, which lasts from @p startMs to @p endMs from now. */
-    static std::unique_ptr<EventData> daySoon(int startMs, int endMs)
-    {
-        const QDateTime now = QDateTime::currentDateTime();
-        return readSchedule(scheduleXml(eventXml(now.addMSecs(startMs).toString(Qt::ISODateWithMs),
-                                                 now.addMSecs(endMs).toString(Qt::ISODateWithMs))));
     }
 };
 
