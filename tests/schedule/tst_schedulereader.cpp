@@ -40,15 +40,10 @@ private Q_SLOTS:
         for (const char *before : { "<locations>", "</locations>", "<shortName>", "</location>",
                                     "<name>Group", "<events>", "<event id", "<start>", "<speaker>",
                                     "<audience><id>", "<id>", "<mandatory>", "</events>" }) {
-            const QByteArray tag = "<more a='1'>";
-            const int at = day.indexOf(before);
-            const int line = day.left(at).count('\n') + 1;
-            const int column = at - day.lastIndexOf('\n', at - 1) - 1 + tag.size();
+            const QByteArray more = "<more a='1'><title>X</title><event id='x'/></more>";
             row(qPrintable("more before %1"_s.arg(QString::fromLatin1(before))),
-                QByteArray(day).insert(at, tag + "<title>X</title><event id='x'/></more>"),
-                "Event data: ignoring unexpected element \"more\" at line %1, column %2"_s.arg(line)
-                    .arg(column),
-                all);
+                QByteArray(day).insert(day.indexOf(before), more),
+                "Event data: ignoring unexpected element \"more\" at line ", all);
         }
 
         const auto invalid = [](const char *from, const char *to, const char *field,
