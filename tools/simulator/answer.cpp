@@ -61,12 +61,29 @@ Answer jsonAnswer(int status, const QJsonObject &object)
     return { status, "application/json", QJsonDocument(object).toJson(QJsonDocument::Compact) };
 }
 
-Answer spoiled(Answer answer, Fault fault, const RouteHandler &handler, const QString &path,
+bool letsRequestsThrough(Fault fault)
+{
+    switch (fault) {
+    case Fault::CaptivePortal:
+    case Fault::Redirect:
+    case Fault::NotFound:
+    case Fault::ServerError:
+    case Fault::Refuse:
+    case Fault::WrongCredentials:
+        return false;
+    default:
+        return true;
+    }
+}
+
+Answer spoiled(Answer answer, Fault fault, RouteHandler &handler, const QString &path,
                const RecordedRequest &request)
 {
     switch (fault) {
     case Fault::None:
     case Fault::Hang:
+    case Fault::Slow:
+    case Fault::Refuse:
         break;
     case Fault::Empty:
         answer.body.clear();

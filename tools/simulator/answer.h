@@ -8,6 +8,7 @@
 #include <QByteArray>
 #include <QJsonObject>
 
+#include <functional>
 #include <map>
 
 namespace simulator {
@@ -26,17 +27,23 @@ struct Answer
     QByteArray body;
     std::map<QByteArray, QByteArray> headers {};
     Delivery delivery = Delivery::Whole;
+    /// What the request changes at the service; not called if a fault keeps the request from it.
+    std::function<void()> takeEffect {};
 };
 
 /// A short answer in plain text; a line end is added.
 [[nodiscard]] Answer textAnswer(int status, const QString &text);
 [[nodiscard]] Answer jsonAnswer(int status, const QJsonObject &object);
 
+/// Whether the service gets the request all the same, so that only the answer suffers.
+[[nodiscard]] bool letsRequestsThrough(Fault fault);
+
 /**
- * What becomes of a good answer under a fault. Hang changes nothing, since it is a matter of when.
+ * What becomes of a good answer under a fault. Hang and Slow change nothing, since they are a
+ * matter of when, nor does Refuse, under which there is none.
  * @param path the path that was asked for, which a redirect leads away from
  */
-[[nodiscard]] Answer spoiled(Answer answer, Fault fault, const RouteHandler &handler,
-                             const QString &path, const RecordedRequest &request);
+[[nodiscard]] Answer spoiled(Answer answer, Fault fault, RouteHandler &handler, const QString &path,
+                             const RecordedRequest &request);
 
 } // namespace simulator

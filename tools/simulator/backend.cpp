@@ -172,24 +172,27 @@ void Backend::serve(Service &service, const httplib::Request &request, RecordedR
     const QString subject
         = QStringLiteral("%1 %2: ").arg(QString::fromLatin1(record.method), record.path);
     const bool moved = path != record.path;
-    const QString complaint = impropriety(request, record);
-    Answer answer
-        = complaint.isEmpty() ? service.handler->answer(path, record) : textAnswer(400, complaint);
-    record.accepted = answer.status < 300;
-
     Fault fault = Fault::None;
     int switches = 0;
+    QDeadlineTimer until(QDeadlineTimer::Forever);
     {
         const std::lock_guard lock(m_mutex);
-        if (record.accepted && !moved)
-            fault = service.fault;
+        fault = moved ? Fault::None : service.fault;
         switches = service.switches;
-        service.requests.append(record);
+        if (fault == Fault::Slow)
+            until = QDeadlineTimer(m_dripInterval);
     }
+    Answer answer = take(service, request, record, path, fault);
 
-    if (fault == Fault::Hang) {
-        m_announce(subject + QStringLiteral("hangs"));
-        if (!hold(service, switches)) {
+    if (fault == Fault::Refuse) {
+        m_announce(subject + QStringLiteral("the connection is refused"));
+        HttpServer::currentConnection().abort();
+        return;
+    }
+    if (fault == Fault::Hang || fault == Fault::Slow) {
+        m_announce(subject
+                   + (fault == Fault::Hang ? QStringLiteral("hangs") : QStringLiteral("waits")));
+        if (!hold(service, switches, until)) {
             HttpServer::currentConnection().abort();
             return;
         }
@@ -209,6 +212,25 @@ void Backend::serve(Service &service, const httplib::Request &request, RecordedR
             return drip(service, switches, left);
         };
     send(answer, gate, response);
+}
+
+Answer Backend::take(Service &service, const httplib::Request &request, RecordedRequest &record,
+                     const QString &path, Fault &fault)
+{
+    Answer answer;
+    if (fault != Fault::Refuse) {
+        const QString complaint = impropriety(request, record);
+        answer = complaint.isEmpty() ? service.handler->answer(path, record)
+                                     : textAnswer(400, complaint);
+        record.accepted = answer.status < 300;
+        if (!record.accepted)
+            fault = Fault::None;
+        else if (answer.takeEffect && letsRequestsThrough(fault))
+            answer.takeEffect();
+    }
+    const std::lock_guard lock(m_mutex);
+    service.requests.append(record);
+    return answer;
 }
 
 Answer Backend::control(const RecordedRequest &request)
@@ -234,13 +256,18 @@ Answer Backend::control(const RecordedRequest &request)
                                : textAnswer(503, QStringLiteral("The simulator ends"));
 }
 
-bool Backend::hold(const Service &service, int switches)
+bool Backend::hold(const Service &service, int switches, QDeadlineTimer until)
 {
     const Connection &connection = HttpServer::currentConnection();
     std::unique_lock lock(m_mutex);
     const auto released = [&] { return m_stopping || service.switches != switches; };
-    // A request that the other side gave up must not occupy its worker thread any longer.
-    while (!m_changed.wait_for(lock, hangCheckInterval, released)) {
+    while (!until.hasExpired()) {
+        // A request that the other side gave up must not occupy its worker thread any longer.
+        const auto wait = until.isForever()
+            ? hangCheckInterval
+            : std::min(hangCheckInterval, std::chrono::milliseconds(until.remainingTime()));
+        if (m_changed.wait_for(lock, wait, released))
+            break;
         if (connection.peerHasGone())
             return false;
     }

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "simulator/attendanceroute.h"
 #include "simulator/configurationroute.h"
 #include "simulator/enums.h"
 #include "simulator/httpserver.h"
@@ -10,6 +11,7 @@
 #include "simulator/scheduleroute.h"
 #include "simulator/tokenroute.h"
 
+#include <QDeadlineTimer>
 #include <QVector>
 
 #include <array>
@@ -48,6 +50,7 @@ public:
 
     [[nodiscard]] ScheduleRoute &schedule() { return m_schedule; }
     [[nodiscard]] ConfigurationRoute &configuration() { return m_configuration; }
+    [[nodiscard]] const AttendanceRoute &attendance() const { return m_attendance; }
 
     void setFault(Route route, Fault fault);
     [[nodiscard]] Fault fault(Route route) const;
@@ -68,10 +71,14 @@ private:
     void handle(const httplib::Request &request, httplib::Response &response);
     void serve(Service &service, const httplib::Request &request, RecordedRequest record,
                const QString &path, httplib::Response &response);
+    /// Shows the request to the service and records it.
+    /// @param fault is over for a request that the service refuses itself
+    [[nodiscard]] Answer take(Service &service, const httplib::Request &request,
+                              RecordedRequest &record, const QString &path, Fault &fault);
     [[nodiscard]] Answer control(const RecordedRequest &request);
-    /// Keeps a hanging request until the fault is switched (true), the server stops or the other
-    /// side gives up (false).
-    [[nodiscard]] bool hold(const Service &service, int switches);
+    /// Keeps a request until the fault is switched or the time is over (true), or until the server
+    /// stops or the other side gives up (false).
+    [[nodiscard]] bool hold(const Service &service, int switches, QDeadlineTimer until);
     /// Lets one drip interval pass. Returns how many of the bytes left may go then, 0 to end.
     [[nodiscard]] size_t drip(const Service &service, int switches, size_t left);
 
@@ -87,6 +94,7 @@ private:
     ScheduleRoute m_schedule;
     TokenRoute m_tokens;
     ConfigurationRoute m_configuration { m_tokens };
+    AttendanceRoute m_attendance;
     std::unique_ptr<HttpServer> m_server;
 
     mutable std::mutex m_mutex; ///< guards everything below
@@ -94,10 +102,11 @@ private:
     bool m_stopping = false;
     std::chrono::milliseconds m_dripInterval = std::chrono::seconds(10);
     /// In the order of Route. A new service is an enumerator, a handler above and a row here.
-    std::array<Service, 3> m_services { {
+    std::array<Service, 4> m_services { {
         { &m_schedule },
         { &m_tokens },
         { &m_configuration },
+        { &m_attendance },
     } };
 };
 

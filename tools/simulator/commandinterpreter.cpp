@@ -36,7 +36,7 @@ const QVector<CommandInterpreter::Command> &CommandInterpreter::commands()
         { "schedule", "FILE|default", "serve a file or the generated day", &Self::schedule },
         { "configuration", "JSON|default", "serve this configuration", &Self::configuration },
         { "requests", "", "list the latest requests", &Self::requests },
-        { "audit", "", "count the requests of all routes", &Self::audit },
+        { "audit", "", "count requests and attendance records", &Self::audit },
         { "help", "", "show this text", &Self::help },
         { "quit", "", "end the kiosk and the simulator", &Self::quit },
     };
@@ -138,6 +138,14 @@ QString CommandInterpreter::audit(const QString & /*arguments*/)
                      .arg(all.size())
                      .arg(all.size() - accepted);
     }
+    QMap<QPair<quint64, QDateTime>, int> times;
+    const auto records = m_simulator->attendanceRecords();
+    for (const AttendanceRecord &record : records)
+        ++times[{ record.transponderId, record.clientTime }];
+    lines += QStringLiteral("attendance records: %1 accepted, %2 distinct, %3 more than once")
+                 .arg(records.size())
+                 .arg(times.size())
+                 .arg(std::count_if(times.begin(), times.end(), [](int n) { return n > 1; }));
     return lines.join(QLatin1Char('\n'));
 }
 

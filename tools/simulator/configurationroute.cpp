@@ -55,14 +55,13 @@ Answer ConfigurationRoute::answer(const QString & /*path*/, const RecordedReques
         return textAnswer(401, QStringLiteral("No token that was issued here"));
     if (request.headers.value("accept") != jsonType)
         return textAnswer(406, QStringLiteral("The configuration is JSON"));
-    if (request.headers.value("accept-language").isEmpty())
-        return textAnswer(400, QStringLiteral("Which language?"));
+    if (!request.headers.value("accept-language").startsWith("de"))
+        return textAnswer(406, QStringLiteral("The configuration is German"));
     const std::lock_guard lock(m_mutex);
     return { 200, jsonType, m_document.isEmpty() ? QByteArray(defaultDocument) : m_document };
 }
 
-Answer ConfigurationRoute::spoil(Answer good, Fault fault,
-                                 const RecordedRequest & /*request*/) const
+Answer ConfigurationRoute::spoil(Answer good, Fault fault, const RecordedRequest & /*request*/)
 {
     if (fault == Fault::HostileValues)
         good.body = hostileDocument();

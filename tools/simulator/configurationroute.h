@@ -25,8 +25,7 @@ public:
 
     [[nodiscard]] bool owns(const QString &path) const override;
     [[nodiscard]] Answer answer(const QString &path, const RecordedRequest &request) override;
-    [[nodiscard]] Answer spoil(Answer good, Fault fault,
-                               const RecordedRequest &request) const override;
+    [[nodiscard]] Answer spoil(Answer good, Fault fault, const RecordedRequest &request) override;
 
 private:
     const TokenRoute &m_tokens;

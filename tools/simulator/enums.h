@@ -14,7 +14,7 @@ namespace simulator {
 Q_NAMESPACE
 
 /** The services that the simulator plays, each by a handler of its own. */
-enum class Route { Schedule, Token, Configuration };
+enum class Route { Schedule, Token, Configuration, Attendance };
 Q_ENUM_NS(Route)
 
 /** What can be wrong with the answers of a route. */
@@ -33,15 +33,17 @@ enum class Fault {
     Redirect, ///< 302 to the same path below /moved, where the good answer waits
     NotFound, ///< 404
     ServerError, ///< 500
+    Refuse, ///< the connection ends without an answer, as if nobody listened
     Drop, ///< the connection ends amid the body
     Hang, ///< no answer until the fault is switched
     Drip, ///< the headers, then one byte per drip interval
+    Slow, ///< the good answer, one drip interval later
     Gzip, ///< a compressed body nobody asked for
     WrongCredentials, ///< 401, whoever asks
     TinyExpiry, ///< a token that is valid for one second
     NoRefreshToken, ///< a token alone, as today's servers answer client credentials
     ExpiredRefreshToken, ///< refresh tokens are refused
-    HostileValues ///< a configuration with values of every wrong kind
+    HostileValues ///< a document with values that nobody should trust
 };
 Q_ENUM_NS(Fault)
 

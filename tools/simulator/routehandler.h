@@ -26,8 +26,8 @@ public:
     [[nodiscard]] virtual Answer answer(const QString &path, const RecordedRequest &request) = 0;
     /// What becomes of the good answer under a fault that depends on the service's own document;
     /// a fault that the service has no idea of changes nothing.
-    [[nodiscard]] virtual Answer spoil(Answer good, Fault fault,
-                                       const RecordedRequest &request) const = 0;
+    [[nodiscard]] virtual Answer spoil(Answer good, Fault fault, const RecordedRequest &request)
+        = 0;
 };
 
 } // namespace simulator

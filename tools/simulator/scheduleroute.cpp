@@ -101,7 +101,7 @@ Answer ScheduleRoute::answer(const QString &path, const RecordedRequest &request
     return { 200, xmlType, m_document.isEmpty() ? generatedDay(date) : m_document };
 }
 
-Answer ScheduleRoute::spoil(Answer good, Fault fault, const RecordedRequest & /*request*/) const
+Answer ScheduleRoute::spoil(Answer good, Fault fault, const RecordedRequest & /*request*/)
 {
     if (fault == Fault::WrongRoot)
         good.body = otherDocument;

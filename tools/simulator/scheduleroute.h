@@ -28,8 +28,7 @@ public:
 
     [[nodiscard]] bool owns(const QString &path) const override;
     [[nodiscard]] Answer answer(const QString &path, const RecordedRequest &request) override;
-    [[nodiscard]] Answer spoil(Answer good, Fault fault,
-                               const RecordedRequest &request) const override;
+    [[nodiscard]] Answer spoil(Answer good, Fault fault, const RecordedRequest &request) override;
 
 private:
     /// A day is generated once, around the time of its first request, and then stands: a schedule

@@ -83,6 +83,7 @@ QMap<QString, QString> Simulator::kioskSettings() const
     return {
         { QStringLiteral("eventDataUrlTemplate"), scheduleUrlTemplate() },
         { QStringLiteral("quirlUrl"), base },
+        { QStringLiteral("attendanceLogUrl"), base + QLatin1String(AttendanceRoute::path) },
         { QStringLiteral("Keycloak/url"), base + QLatin1String(TokenRoute::path) },
         { QStringLiteral("Keycloak/clientId"), QLatin1String(TokenRoute::clientId) },
         { QStringLiteral("Keycloak/clientSecret"), QLatin1String(TokenRoute::clientSecret) },
@@ -113,6 +114,11 @@ void Simulator::setDripInterval(std::chrono::milliseconds interval)
 QVector<RecordedRequest> Simulator::requests(Route route) const
 {
     return m_backend->requests(route);
+}
+
+QVector<AttendanceRecord> Simulator::attendanceRecords() const
+{
+    return m_backend->attendance().records();
 }
 
 } // namespace simulator

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "simulator/attendancerecord.h"
 #include "simulator/enums.h"
 #include "simulator/recordedrequest.h"
 
@@ -68,6 +69,9 @@ public:
     /// All requests to the route since the construction, refused ones included.
     [[nodiscard]] QVector<RecordedRequest> requests(Route route) const;
     [[nodiscard]] int requestCount(Route route) const { return requests(route).size(); }
+    /// All attendance that the service has logged, in this order, whether or not its answer
+    /// arrived.
+    [[nodiscard]] QVector<AttendanceRecord> attendanceRecords() const;
 
     /// Answers POST /control, whose body is the command; called in this object's thread.
     void setCommandHandler(const CommandHandler &handler) { m_commandHandler = handler; }

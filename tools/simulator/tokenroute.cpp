@@ -9,9 +9,16 @@
 #include <QUuid>
 
 namespace simulator {
+
+using namespace std::chrono_literals;
+
 namespace {
 
     constexpr auto formType = "application/x-www-form-urlencoded";
+    constexpr QLatin1String accessTokenKey("access_token");
+    constexpr QLatin1String expiryKey("expires_in");
+    constexpr std::chrono::seconds expiry = 300s;
+    constexpr std::chrono::seconds tinyExpiry = 1s;
 
     Answer refusal(int status, const char *code)
     {
@@ -67,7 +74,7 @@ Answer TokenRoute::answer(const QString & /*path*/, const RecordedRequest &reque
     return issue();
 }
 
-Answer TokenRoute::spoil(Answer good, Fault fault, const RecordedRequest &request) const
+Answer TokenRoute::spoil(Answer good, Fault fault, const RecordedRequest &request)
 {
     if (fault == Fault::ExpiredRefreshToken)
         return formValue(request, "grant_type") == QLatin1String("refresh_token")
@@ -76,9 +83,12 @@ Answer TokenRoute::spoil(Answer good, Fault fault, const RecordedRequest &reques
 
     QJsonObject answer = QJsonDocument::fromJson(good.body).object();
     if (fault == Fault::TinyExpiry) {
-        answer.insert(QStringLiteral("expires_in"), 1);
+        answer.insert(expiryKey, qint64(tinyExpiry.count()));
+        const std::lock_guard lock(m_mutex);
+        m_accessTokens.insert(answer.value(accessTokenKey).toString().toLatin1(),
+                              QDeadlineTimer(tinyExpiry));
     } else if (fault == Fault::InvalidValue) {
-        answer.insert(QStringLiteral("expires_in"), QStringLiteral("bald"));
+        answer.insert(expiryKey, QStringLiteral("bald"));
     } else if (fault == Fault::NoRefreshToken) {
         answer.remove(QStringLiteral("refresh_token"));
         answer.insert(QStringLiteral("refresh_expires_in"), 0);
@@ -92,8 +102,9 @@ bool TokenRoute::isAuthorized(const QByteArray &authorization) const
 {
     const QByteArray scheme = "Bearer ";
     const std::lock_guard lock(m_mutex);
-    return authorization.startsWith(scheme)
-        && m_accessTokens.contains(authorization.mid(scheme.size()));
+    const auto token = m_accessTokens.constFind(authorization.mid(scheme.size()));
+    return authorization.startsWith(scheme) && token != m_accessTokens.constEnd()
+        && !token->hasExpired();
 }
 
 Answer TokenRoute::issue()
@@ -102,11 +113,11 @@ Answer TokenRoute::issue()
     // With characters that a form has to escape.
     const QString refresh = QStringLiteral("refresh+&=%/") + QString::fromLatin1(randomText());
     const std::lock_guard lock(m_mutex);
-    m_accessTokens.insert(access);
+    m_accessTokens.insert(access, QDeadlineTimer(expiry));
     m_refreshTokens.insert(refresh);
     return jsonAnswer(200,
-                      { { QStringLiteral("access_token"), QString::fromLatin1(access) },
-                        { QStringLiteral("expires_in"), 300 },
+                      { { accessTokenKey, QString::fromLatin1(access) },
+                        { expiryKey, qint64(expiry.count()) },
                         { QStringLiteral("refresh_token"), refresh },
                         { QStringLiteral("refresh_expires_in"), 1800 },
                         { QStringLiteral("token_type"), QStringLiteral("Bearer") },

@@ -5,6 +5,8 @@
 
 #include "simulator/routehandler.h"
 
+#include <QDeadlineTimer>
+#include <QHash>
 #include <QSet>
 
 #include <mutex>
@@ -24,17 +26,16 @@ public:
 
     [[nodiscard]] bool owns(const QString &path) const override;
     [[nodiscard]] Answer answer(const QString &path, const RecordedRequest &request) override;
-    [[nodiscard]] Answer spoil(Answer good, Fault fault,
-                               const RecordedRequest &request) const override;
+    [[nodiscard]] Answer spoil(Answer good, Fault fault, const RecordedRequest &request) override;
 
-    /// Whether the header value carries an access token that was issued here.
+    /// Whether the header value carries an access token that was issued here and has not expired.
     [[nodiscard]] bool isAuthorized(const QByteArray &authorization) const;
 
 private:
     [[nodiscard]] Answer issue();
 
     mutable std::mutex m_mutex; ///< guards everything below
-    QSet<QByteArray> m_accessTokens;
+    QHash<QByteArray, QDeadlineTimer> m_accessTokens;
     QSet<QString> m_refreshTokens; ///< each is good for one use
 };
 
