@@ -4,6 +4,7 @@
 #include "simulator/commandinterpreter.h"
 
 #include "simulator/simulator.h"
+#include "simulator/virtualreader.h"
 
 #include <algorithm>
 
@@ -15,6 +16,19 @@ namespace {
     QString error(const QString &text)
     {
         return QStringLiteral("error: ") + text;
+    }
+
+    /// Bytes written as hexadecimal digits, with blanks where one likes; nothing for other text.
+    std::optional<QByteArray> bytesOf(const QString &text)
+    {
+        const QByteArray digits = text.toLatin1().replace(' ', "").toLower();
+        const QByteArray bytes = QByteArray::fromHex(digits);
+        return bytes.toHex() == digits ? std::optional(bytes) : std::nullopt;
+    }
+
+    QString noBytes(const QString &text)
+    {
+        return error(QStringLiteral("\"%1\" is no sequence of bytes in hex").arg(text));
     }
 
 } // namespace
@@ -35,6 +49,11 @@ const QVector<CommandInterpreter::Command> &CommandInterpreter::commands()
         { "faults", "", "list the faults of all routes", &Self::faults },
         { "schedule", "FILE|default", "serve a file or the generated day", &Self::schedule },
         { "configuration", "JSON|default", "serve this configuration", &Self::configuration },
+        { "tap", "ID", "hold a card to the reader", &Self::tap },
+        { "send", "HEX", "send these bytes from the reader", &Self::send },
+        { "stale", "HEX", "have these bytes in the line at the next plug", &Self::stale },
+        { "unplug", "", "pull the reader out", &Self::unplug },
+        { "plug", "", "put the reader back", &Self::plug },
         { "requests", "", "list the latest requests", &Self::requests },
         { "audit", "", "count requests and attendance records", &Self::audit },
         { "help", "", "show this text", &Self::help },
@@ -147,6 +166,66 @@ QString CommandInterpreter::audit(const QString & /*arguments*/)
                  .arg(times.size())
                  .arg(std::count_if(times.begin(), times.end(), [](int n) { return n > 1; }));
     return lines.join(QLatin1Char('\n'));
+}
+
+QString CommandInterpreter::readerProblem(bool hasToBePlugged) const
+{
+    if (!m_reader)
+        return error(QStringLiteral("there is no reader, see --no-reader and --run"));
+    if (hasToBePlugged && !m_reader->isPlugged())
+        return error(QStringLiteral("the reader is not plugged in"));
+    return {};
+}
+
+QString CommandInterpreter::tap(const QString &arguments)
+{
+    const QString problem = readerProblem(true);
+    if (!problem.isEmpty())
+        return problem;
+    m_reader->tap(arguments.toUtf8());
+    return QStringLiteral("sent %1").arg(arguments);
+}
+
+QString CommandInterpreter::send(const QString &arguments)
+{
+    const QString problem = readerProblem(true);
+    if (!problem.isEmpty())
+        return problem;
+    const auto bytes = bytesOf(arguments);
+    if (!bytes)
+        return noBytes(arguments);
+    m_reader->send(*bytes);
+    return QStringLiteral("sent %1 bytes").arg(bytes->size());
+}
+
+QString CommandInterpreter::stale(const QString &arguments)
+{
+    const QString problem = readerProblem(false);
+    if (!problem.isEmpty())
+        return problem;
+    const auto bytes = bytesOf(arguments);
+    if (!bytes)
+        return noBytes(arguments);
+    m_reader->setStaleBytes(*bytes);
+    return QStringLiteral("%1 bytes wait for the next plug").arg(bytes->size());
+}
+
+QString CommandInterpreter::unplug(const QString & /*arguments*/)
+{
+    const QString problem = readerProblem(true);
+    if (!problem.isEmpty())
+        return problem;
+    m_reader->unplug();
+    return QStringLiteral("%1 is unplugged").arg(m_reader->portName());
+}
+
+QString CommandInterpreter::plug(const QString & /*arguments*/)
+{
+    const QString problem = readerProblem(false);
+    if (!problem.isEmpty())
+        return problem;
+    return m_reader->plug() ? QStringLiteral("%1 is plugged in").arg(m_reader->portName())
+                            : error(m_reader->errorString());
 }
 
 // NOLINTNEXTLINE(readability-convert-member-functions-to-static): the commands are of one type

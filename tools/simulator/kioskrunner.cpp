@@ -95,6 +95,8 @@ void KioskRunner::start(const QString &program, const QStringList &arguments)
     auto environment = QProcessEnvironment::systemEnvironment();
     for (const Folder &each : folders)
         environment.insert(QLatin1String(each.variable), folder(QLatin1String(each.name)));
+    for (auto each = m_variables.begin(); each != m_variables.end(); ++each)
+        environment.insert(each.key(), each.value());
     m_process.setProcessEnvironment(environment);
     m_process.start(program, arguments);
 }

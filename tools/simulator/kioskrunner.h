@@ -33,6 +33,8 @@ public:
 
     /// Makes the folders and writes the settings; those of an earlier run that are not named stay.
     [[nodiscard]] bool prepare(const QMap<QString, QString> &settings);
+    /// Further environment variables for the kiosk.
+    void setVariables(const QMap<QString, QString> &variables) { m_variables = variables; }
     /// Ends in one finished(), also when the program can not be started.
     void start(const QString &program, const QStringList &arguments);
     /// Asks the kiosk to end and ends it by force if it has not after five seconds.
@@ -51,6 +53,7 @@ private:
     QTemporaryDir m_temporaryHome;
     const QString m_home;
     QString m_errorString;
+    QMap<QString, QString> m_variables;
     QProcess m_process;
     QTimer m_killTimer;
 };

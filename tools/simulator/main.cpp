@@ -6,24 +6,28 @@
 #include "simulator/kioskrunner.h"
 #include "simulator/simulator.h"
 #include "simulator/terminationsignals.h"
+#include "simulator/virtualreader.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
 
 #include <cstdio>
+#include <memory>
 #include <optional>
 #include <unistd.h>
 
 using simulator::CommandInput;
 using simulator::CommandInterpreter;
 using simulator::KioskRunner;
+using simulator::SerialBus;
 using simulator::Simulator;
 using simulator::TerminationSignals;
+using simulator::VirtualReader;
 
 namespace {
 
 constexpr auto description = R"(
-Plays the services around the kiosk on this machine, and the kiosk with them.
+Plays the services around the kiosk and its card reader on this machine, and the kiosk with them.
 
 Commands are read line by line from standard input ("help" lists them) and from POST requests to
 /control. The end of standard input ends the simulator, but not when a kiosk runs and the input is
@@ -36,6 +40,7 @@ struct Options
     QByteArray configuration;
     QStringList faults;
     bool readsInput = true;
+    bool hasReader = true;
     QString program;
     QStringList arguments;
     QString home;
@@ -82,6 +87,7 @@ Options parseOptions()
     const auto fault = add("fault", "Begin with this fault; repeatable.", "ROUTE=KIND");
     const auto noInput = add("no-stdin", "Read no commands from standard input.");
     const auto run = add("run", "Start the kiosk and end with it and its status.", "PROGRAM");
+    const auto noReader = add("no-reader", "Start the kiosk without a made-up card reader.");
     const auto home
         = add("home", "Keep the kiosk's files here; by default in a temporary folder.", "DIR");
     const auto set = add("set", "Write this setting for the kiosk; repeatable.", "KEY=VALUE");
@@ -100,6 +106,7 @@ Options parseOptions()
     options.configuration = parser.value(configuration).toUtf8();
     options.faults = parser.values(fault);
     options.readsInput = !parser.isSet(noInput);
+    options.hasReader = !parser.isSet(noReader);
     options.program = parser.value(run);
     options.arguments = parser.positionalArguments();
     if (options.program.isEmpty() && !options.arguments.isEmpty())
@@ -132,6 +139,33 @@ void startSimulator(Simulator &simulator, CommandInterpreter &interpreter, const
     printLine(QStringLiteral("Simulator ready at %1").arg(simulator.baseUrl().toString()));
 }
 
+/** The made-up reader and what it is plugged into. */
+struct ReaderSetup
+{
+    SerialBus bus;
+    VirtualReader reader { bus };
+};
+
+/// The reader that the kiosk will find, none if it can not be made.
+std::unique_ptr<ReaderSetup> plugReader(KioskRunner &kiosk, CommandInterpreter &interpreter)
+{
+    if (SerialBus::preloadLibrary().isEmpty()) {
+        printLine(
+            QStringLiteral("No card reader: the library that shows it to the kiosk is missing,"
+                           " install umockdev"));
+        return nullptr;
+    }
+    auto setup = std::make_unique<ReaderSetup>();
+    if (!setup->reader.plug()) {
+        printLine(QStringLiteral("No card reader: ") + setup->reader.errorString());
+        return nullptr;
+    }
+    kiosk.setVariables(setup->bus.environment());
+    interpreter.setReader(&setup->reader);
+    printLine(QStringLiteral("Card reader at %1").arg(setup->reader.portName()));
+    return setup;
+}
+
 void startKiosk(KioskRunner &kiosk, const Simulator &simulator, const Options &options)
 {
     auto settings = simulator.kioskSettings();
@@ -160,6 +194,7 @@ int main(int argc, char *argv[])
     QCoreApplication::setApplicationVersion(QStringLiteral(SIMULATOR_VERSION));
     const Options options = parseOptions();
 
+    std::unique_ptr<ReaderSetup> reader; // outlives the kiosk, which looks at its files
     Simulator simulator;
     CommandInterpreter interpreter(&simulator);
     KioskRunner kiosk(options.home);
@@ -176,6 +211,8 @@ int main(int argc, char *argv[])
     QObject::connect(&simulator, &Simulator::requestServed, &simulator, printLine);
 
     startSimulator(simulator, interpreter, options);
+    if (!options.program.isEmpty() && options.hasReader)
+        reader = plugReader(kiosk, interpreter);
     if (!options.program.isEmpty())
         startKiosk(kiosk, simulator, options);
 
