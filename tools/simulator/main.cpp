@@ -211,10 +211,12 @@ int main(int argc, char *argv[])
     QObject::connect(&simulator, &Simulator::requestServed, &simulator, printLine);
 
     startSimulator(simulator, interpreter, options);
-    if (!options.program.isEmpty() && options.hasReader)
-        reader = plugReader(kiosk, interpreter);
-    if (!options.program.isEmpty())
+    if (!options.program.isEmpty()) {
         startKiosk(kiosk, simulator, options);
+        // After all that can fail, which would leave its files behind, and before the event loop.
+        if (options.hasReader)
+            reader = plugReader(kiosk, interpreter);
+    }
 
     std::optional<CommandInput> input;
     if (options.readsInput) {
