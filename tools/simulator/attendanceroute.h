@@ -25,7 +25,7 @@ public:
     /// What was logged, in this order; a record that came twice is there twice.
     [[nodiscard]] QVector<AttendanceRecord> records() const;
 
-    [[nodiscard]] bool owns(const QString &path) const override;
+    [[nodiscard]] bool owns(const QString &asked) const override;
     [[nodiscard]] Answer answer(const QString &path, const RecordedRequest &request) override;
     [[nodiscard]] Answer spoil(Answer good, Fault fault, const RecordedRequest &request) override;
 

@@ -20,6 +20,7 @@ namespace {
 
     constexpr auto preloadName = "libumockdev-preload.so.0";
     constexpr auto preloadVariable = "LD_PRELOAD";
+    constexpr auto asanVariable = "ASAN_OPTIONS";
     constexpr auto folderVariable = "UMOCKDEV_DIR";
     constexpr auto usbPath = "/devices/pci0000:00/0000:00:14.0/usb1";
 
@@ -159,10 +160,15 @@ QString SerialBus::preloadLibrary()
 
 QMap<QString, QString> SerialBus::environment() const
 {
-    const QString other = QFile::decodeName(qgetenv(preloadVariable));
+    const auto joined = [](const char *variable, char separator, const QString &text) {
+        const QString other = QFile::decodeName(qgetenv(variable));
+        return other.isEmpty() ? text : text + QLatin1Char(separator) + other;
+    };
+    // A program that was built with AddressSanitizer refuses to start behind a preloaded library.
     return { { QLatin1String(folderVariable), m_testbed->root },
-             { QLatin1String(preloadVariable),
-               (preloadLibrary() + QLatin1Char(' ') + other).trimmed() } };
+             { QLatin1String(preloadVariable), joined(preloadVariable, ' ', preloadLibrary()) },
+             { QLatin1String(asanVariable),
+               joined(asanVariable, ':', QStringLiteral("verify_asan_link_order=0")) } };
 }
 
 QString SerialBus::nextPortName()

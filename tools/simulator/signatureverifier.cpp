@@ -27,9 +27,10 @@ namespace {
     QByteArray keyedHash(const QByteArray &message)
     {
         const QByteArray key = QByteArray::fromBase64(secret).leftJustified(hashBlockBytes, '\0');
-        const auto hash = [&key](char pad, QByteArray text) {
+        const auto hash = [&key](int pad, const QByteArray &text) {
             QByteArray block = key;
-            std::for_each(block.begin(), block.end(), [pad](char &byte) { byte ^= pad; });
+            std::for_each(block.begin(), block.end(),
+                          [pad](char &byte) { byte = char(byte ^ pad); });
             return QCryptographicHash::hash(block + text, QCryptographicHash::Sha256);
         };
         return hash(0x5c, hash(0x36, message));
