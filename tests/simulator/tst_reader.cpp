@@ -16,9 +16,10 @@ class TestReader : public QObject
 private Q_SLOTS:
     void isListedAsItPresentsItself()
     {
-        VirtualReader maker(m_bus);
-        VirtualReader described(m_bus, { {}, 0, 0, {}, QStringLiteral("USB RFID Wedge") });
-        VirtualReader named(m_bus, { m_bus.nextPortName() + QStringLiteral("elatec"), 0x1a86, 1 });
+        SerialBus bus;
+        VirtualReader maker(bus);
+        VirtualReader described(bus, { {}, 0, 0, {}, QStringLiteral("USB RFID Wedge") });
+        VirtualReader named(bus, { bus.nextPortName() + QStringLiteral("elatec"), 0x1a86, 1 });
         QVERIFY(maker.plug() && described.plug() && named.plug());
         const auto info
             = [](const VirtualReader &reader) { return QSerialPortInfo(reader.portName()); };
@@ -33,8 +34,9 @@ private Q_SLOTS:
 
     void vanishesAndComesBack()
     {
-        VirtualReader other(m_bus);
-        VirtualReader reader(m_bus);
+        SerialBus bus;
+        VirtualReader other(bus);
+        VirtualReader reader(bus);
         QVERIFY(other.plug());
         QVERIFY(!reader.tap("0A1B2C3D"));
         for (int round = 0; round < 3; ++round) {
@@ -66,7 +68,8 @@ private Q_SLOTS:
 
     void deliversWhatTheLineDoesNotTakeAtOnce()
     {
-        VirtualReader reader(m_bus);
+        SerialBus bus;
+        VirtualReader reader(bus);
         QVERIFY(reader.plug());
         QSerialPort port(reader.portName());
         QVERIFY(port.open(QIODevice::ReadOnly));
@@ -75,9 +78,6 @@ private Q_SLOTS:
         QTRY_COMPARE(port.bytesAvailable(), qint64(flood.size()));
         QCOMPARE(port.readAll(), flood);
     }
-
-private:
-    SerialBus m_bus;
 };
 
 QTEST_GUILESS_MAIN(TestReader)
