@@ -14,12 +14,14 @@
 #include <QPointer>
 #include <QTimer>
 
+#include <atomic>
+
 /**
  * The one object through which the views reach the program, and the program shows notifications.
  *
  * QML sees it as the singleton LBAPI. It owns the notifications and the current schedule, which it
- * replaces with each good refresh. Lives in the GUI thread; only addNotification() may be called
- * from another one.
+ * replaces with each good refresh. Lives in the GUI thread; only addNotification() and
+ * scanTransponder() may be called from another one.
  */
 class LBAPI : public QObject
 {
@@ -45,7 +47,7 @@ public:
     /** The current schedule; the first call starts the first download. */
     [[nodiscard]] EventData *eventData();
     [[nodiscard]] NotificationsModel *notifications() { return &m_notifications; }
-    /** Whether a view waits for the next transponder. */
+    /** Whether a view waits for the next transponder. Callable from any thread. */
     [[nodiscard]] bool scanTransponder() const { return m_scanTransponder; }
     void setScanTransponder(bool scan);
     /** The current bearer token; empty before the first. */
@@ -89,7 +91,7 @@ private:
 
     QPointer<EventData> m_eventData;
     NotificationsModel m_notifications;
-    bool m_scanTransponder = false;
+    std::atomic<bool> m_scanTransponder = false; ///< also read where cards are read
     QString m_accessToken;
     QPointer<QTimer> m_inactivityTimer;
     EventBoundaryTimer m_boundaryTimer;

@@ -25,6 +25,12 @@ public:
     [[nodiscard]] QVariant data(const QModelIndex &index, int role) const override;
     [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
 
+    /** Whether a row holds @p notification: one that was removed lives on for a moment. */
+    [[nodiscard]] bool contains(Notification *notification) const
+    {
+        return m_notifications.contains(notification);
+    }
+
     /** Puts @p notification into row 0. */
     void prepend(Notification *notification);
 

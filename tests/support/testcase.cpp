@@ -58,6 +58,12 @@ QString own()
     return lines.join(QLatin1Char(' '));
 }
 
+QString read(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+}
+
 void write(const QString &path, const QString &content)
 {
     QDir().mkpath(QFileInfo(path).path());

@@ -22,6 +22,8 @@ namespace settings {
 void set(const QString &key, const QVariant &value);
 /** All that stands in it, as "key=value" in the order of the keys. */
 [[nodiscard]] QString own();
+/** Content of a file, empty when there is none. */
+[[nodiscard]] QString read(const QString &path);
 /** Writes a file by hand, in force from the next restart(). */
 void write(const QString &path, const QString &content);
 /** As a new start of the program: the singletons are gone, and the files are read anew. */
@@ -64,7 +66,7 @@ protected:
         return *static_cast<T *>(QTest::qData(column, qMetaTypeId<T>()));
     }
 
-private Q_SLOTS:
+protected Q_SLOTS:
     void init();
     void cleanup();
 

@@ -1,0 +1,24 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+/** Files that survive a power cut once a function has returned. */
+namespace durablefile {
+
+/** Ending of the hidden name under which a file is written before it takes its own. */
+inline constexpr auto unfinishedEnding = ".part";
+
+/**
+ * Puts @p content into @p path for its owner alone: whoever looks sees the old file, if there was
+ * one, or the whole new one. Throws AttendanceErrorException and leaves things as they were.
+ */
+void write(const QString &path, const QByteArray &content);
+
+/** Makes names that were given or taken in @p folder last; false, and errno set, on failure. */
+[[nodiscard]] bool syncFolder(const QString &folder);
+
+} // namespace durablefile

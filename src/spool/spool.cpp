@@ -1,0 +1,92 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "spool/spool.h"
+
+#include "config/config.h"
+#include "spool/durablefile.h"
+
+#include <QDateTime>
+#include <QDebug>
+#include <QDir>
+#include <QDirIterator>
+#include <QFileInfo>
+#include <QStandardPaths>
+
+#include <utility>
+
+Spool::Spool(Place place)
+    : m_place(std::move(place))
+{
+}
+
+QString Spool::folder() const
+{
+    QString path = qEnvironmentVariable(m_place.variable);
+    if (path.isEmpty())
+        path = Config::instance()->value(m_place.setting, {}).toString();
+    if (path.isEmpty())
+        path = QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation)
+            + QLatin1Char('/') + m_place.subfolder;
+    return QDir::cleanPath(QFileInfo(path).absoluteFilePath());
+}
+
+int Spool::count() const
+{
+    int files = 0;
+    for (QDirIterator each(folder(), recordFilter); each.hasNext(); each.next())
+        ++files;
+    return files;
+}
+
+QString Spool::create(const QByteArray &record) const
+{
+    constexpr int base = 36;
+
+    const QString start = usableFolder() + QLatin1Char('/')
+        + QString::number(QDateTime::currentMSecsSinceEpoch(), base);
+    QString path;
+    int counter = 0;
+    do
+        path = start + QString::number(counter++, base);
+    while (QFileInfo::exists(path) || QFileInfo(path).isSymLink());
+    durablefile::write(path, record);
+    return path;
+}
+
+void Spool::replace(const QString &path, const QByteArray &record)
+{
+    durablefile::write(path, record);
+}
+
+std::optional<QString> Spool::remove(const QString &path)
+{
+    QFile file(path);
+    if (!file.exists() || file.remove())
+        return {};
+    return QStringLiteral("%1 %2 %3").arg(path, QString::number(file.error()), file.errorString());
+}
+
+void Spool::removeLeftovers() const
+{
+    QDirIterator each(folder(),
+                      { QStringLiteral(".*") + QLatin1String(durablefile::unfinishedEnding) },
+                      QDir::Files | QDir::Hidden | QDir::NoSymLinks);
+    while (each.hasNext()) {
+        QFile file(each.next());
+        if (file.remove())
+            qInfo() << "Removed unfinished record" << file.fileName();
+        else
+            qWarning() << "Failed to remove unfinished record" << file.fileName()
+                       << file.errorString();
+    }
+}
+
+QString Spool::usableFolder() const
+{
+    const QString path = folder();
+    if (!QDir(path).mkpath(QStringLiteral(".")) || !QFileInfo(path).isWritable())
+        qFatal("Spool directory \"%s\" could not be created or is not writable.",
+               qPrintable(QDir::toNativeSeparators(path)));
+    return path;
+}
