@@ -2,6 +2,81 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="de_DE" sourcelanguage="en">
 <context>
+    <name>AttendanceQueue</name>
+    <message>
+        <source>Attendance</source>
+        <translation>Anwesenheit</translation>
+    </message>
+    <message>
+        <source>Logging attendance...</source>
+        <translation>Anwesenheit wird erfasst …</translation>
+    </message>
+    <message>
+        <source>A temporary error occurred. However, the logging of your attendance has been successfully queued for later execution.</source>
+        <translation>Es ist ein vorübergehender Fehler aufgetreten. Ihre Anwesenheit wurde jedoch gespeichert und wird später übermittelt.</translation>
+    </message>
+    <message>
+        <source>Failed to log your attendance. Please call on a staff member in charge and ask for instructions.</source>
+        <translation>Ihre Anwesenheit konnte nicht erfasst werden. Bitte wenden Sie sich an eine zuständige Person und fragen Sie, was zu tun ist.</translation>
+    </message>
+    <message>
+        <source>Unknown error</source>
+        <translation>Unbekannter Fehler</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation>Fehler</translation>
+    </message>
+    <message>
+        <source>FATAL ERROR</source>
+        <translation>SCHWERER FEHLER</translation>
+    </message>
+    <message>
+        <source>Failed to remove an attendance log request from the queue. Attendance logging has been stopped.
+
+%1</source>
+        <translation>Ein Anwesenheitseintrag konnte nicht aus der Warteschlange entfernt werden. Die Erfassung der Anwesenheit wurde angehalten.
+
+%1</translation>
+    </message>
+</context>
+<context>
+    <name>AttendanceResponse</name>
+    <message>
+        <source>Invalid server response (1).</source>
+        <translation>Ungültige Antwort des Servers (1).</translation>
+    </message>
+    <message>
+        <source>Invalid server response (2).</source>
+        <translation>Ungültige Antwort des Servers (2).</translation>
+    </message>
+    <message>
+        <source>Invalid server response (3).</source>
+        <translation>Ungültige Antwort des Servers (3).</translation>
+    </message>
+</context>
+<context>
+    <name>AttendanceWorker</name>
+    <message>
+        <source>Serial port error</source>
+        <translation>Fehler an der seriellen Schnittstelle</translation>
+    </message>
+    <message>
+        <source>Failed to parse transponder ID. :O</source>
+        <translation>Die Nummer der Karte ist unleserlich. :O</translation>
+    </message>
+    <message>
+        <source>No serial port found.</source>
+        <translation>Keine serielle Schnittstelle gefunden.</translation>
+    </message>
+    <message>
+        <source>%1 %2
+Retrying in %3 seconds.</source>
+        <translation>%1 %2
+Neuer Versuch in %3 s.</translation>
+    </message>
+</context>
+<context>
     <name>Config</name>
     <message>
         <source>Unknown location</source>

@@ -4,6 +4,7 @@
 #include "app/quickwindow.h"
 
 #include "api/lbapi.h"
+#include "app/attendancethread.h"
 #include "app/testnotification.h"
 #include "config/config.h"
 #include "config/keys.h"
@@ -44,6 +45,11 @@ QuickWindow::QuickWindow(QWindow *parent)
     setIcon(QIcon(QStringLiteral(":/icons/app.ico")));
     // The background of the style: nothing flashes white before the first frame or after an error.
     setColor(QColor(0x30, 0x30, 0x30));
+}
+
+QuickWindow::~QuickWindow()
+{
+    stopAttendanceThread();
 }
 
 void QuickWindow::reset()

@@ -32,6 +32,8 @@ class QuickWindow : public QQuickView
 
 public:
     explicit QuickWindow(QWindow *parent = nullptr);
+    /** Ends the thread that reads cards. */
+    ~QuickWindow() override;
 
     /** Hides the mouse cursor over every window of the program, or shows it again. */
     static void applyHideMouseCursor(bool hide);

@@ -4,6 +4,8 @@
 #include "app/selfcheck.h"
 
 #include "app/exceptions.h"
+#include "attendance/attendancespool.h"
+#include "attendance/readerport.h"
 #include "config/config.h"
 #include "config/effectivesettings.h"
 #include "config/keys.h"
@@ -14,6 +16,7 @@
 #include "schedule/eventdata.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QJsonDocument>
 #include <QNetworkReply>
 #include <QSslSocket>
@@ -162,7 +165,45 @@ void SelfCheck::tryOut(const QJsonDocument &document)
 void SelfCheck::checkServices()
 {
     checkSchedule();
+    checkReader();
+    checkSpool(QStringLiteral("attendance"), attendanceSpool());
     checkRecordServices();
+}
+
+/** Lists the serial ports, and which of them the kiosk would open. */
+void SelfCheck::checkReader()
+{
+    QVector<PortTraits> ports;
+    const auto available = QSerialPortInfo::availablePorts();
+    for (const QSerialPortInfo &port : available) {
+        ports.append(traitsOf(port));
+        m_out << "        port " << port.portName() << " \"" << port.description() << "\", vendor "
+              << QString::number(port.vendorIdentifier(), 16) << '\n';
+    }
+    const QString chosen = chooseReaderPort(ports);
+    const Config *config = Config::instance();
+    const bool isNeeded
+        = config->attendanceEnabled() || config->tallyxMode() != Config::TallyxDisabled;
+    if (!chosen.isEmpty())
+        report(Verdict::Good, QStringLiteral("reader"), chosen);
+    else
+        report(isNeeded ? Verdict::Bad : Verdict::Notice, QStringLiteral("reader"),
+               QStringLiteral("none of %1 serial ports looks like one").arg(ports.size()));
+}
+
+/** Without touching anything: a folder that does not exist must be possible to make. */
+void SelfCheck::checkSpool(const QString &what, const Spool &spool)
+{
+    const QString folder = spool.folder();
+    const QString line = what + QLatin1String(" spool ") + folder;
+    QFileInfo nearest(folder);
+    while (!nearest.exists() && !nearest.isRoot())
+        nearest.setFile(nearest.path());
+    if (!nearest.isDir() || !nearest.isWritable())
+        report(Verdict::Bad, line,
+               QStringLiteral("can not be written to (%1)").arg(nearest.filePath()));
+    else
+        report(Verdict::Good, line, QStringLiteral("%1 records wait").arg(spool.count()));
 }
 
 void SelfCheck::checkSchedule()

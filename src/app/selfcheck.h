@@ -14,6 +14,7 @@ class EventData;
 class QJsonDocument;
 class QNetworkReply;
 class QUrl;
+class Spool;
 
 /**
  * Looks at settings and services as the kiosk would and prints one line each, for an operator on a
@@ -46,6 +47,8 @@ private:
     void checkServices();
     void checkSchedule();
     void onSchedule(EventData *data);
+    void checkReader();
+    void checkSpool(const QString &what, const Spool &spool);
     void checkRecordServices();
     void checkConnection(const QString &what, const QUrl &url);
     [[nodiscard]] static QString failureOf(const QNetworkReply &reply);

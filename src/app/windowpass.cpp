@@ -4,6 +4,7 @@
 #include "app/windowpass.h"
 
 #include "api/lbapi.h"
+#include "app/attendancethread.h"
 #include "app/connections.h"
 #include "app/inputeventmonitor.h"
 #include "app/quickwindow.h"
@@ -40,6 +41,7 @@ int runWindowPass(const TerminationSignals &termination)
     QObject::connect(&termination, &TerminationSignals::requested, &window, &QuickWindow::close);
     LBAPI::instance()->setInactivityTimer(window.inactivityTimer());
 
+    startAttendanceThread();
     window.reload();
     showWindow(window);
     return QGuiApplication::exec();

@@ -148,6 +148,8 @@ private Q_SLOTS:
 
     void isRebuiltUntilASignalEndsTheProgram()
     {
+        log().allow("Failed to load name cache: failed to open"_s);
+        log().allow("No serial port found."_s);
         services();
         const QPointer<LBAPI> api = LBAPI::instance();
         const TerminationSignals termination;

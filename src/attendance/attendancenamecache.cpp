@@ -1,0 +1,131 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "attendance/attendancenamecache.h"
+
+#include "app/exceptions.h"
+#include "config/config.h"
+#include "config/keys.h"
+
+#include <QDebug>
+#include <QDir>
+#include <QFileInfo>
+#include <QSaveFile>
+#include <QStandardPaths>
+#include <QXmlStreamReader>
+#include <QXmlStreamWriter>
+
+namespace {
+
+namespace xml {
+    const QString root = QStringLiteral("attendanceNameCache");
+    const QString entry = QStringLiteral("entry");
+    const QString id = QStringLiteral("id");
+    const QString name = QStringLiteral("name");
+} // namespace xml
+
+} // namespace
+
+AttendanceNameCache::AttendanceNameCache(QObject *parent)
+    : QObject(parent)
+{
+    load();
+}
+
+AttendanceNameCache::~AttendanceNameCache()
+{
+    save();
+}
+
+void AttendanceNameCache::insert(quint64 transponderId, const QString &name)
+{
+    const auto known = m_names.constFind(transponderId);
+    if (known != m_names.constEnd() && *known == name)
+        return;
+    m_names.insert(transponderId, name);
+    m_isDirty = true;
+}
+
+QString AttendanceNameCache::name(quint64 transponderId) const
+{
+    return m_names.value(transponderId);
+}
+
+QString AttendanceNameCache::fileName()
+{
+    QString path = qEnvironmentVariable("LB_ATTENDANCE_NAME_CACHE_FILE");
+    if (path.isEmpty())
+        path = Config::instance()->value(keys::attendanceNameCacheFile, {}).toString();
+    if (path.isEmpty())
+        path = QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation)
+            + QLatin1String("/attendanceNameCache.xml");
+    return QFileInfo(path).absoluteFilePath();
+}
+
+void AttendanceNameCache::save()
+{
+    if (!m_isDirty)
+        return;
+    try {
+        write();
+        m_isDirty = false;
+    } catch (const Exception &e) {
+        qWarning() << "Failed to save name cache:" << e.what();
+    }
+}
+
+void AttendanceNameCache::load()
+{
+    try {
+        QFile file(fileName());
+        if (!file.open(QIODevice::ReadOnly))
+            throw Exception(
+                QStringLiteral("failed to open \"%1\": %2 %3")
+                    .arg(file.fileName(), QString::number(file.error()), file.errorString()));
+        read(file);
+    } catch (const Exception &e) {
+        qWarning() << "Failed to load name cache:" << e.what();
+    }
+    m_isDirty = false;
+}
+
+void AttendanceNameCache::read(QIODevice &device)
+{
+    QXmlStreamReader reader(&device);
+    if (reader.readNextStartElement() && reader.name() != xml::root)
+        reader.raiseError(QStringLiteral("Looks strange"));
+    while (!reader.hasError() && reader.readNextStartElement()) {
+        bool isNumber = false;
+        const quint64 id = reader.attributes().value(xml::id).toULongLong(&isNumber);
+        if (reader.name() == xml::entry && isNumber)
+            insert(id, reader.attributes().value(xml::name).toString());
+        reader.skipCurrentElement();
+    }
+    if (reader.hasError())
+        throw Exception(QStringLiteral("error reading XML: %1 %2")
+                            .arg(QString::number(reader.error()), reader.errorString()));
+}
+
+void AttendanceNameCache::write() const
+{
+    QSaveFile file(fileName());
+    const QString folder = QFileInfo(file.fileName()).path();
+    if (!QDir().mkpath(folder))
+        throw Exception(QStringLiteral("failed to create directory \"%1\"").arg(folder));
+    if (!file.open(QIODevice::WriteOnly)
+        || !file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner))
+        throw Exception(QStringLiteral("failed to create file \"%1\"").arg(file.fileName()));
+
+    QXmlStreamWriter writer(&file);
+    writer.writeStartDocument();
+    writer.writeStartElement(xml::root);
+    for (auto each = m_names.cbegin(); each != m_names.cend(); ++each) {
+        writer.writeEmptyElement(xml::entry);
+        writer.writeAttribute(xml::id, QString::number(each.key()));
+        writer.writeAttribute(xml::name, each.value());
+    }
+    writer.writeEndDocument();
+    if (writer.hasError() || !file.commit())
+        throw Exception(QStringLiteral("failed to write XML: %1 %2")
+                            .arg(QString::number(file.error()), file.errorString()));
+}

@@ -1,0 +1,136 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "attendance/attendancerequest.h"
+
+#include "app/exceptions.h"
+#include "attendance/attendanceresponse.h"
+#include "attendance/attendancesignature.h"
+#include "config/config.h"
+#include "config/keys.h"
+#include "net/errortext.h"
+#include "net/requestlimits.h"
+
+#include <QDebug>
+#include <QFile>
+#include <QXmlStreamReader>
+#include <QXmlStreamWriter>
+
+#include <cxxabi.h>
+#include <limits>
+#include <memory>
+#include <utility>
+
+namespace {
+
+namespace element {
+    const QString root = QStringLiteral("attendance");
+    const QString clientTime = QStringLiteral("clientTime");
+    const QString lag = QStringLiteral("lag");
+    const QString locationId = QStringLiteral("locationId");
+    const QString transponderId = QStringLiteral("transponderId");
+} // namespace element
+
+constexpr qint64 longestRecord = 65536; // bytes; ours have some 200
+
+} // namespace
+
+AttendanceRequest::AttendanceRequest(quint64 transponderId, const NotificationHandle &notification,
+                                     QObject *parent)
+    : QObject(parent)
+    , m_requestTime(QDateTime::currentDateTime())
+    , m_isDelayed(false)
+    , m_transponderId(transponderId)
+    , m_notification(notification)
+{
+    using Limits = std::numeric_limits<int>;
+    m_locationId
+        = Config::instance()->intSetting(keys::plenarLocationId, 0, Limits::min(), Limits::max());
+}
+
+AttendanceRequest::AttendanceRequest(const QString &spoolPath, QObject *parent)
+    : QObject(parent)
+    , m_isDelayed(true)
+    , m_spoolPath(spoolPath)
+{
+    QFile file(spoolPath);
+    if (!file.open(QIODevice::ReadOnly))
+        qWarning() << "Failed to open" << spoolPath << file.errorString();
+    const bool isPlausible = file.isOpen() && file.size() <= longestRecord;
+    QXmlStreamReader reader(isPlausible ? file.readAll() : QByteArray());
+    read(reader);
+}
+
+void AttendanceRequest::build()
+{
+    m_data.clear();
+    QXmlStreamWriter writer(&m_data);
+    writer.writeStartDocument();
+    writer.writeStartElement(element::root);
+    writer.writeTextElement(element::clientTime, m_requestTime.toString(Qt::ISODate));
+    if (m_isDelayed) {
+        const qint64 lag = QDateTime::currentMSecsSinceEpoch() - m_requestTime.toMSecsSinceEpoch();
+        writer.writeTextElement(element::lag, QString::number(lag));
+    }
+    writer.writeTextElement(element::locationId, QString::number(m_locationId));
+    writer.writeTextElement(element::transponderId, QString::number(m_transponderId));
+    writer.writeEndDocument();
+}
+
+void AttendanceRequest::send(QNetworkAccessManager &manager, const RequestLimits &limits)
+{
+    QNetworkRequest request = limitedRequest(Config::instance()->attendanceLogUrl(), limits);
+    request.setHeader(QNetworkRequest::ContentTypeHeader, QStringLiteral("application/xml"));
+    request.setRawHeader(
+        QByteArrayLiteral("X-Plenar-Token"),
+        attendanceToken(m_data, QDateTime::currentMSecsSinceEpoch(), attendanceNonce()));
+    m_reply = manager.post(request, m_data);
+    m_reply->setParent(this);
+    enforceLimits(m_reply, limits);
+    connect(m_reply, &QNetworkReply::finished, this, &AttendanceRequest::onFinished);
+}
+
+void AttendanceRequest::onFinished()
+{
+    const QPointer<QNetworkReply> reply = std::exchange(m_reply, {});
+    reply->deleteLater();
+    m_wasAnswered = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).isValid();
+    std::unique_ptr<AttendanceResponse> response;
+    try {
+        if (reply->error() != QNetworkReply::NoError)
+            throw AttendanceWarningException(
+                QStringLiteral("Network error: %1 %2")
+                    .arg(QString::number(reply->error()), errorText(*reply)));
+        response = std::make_unique<AttendanceResponse>(reply->readAll());
+    } catch (abi::__forced_unwind &) {
+        throw; // the thread is being ended
+    } catch (...) {
+        Q_EMIT failed(std::current_exception());
+        return;
+    }
+    Q_EMIT succeeded(*response);
+}
+
+void AttendanceRequest::read(QXmlStreamReader &reader)
+{
+    bool hasTransponder = false;
+    bool isGood = reader.readNextStartElement() && reader.name() == element::root;
+    while (isGood && reader.readNextStartElement()) {
+        const QString name = reader.name().toString();
+        const QString text = reader.readElementText(QXmlStreamReader::SkipChildElements);
+        if (name == element::clientTime) {
+            m_requestTime = QDateTime::fromString(text, Qt::ISODate);
+        } else if (name == element::locationId) {
+            m_locationId = text.toInt(&isGood);
+        } else if (name == element::transponderId) {
+            m_transponderId = text.toULongLong(&isGood);
+            hasTransponder = true;
+        }
+    }
+    while (isGood && !reader.atEnd())
+        reader.readNext();
+    if (isGood && hasTransponder && m_requestTime.isValid() && !reader.hasError())
+        return;
+    qWarning() << "Not an attendance record:" << m_spoolPath << reader.errorString();
+    throw AttendanceErrorException(QStringLiteral("invalid attendance request data"));
+}

@@ -1,0 +1,17 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include <QByteArray>
+
+/** A fresh nonce of 16 random bytes. */
+[[nodiscard]] QByteArray attendanceNonce();
+
+/**
+ * The token that tells the attendance service who sends @p data and when: time stamp (@p msecs
+ * since the epoch, 8 bytes, little-endian), @p nonce and an HMAC-SHA256 over time stamp, data and
+ * nonce, in base64.
+ */
+[[nodiscard]] QByteArray attendanceToken(const QByteArray &data, qint64 msecs,
+                                         const QByteArray &nonce);

@@ -1,0 +1,263 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "attendance/attendanceworker.h"
+
+#include "api/lbapi.h"
+#include "app/connections.h"
+#include "app/exceptions.h"
+#include "attendance/attendancenamecache.h"
+#include "attendance/attendancequeue.h"
+#include "attendance/readerport.h"
+#include "net/xnetworkaccessmanager.h"
+
+#include <QDebug>
+#include <QElapsedTimer>
+#include <QSerialPortInfo>
+#include <QThread>
+
+#include <algorithm>
+#include <atomic>
+#include <cctype>
+#include <cxxabi.h>
+#include <pthread.h>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto unpluggedRetry = 60s;
+
+/// While stale bytes are drained from a port that was just opened.
+bool s_isDiscarding = false;
+/// Errors of the port since it could last be opened; 2 also after a reader was reported missing.
+unsigned s_serialErrors = 0;
+/// Outlives the worker: a rebuilt window must not begin again what was stopped for good.
+std::atomic<bool> s_isLoggingStopped = false;
+
+void showSerialError(const QString &message, std::chrono::milliseconds timeout)
+{
+    LBAPI::instance()->addNotification(
+        new Notification(Notification::ERR, AttendanceWorker::tr("Serial port error"), message,
+                         static_cast<uint>(timeout.count()), true, true));
+}
+
+/** The number of a card; stricter than Qt, which also takes signs and prefixes. */
+quint64 parseTransponderId(const QByteArray &line)
+{
+    const bool isHex = std::all_of(line.begin(), line.end(), [](char c) {
+        return std::isxdigit(static_cast<unsigned char>(c)) != 0;
+    });
+    if (!isHex) {
+        qCritical() << "Failed to parse transponder ID" << line;
+        throw AttendanceErrorException(AttendanceWorker::tr("Failed to parse transponder ID. :O"));
+    }
+    return line.toULongLong(nullptr, 16);
+}
+
+} // namespace
+
+AttendanceWorker::AttendanceWorker(const RequestLimits &limits)
+    : m_limits(limits)
+{
+}
+
+AttendanceWorker::~AttendanceWorker()
+{
+    // Children go in the order of their making: requests have to go before their manager, and what
+    // they leave open on the screen before them.
+    delete m_queue;
+}
+
+bool AttendanceWorker::isLoggingStopped()
+{
+    return s_isLoggingStopped;
+}
+
+void AttendanceWorker::init()
+{
+    // Slots of QThread::started run with cancellation disabled: without this a worker that blocks
+    // here could not even be terminated, and the program would never end.
+    pthread_setcancelstate(PTHREAD_CANCEL_ENABLE, nullptr);
+
+    qDebug() << "Attendance worker thread started." << QThread::currentThread();
+    m_names = new AttendanceNameCache(this);
+    m_manager = new XNetworkAccessManager(this);
+    m_queue = new AttendanceQueue(*m_manager, *m_names, m_limits, this);
+
+    m_retryTimer = new QTimer(this);
+    connect(m_retryTimer, &QTimer::timeout, this, &AttendanceWorker::initSerialPort);
+    m_queueTimer = new QTimer(this);
+    m_queueTimer->setSingleShot(true);
+    connect(m_queueTimer, &QTimer::timeout, this, &AttendanceWorker::processQueue);
+    connect(m_queue, &AttendanceQueue::retryWanted, m_queueTimer,
+            [timer = m_queueTimer](std::chrono::milliseconds delay) { timer->start(delay); });
+    connect(m_queue, &AttendanceQueue::fatalStop, this, &AttendanceWorker::stopLogging);
+    auto *saveTimer = new QTimer(this);
+    connectChecked(saveTimer, SIGNAL(timeout()), m_names, SLOT(save()));
+    saveTimer->start(1h);
+
+    connectChecked(this,
+                   SIGNAL(transponderScanned(QString)), LBAPI::instance(),
+                          SLOT(onTransponderScanned(QString)));
+    m_queueTimer->start(10s); // for what an earlier run has left
+    initSerialPort();
+}
+
+void AttendanceWorker::initSerialPort()
+{
+    qDebug() << "Initializing serial port...";
+    m_retryTimer->start(unpluggedRetry);
+
+    QVector<PortTraits> ports;
+    const auto available = QSerialPortInfo::availablePorts();
+    for (const QSerialPortInfo &port : available) {
+        qDebug() << port.portName() << port.description() << port.manufacturer()
+                 << port.systemLocation() << port.vendorIdentifier() << port.productIdentifier();
+        ports.append(traitsOf(port));
+    }
+    const QString name = chooseReaderPort(ports);
+    if (!name.isEmpty()) {
+        openSerialPort(name);
+        return;
+    }
+    qWarning() << "No serial port found.";
+    // Told once, when a reader that worked is gone for good.
+    if (s_serialErrors == 1) {
+        s_serialErrors = 2;
+        showSerialError(tr("No serial port found."), 30s);
+    }
+}
+
+void AttendanceWorker::openSerialPort(const QString &name)
+{
+    qInfo() << "Using serial port" << name;
+    auto *port = new QSerialPort(name, this);
+    m_port = port;
+    connect(port, &QSerialPort::errorOccurred, this, &AttendanceWorker::onSerialPortError);
+    connect(port, &QSerialPort::aboutToClose, this, &AttendanceWorker::onSerialPortAboutToClose);
+    connect(port, &QSerialPort::readChannelFinished, this,
+            &AttendanceWorker::onSerialPortReadChannelFinished);
+    if (!port->open(QIODevice::ReadOnly)) {
+        qCritical() << "Failed to open serial port." << port->error() << port->errorString();
+        return; // its error has been handled meanwhile
+    }
+    qInfo() << "Serial port opened.";
+    m_retryTimer->stop();
+    s_serialErrors = 0;
+    m_lines.clear();
+    drain(*port);
+    if (!m_port)
+        return; // it failed meanwhile
+    connect(port, &QSerialPort::readyRead, this, &AttendanceWorker::onSerialPortReadyRead);
+    qDebug() << "Waiting for cards.";
+    Q_EMIT readerStateChanged(true);
+}
+
+/** What was read before anybody listened is no card that somebody holds up now. */
+void AttendanceWorker::drain(QSerialPort &port)
+{
+    constexpr auto longest = 2s;
+    constexpr int most = 65536; // bytes
+    constexpr int quietMs = 100;
+
+    s_isDiscarding = true;
+    QByteArray drained;
+    QElapsedTimer clock;
+    clock.start();
+    while (drained.size() < most && !clock.hasExpired(std::chrono::milliseconds(longest).count())
+           && port.waitForReadyRead(quietMs))
+        drained.append(port.readAll());
+    s_isDiscarding = false;
+    if (!drained.isEmpty())
+        qWarning() << "Serial port had buffered data which was discarded:" << drained;
+}
+
+void AttendanceWorker::onSerialPortError(QSerialPort::SerialPortError err)
+{
+    if (err == QSerialPort::NoError)
+        return;
+    if (err == QSerialPort::TimeoutError && s_isDiscarding)
+        return; // how draining ends
+
+    QString reason;
+    if (m_port) {
+        reason = m_port->errorString();
+        if (m_port->isOpen() && !s_isDiscarding)
+            Q_EMIT readerStateChanged(false);
+        m_port->disconnect(this); // a port that hung up reports it without end
+        m_port->deleteLater();
+        m_port.clear();
+    }
+
+    constexpr unsigned quickRetries = 3;
+    const bool isQuick = s_serialErrors++ < quickRetries;
+    const std::chrono::seconds delay = isQuick ? 1s : unpluggedRetry;
+    m_retryTimer->start(delay);
+    showSerialError(tr("%1 %2\nRetrying in %3 seconds.")
+                        .arg(QString::number(err), reason, QString::number(delay.count())),
+                    isQuick ? 5s : 60s);
+}
+
+void AttendanceWorker::onSerialPortAboutToClose()
+{
+    qDebug() << "Serial port about to close.";
+}
+
+void AttendanceWorker::onSerialPortReadChannelFinished()
+{
+    qDebug() << "onSerialPortReadChannelFinished()";
+}
+
+void AttendanceWorker::onSerialPortReadyRead()
+{
+    if (!m_port || isLoggingStopped())
+        return;
+    qDebug() << "Serial port is ready to be read." << m_port->bytesAvailable()
+             << m_port->canReadLine() << m_lines.buffer();
+    m_lines.append(m_port->readAll());
+    try {
+        while (const auto line = m_lines.takeLine())
+            handleCard(*line);
+    } catch (abi::__forced_unwind &) {
+        throw; // the thread is being ended
+    } catch (...) {
+        m_queue->reportFailure(std::current_exception());
+    }
+}
+
+void AttendanceWorker::handleCard(const QByteArray &line)
+{
+    constexpr int idLength = 8;
+    if (line.size() != idLength) {
+        qWarning() << "Ignoring transponder ID with unusual length" << line;
+        return;
+    }
+    const quint64 transponderId = parseTransponderId(line);
+    if (LBAPI::instance()->scanTransponder()) {
+        Q_EMIT transponderScanned(QString::fromLatin1(line));
+        return;
+    }
+    qDebug() << "Logging" << transponderId << "...";
+    if (Config::instance()->attendanceEnabled())
+        m_queue->log(transponderId);
+}
+
+void AttendanceWorker::processQueue()
+{
+    if (isLoggingStopped())
+        return;
+    if (m_queue->isBusy()) {
+        qDebug() << "ongoing requests - queue processing deferred";
+        m_queueTimer->start(10s);
+        return;
+    }
+    m_queue->startPass();
+}
+
+/** A record that might be logged twice is considered worse than none being logged. */
+void AttendanceWorker::stopLogging()
+{
+    s_isLoggingStopped = true;
+    QThread::currentThread()->exit();
+}

@@ -1,0 +1,281 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "api/lbapi.h"
+#include "app/attendancethread.h"
+#include "attendance/attendancespool.h"
+#include "attendance/attendanceworker.h"
+#include "simulator/virtualreader.h"
+#include "support/testcase.h"
+#include "support/workerrunner.h"
+
+#include <QTemporaryDir>
+
+#include <optional>
+
+using namespace simulator;
+using namespace std::chrono_literals;
+
+class TestAttendanceWorker : public TestCase
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        TestCase::init();
+        log().allow("Ignoring transponder ID with unusual length \"\""_s); // between CR and LF
+        log().allow("Failed to load name cache: failed to open"_s);
+        m_folder.emplace();
+        services();
+        LBAPI::instance();
+        settings::set("attendanceSpoolDir"_s, m_folder->filePath("spool"_s));
+        settings::set("attendanceNameCacheFile"_s, m_folder->filePath("names"_s));
+        QVERIFY2(m_reader.isPlugged() || m_reader.plug(), qPrintable(m_reader.errorString()));
+    }
+
+    void greetsByNameAndShowsTheAnswer()
+    {
+        const Running running;
+        m_reader.tap("0A1B2C3D");
+        QTRY_COMPARE(shown(), "0 Erika Beispiel"_s);
+        QVERIFY(notice()->message().startsWith("Ihre Anwesenheit"_s));
+        const auto record = services().attendanceRecords().value(0);
+        QCOMPARE(record.transponderId, quint64(0x0A1B2C3D));
+        QCOMPARE(record.locationId, 1);
+        QVERIFY(!record.lagMs);
+        QTRY_COMPARE(attendanceSpool().count(), 0);
+
+        services().setFault(Route::Attendance, Fault::Hang);
+        m_reader.tap("0a1b2c3d"); // the same card
+        QTRY_COMPARE(shown(), "4 Erika Beispiel"_s);
+        QCOMPARE(attendanceSpool().count(), 1);
+        services().clearFaults();
+        QTRY_COMPARE(shown(), "0 Erika Beispiel"_s);
+    }
+
+    void tellsOfFailures_data()
+    {
+        columns<Fault, int, QString>("fault", "type", "reason");
+        constexpr int temporary = Notification::WARNING;
+        constexpr int permanent = Notification::ERR;
+        row("refused", Fault::Refuse, temporary, "Network error: ");
+        row("server error", Fault::ServerError, temporary, "Network error: 401 ");
+        row("dropped", Fault::Drop, temporary, "Network error: ");
+        row("never answered", Fault::Hang, temporary, "Network error: 5 Operation canceled");
+        row("not found", Fault::NotFound, temporary, "Network error: 203 ");
+        row("captive portal", Fault::CaptivePortal, permanent, "Invalid server response (1).");
+        row("redirect", Fault::Redirect, permanent, "Invalid server response (1).");
+        row("empty", Fault::Empty, permanent, "Invalid server response (1).");
+        row("other root", Fault::WrongRoot, permanent, "Invalid server response (1).");
+        row("cut off", Fault::Truncated, permanent, "Invalid server response (2).");
+        row("wrong value", Fault::InvalidValue, permanent, "Invalid server response (3).");
+    }
+
+    void tellsOfFailures()
+    {
+        const auto fault = at<Fault>("fault");
+        const bool isTemporary = at<int>("type") == Notification::WARNING;
+        log().expect("Error logging attendance: false \""_s + at("reason"));
+        log().allow("Network error"_s);
+        log().allow("AttendanceResponse(): "_s);
+        services().setFault(Route::Attendance, fault);
+        const Running running({ fault == Fault::Hang ? 300ms : 5000ms, 5s, 1024 * 1024 });
+        m_reader.tap("0A1B2C3D");
+        QTRY_COMPARE(shown(), "%1 Attendance"_s.arg(at<int>("type")));
+        const QString message = notice()->message();
+        QVERIFY(message.startsWith(isTemporary ? "A temporary error occurred."_s
+                                               : "Failed to log your attendance."_s));
+        QVERIFY2(message.contains("\n\n"_s + at("reason")), qPrintable(message));
+        QCOMPARE(notice()->timeout(), isTemporary ? 20000U : 60000U);
+        QTRY_COMPARE(attendanceSpool().count(), isTemporary ? 1 : 0);
+        if (!isTemporary)
+            return;
+
+        services().clearFaults();
+        const int before = services().attendanceRecords().size();
+        running->post("processQueue");
+        QTRY_COMPARE(attendanceSpool().count(), 0);
+        QCOMPARE(services().attendanceRecords().size(), before + 1);
+        QVERIFY(services().attendanceRecords().constLast().lagMs);
+        QCOMPARE(notice()->message(), message);
+    }
+
+    void passesOverTheSpoolAFewAtATime()
+    {
+        constexpr int waiting = 12;
+        for (int i = 1; i <= waiting; ++i)
+            (void)attendanceSpool().create(
+                "<?xml version=\"1.0\"?><attendance><clientTime>2026-11-23T10:00:00</clientTime>"
+                "<locationId>1</locationId><transponderId>%1</transponderId></attendance>"_s.arg(i)
+                    .toUtf8());
+        const QString foreign = attendanceSpool().create("no record");
+        log().expect("Not an attendance record: \"%1\""_s.arg(foreign));
+        log().expect("Error logging attendance: true \"invalid attendance request data\""_s);
+        services().setFault(Route::Attendance, Fault::Hang);
+        const Running running;
+        running->post("processQueue");
+        QTRY_COMPARE(services().requestCount(Route::Attendance), 4);
+        running->post("processQueue"); // deferred
+        m_reader.tap("0A1B2C3D"); // not behind the queue
+        QTRY_COMPARE(services().requestCount(Route::Attendance), 5);
+        QCOMPARE(shown(), "4 Attendance"_s);
+        services().clearFaults();
+        QTRY_COMPARE(attendanceSpool().count(), 1);
+        QCOMPARE(services().attendanceRecords().size(), waiting + 1);
+        QVERIFY(QFile::exists(foreign));
+        QCOMPARE(model().length(), 1);
+    }
+
+    void endsAPassWhenNobodyAnswers()
+    {
+        for (int i = 0; i < 20; ++i)
+            (void)attendanceSpool().create(
+                "<attendance><clientTime>2026-11-23T10:00:00</clientTime>"
+                "<transponderId>1</transponderId></attendance>");
+        log().expect("The service does not answer, the rest of the queue waits."_s);
+        log().expect("Error logging attendance: true \"Network error"_s);
+        log().allow("Network error"_s);
+        services().setFault(Route::Attendance, Fault::Refuse);
+        const Running running;
+        running->post("processQueue");
+        QTRY_VERIFY(log().lines().join(QLatin1Char(' ')).contains("the rest of the queue waits"_s));
+        QCOMPARE(attendanceSpool().count(), 20);
+        QVERIFY(services().requestCount(Route::Attendance) < 20 - (20 - attendanceSpool().count()));
+    }
+
+    void leavesNoNoticeThatNobodyEnds()
+    {
+        services().setFault(Route::Attendance, Fault::Hang);
+        log().allow("Network error"_s);
+        {
+            const Running running;
+            m_reader.tap("0A1B2C3D");
+            QTRY_COMPARE(shown(), "4 Attendance"_s);
+        }
+        QTRY_COMPARE(model().length(), 0);
+        QCOMPARE(attendanceSpool().count(), 1);
+    }
+
+    void answersThoughTheNoticeIsClosed()
+    {
+        services().setFault(Route::Attendance, Fault::Hang);
+        const Running running;
+        m_reader.tap("0A1B2C3D");
+        QTRY_COMPARE(shown(), "4 Attendance"_s);
+        notice()->remove();
+        services().clearFaults();
+        QTRY_COMPARE(attendanceSpool().count(), 0);
+        QCOMPARE(model().length(), 0);
+    }
+
+    void handsCardsToWhoWaitsForOne()
+    {
+        const Running running;
+        QSignalSpy scanned(LBAPI::instance(), &LBAPI::transponderScanned);
+        LBAPI::instance()->setScanTransponder(true);
+        m_reader.tap("0a1B2c3D");
+        QVERIFY(scanned.wait());
+        QCOMPARE(scanned.constFirst().constFirst().toString(), "0a1B2c3D"_s);
+        QVERIFY(!LBAPI::instance()->scanTransponder());
+        QCOMPARE(services().requestCount(Route::Attendance), 0);
+        QCOMPARE(model().length(), 0);
+    }
+
+    void tellsOfACardThatIsNone()
+    {
+        const Running running;
+        log().expect("Ignoring transponder ID with unusual length \"0A1B2C3D4\""_s);
+        log().expect("Failed to parse transponder ID \"0x1A2B3C\""_s);
+        log().expect("Error logging attendance: false \"Failed to parse transponder ID. :O\""_s);
+        m_reader.send("0A1B2C3D4\r0x1A2B3C\r0A1B2C3D\r");
+        QTRY_COMPARE(shown(), "3 Error"_s);
+        QVERIFY(notice()->message().endsWith("\n\nFailed to parse transponder ID. :O"_s));
+        m_reader.send("\n"); // the good line waited for it
+        QTRY_COMPARE(services().attendanceRecords().size(), 1);
+    }
+
+    void findsTheReaderAgain()
+    {
+        m_reader.unplug();
+        m_reader.setStaleBytes("0A1B2C3D\r\n");
+        QVERIFY(m_reader.plug());
+        log().expect("Serial port had buffered data which was discarded: \"0A1B2C3D"_s);
+        const Running running;
+        QSignalSpy states(running->worker, &AttendanceWorker::readerStateChanged);
+        log().expect("No serial port found."_s);
+        m_reader.unplug();
+        QTRY_COMPARE(shown(), "3 Serial port error"_s);
+        QVERIFY(notice()->message().contains("\nRetrying in 1 seconds."_s));
+        QCOMPARE(notice()->timeout(), 5000U);
+        QTRY_COMPARE(model().length(), 2); // a second later
+        QCOMPARE(notice()->message(), "No serial port found."_s);
+        QCOMPARE(notice()->timeout(), 30000U);
+        running->post("initSerialPort"); // nothing new, nothing to tell
+        QVERIFY(m_reader.plug());
+        running->post("initSerialPort");
+        QTRY_COMPARE(states, (QList<QVariantList> { { false }, { true } }));
+        m_reader.tap("0A1B2C3D");
+        QTRY_COMPARE(services().attendanceRecords().size(), 1);
+    }
+
+    /** Comes last: what it stops stays stopped for the process. */
+    void stopsForGoodWhenARecordCanNotBeRemoved()
+    {
+        services().setFault(Route::Attendance, Fault::Hang);
+        const Running running;
+        m_reader.tap("0A1B2C3D");
+        QTRY_COMPARE(services().requestCount(Route::Attendance), 1);
+        const QString folder = attendanceSpool().folder();
+        const QString file
+            = folder + QLatin1Char('/') + QDir(folder).entryList(QDir::Files).value(0);
+        QVERIFY(QFile::remove(file) && QDir().mkpath(file)); // a folder can not be removed so
+        log().expect("Failed to remove a sent attendance record"_s);
+        log().expect("Logging has been stopped"_s);
+        services().clearFaults();
+        QTRY_COMPARE(shown(), "3 FATAL ERROR"_s);
+        QVERIFY(notice()->message().contains(file));
+        QVERIFY(notice()->timeout() == 0 && notice()->isClosable());
+        QTRY_VERIFY(running->thread.isFinished());
+        startAttendanceThread();
+        QCOMPARE(model().length(), 2);
+    }
+
+private:
+    /** A worker whose reader is connected, with an empty spool of its own. */
+    struct Running
+    {
+        explicit Running(const RequestLimits &limits = {})
+        {
+            auto *worker = new AttendanceWorker(limits);
+            QSignalSpy connected(worker, &AttendanceWorker::readerStateChanged);
+            m_runner.emplace(worker);
+            [&connected] { QTRY_COMPARE(connected.count(), 1); }();
+        }
+        const WorkerRunner<AttendanceWorker> *operator->() const { return &*m_runner; }
+
+    private:
+        std::optional<WorkerRunner<AttendanceWorker>> m_runner;
+    };
+
+    static NotificationsModel &model() { return *LBAPI::instance()->notifications(); }
+
+    /** The newest notification. */
+    static Notification *notice()
+    {
+        return model().data(model().index(0), NotificationsModel::DataRole).value<Notification *>();
+    }
+
+    static QString shown()
+    {
+        return notice() ? "%1 %2"_s.arg(notice()->type()).arg(notice()->title()) : QString();
+    }
+
+    std::optional<QTemporaryDir> m_folder;
+    SerialBus m_bus;
+    VirtualReader m_reader { m_bus };
+};
+
+static RegisterTest<TestAttendanceWorker> registerAttendanceWorker;
+
+#include "tst_attendanceworker.moc"
