@@ -99,7 +99,8 @@ namespace {
                 isKnown
                     ? QStringLiteral("Ihre Anwesenheit wurde um %1 Uhr erfasst.")
                           .arg(record.clientTime.toLocalTime().toString(QStringLiteral("HH:mm")))
-                    : QStringLiteral("Diese Karte ist niemandem zugeordnet."));
+                    : QStringLiteral("Die Karte %1 ist niemandem zugeordnet.")
+                          .arg(record.transponderId));
         element("timeout", QString::number(noticeTimeoutMs));
         writer.writeEndDocument();
         return document;

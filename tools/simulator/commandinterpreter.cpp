@@ -56,6 +56,7 @@ const QVector<CommandInterpreter::Command> &CommandInterpreter::commands()
         { "plug", "", "put the reader back", &Self::plug },
         { "requests", "", "list the latest requests", &Self::requests },
         { "audit", "", "count requests and attendance records", &Self::audit },
+        { "records", "", "list the attendance records that were accepted", &Self::records },
         { "help", "", "show this text", &Self::help },
         { "quit", "", "end the kiosk and the simulator", &Self::quit },
     };
@@ -166,6 +167,20 @@ QString CommandInterpreter::audit(const QString & /*arguments*/)
                  .arg(times.size())
                  .arg(std::count_if(times.begin(), times.end(), [](int n) { return n > 1; }));
     return lines.join(QLatin1Char('\n'));
+}
+
+QString CommandInterpreter::records(const QString & /*arguments*/)
+{
+    QStringList lines;
+    const auto records = m_simulator->attendanceRecords();
+    for (const AttendanceRecord &record : records)
+        lines += QStringLiteral("record: card %1 in %2 at %3%4")
+                     .arg(record.transponderId)
+                     .arg(record.locationId)
+                     .arg(record.clientTime.toString(Qt::ISODate),
+                          record.lagMs ? QStringLiteral(", %1 ms late").arg(*record.lagMs)
+                                       : QString());
+    return lines.isEmpty() ? QStringLiteral("no records yet") : lines.join(QLatin1Char('\n'));
 }
 
 QString CommandInterpreter::readerProblem(bool hasToBePlugged) const

@@ -40,6 +40,7 @@ private:
     [[nodiscard]] QString configuration(const QString &arguments);
     [[nodiscard]] QString requests(const QString &arguments);
     [[nodiscard]] QString audit(const QString &arguments);
+    [[nodiscard]] QString records(const QString &arguments);
     [[nodiscard]] QString tap(const QString &arguments);
     [[nodiscard]] QString send(const QString &arguments);
     [[nodiscard]] QString stale(const QString &arguments);
