@@ -3,7 +3,9 @@
 
 #include "simulator/attendanceroute.h"
 
-#include <QRegularExpression>
+#include "simulator/cardholders.h"
+#include "simulator/strictforms.h"
+
 #include <QXmlStreamReader>
 #include <QXmlStreamWriter>
 
@@ -17,21 +19,6 @@ namespace {
     constexpr auto responseType = "application/xml; charset=utf-8";
     constexpr int noticeTimeoutMs = 8000;
     constexpr int oversizeBytes = 2'000'000; // the kiosk takes 1 MiB
-    constexpr quint64 firstCard = 0x0A1B2C3D;
-    constexpr std::array<const char *, 4> holders {
-        "Erika Beispiel",
-        "Jürgen Großmann-Öztürk",
-        "Zoë Łukasiewicz",
-        "Dr. Maximiliane Konstanze Freifrau von und zu Hohenmusterstein-Beispielhausen",
-    };
-
-    /// Takes a whole value of the form, which is stricter than Qt's own conversions are.
-    bool matches(const QString &text, const char *form)
-    {
-        return QRegularExpression(QRegularExpression::anchoredPattern(QString::fromLatin1(form)))
-            .match(text)
-            .hasMatch();
-    }
 
     /// What is wrong with the document, or an empty text and the record that it holds.
     QString read(const QByteArray &document, AttendanceRecord *record)
@@ -61,10 +48,8 @@ namespace {
             return QStringLiteral("Not \"%1\" but \"%2\"").arg(expected, names.join(separator));
 
         std::array<bool, 4> good {};
-        record->clientTime = QDateTime::fromString(values.first(), Qt::ISODate);
-        good[0] = record->clientTime.isValid()
-            && matches(values.first(),
-                       R"(\d{4}(-\d\d){2}T\d\d(:\d\d){2}(\.\d+)?(Z|[+-]\d\d:\d\d)?)");
+        record->clientTime = isoDateTime(values.first());
+        good[0] = record->clientTime.isValid();
         good[1] = !hasLag || matches(values.at(1), "-?\\d+");
         if (hasLag && good[1])
             record->lagMs = values.at(1).toLongLong(&good[1]);
@@ -77,10 +62,10 @@ namespace {
             : QStringLiteral("A value can not be read: %1").arg(values.join(separator));
     }
 
-    QByteArray response(const AttendanceRecord &record)
+    /// @param holder empty for a card that is nobody's
+    QByteArray response(const AttendanceRecord &record, const QString &holder)
     {
-        const quint64 index = record.transponderId - firstCard;
-        const bool isKnown = index < holders.size();
+        const bool isKnown = !holder.isEmpty();
         QByteArray document;
         QXmlStreamWriter writer(&document);
         const auto element = [&writer](const char *name, const QString &text) {
@@ -90,17 +75,14 @@ namespace {
         writer.writeStartElement(QStringLiteral("attendanceResponse"));
         element("serverTime", record.acceptedAt.toString(Qt::ISODate));
         element("clientTime", record.clientTime.toString(Qt::ISODate));
-        element("name", isKnown ? QString::fromUtf8(holders.at(index)) : QString());
+        element("name", holder);
         element("notificationType", isKnown ? QStringLiteral("INFO") : QStringLiteral("WARNING"));
-        element("title",
-                isKnown ? QString::fromUtf8(holders.at(index))
-                        : QStringLiteral("Unbekannte Karte"));
+        element("title", isKnown ? holder : QStringLiteral("Unbekannte Karte"));
         element("message",
                 isKnown
                     ? QStringLiteral("Ihre Anwesenheit wurde um %1 Uhr erfasst.")
                           .arg(record.clientTime.toLocalTime().toString(QStringLiteral("HH:mm")))
-                    : QStringLiteral("Die Karte %1 ist niemandem zugeordnet.")
-                          .arg(record.transponderId));
+                    : CardHolders::unknownCard(record.transponderId));
         element("timeout", QString::number(noticeTimeoutMs));
         writer.writeEndDocument();
         return document;
@@ -108,13 +90,18 @@ namespace {
 
 } // namespace
 
+AttendanceRoute::AttendanceRoute(const CardHolders &holders)
+    : m_holders(holders)
+{
+}
+
 QVector<AttendanceRecord> AttendanceRoute::records() const
 {
     const std::lock_guard lock(m_mutex);
     return m_records;
 }
 
-bool AttendanceRoute::owns(const QString &asked) const
+bool AttendanceRoute::owns(const QByteArray & /*method*/, const QString &asked) const
 {
     return asked == QLatin1String(path);
 }
@@ -136,7 +123,7 @@ Answer AttendanceRoute::answer(const QString & /*path*/, const RecordedRequest &
         return textAnswer(400, complaint);
 
     record.acceptedAt = QDateTime::currentDateTime();
-    Answer good { 200, responseType, response(record) };
+    Answer good { 200, responseType, response(record, m_holders.nameOf(record.transponderId)) };
     good.takeEffect = [this, record] {
         const std::lock_guard lock(m_mutex);
         m_records.append(record);

@@ -157,7 +157,7 @@ void Backend::handle(const httplib::Request &request, httplib::Response &respons
     const QLatin1String moved(movedPrefix);
     const QString path
         = record.path.startsWith(moved) ? record.path.mid(moved.size()) : record.path;
-    if (Service *service = ownerOf(path)) {
+    if (Service *service = ownerOf(record.method, path)) {
         serve(*service, request, record, path, response);
         return;
     }
@@ -284,11 +284,11 @@ size_t Backend::drip(const Service &service, int switches, size_t left)
     return released ? left : 1;
 }
 
-Backend::Service *Backend::ownerOf(const QString &path)
+Backend::Service *Backend::ownerOf(const QByteArray &method, const QString &path)
 {
-    const auto found
-        = std::find_if(m_services.begin(), m_services.end(),
-                       [&path](const Service &each) { return each.handler->owns(path); });
+    const auto found = std::find_if(m_services.begin(), m_services.end(), [&](const Service &each) {
+        return each.handler->owns(method, path);
+    });
     return found == m_services.end() ? nullptr : &*found;
 }
 

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "simulator/attendanceroute.h"
+#include "simulator/cardholders.h"
 #include "simulator/configurationroute.h"
 #include "simulator/enums.h"
 #include "simulator/httpserver.h"
@@ -87,14 +88,15 @@ private:
     {
         return m_services[static_cast<size_t>(route)];
     }
-    [[nodiscard]] Service *ownerOf(const QString &path);
+    [[nodiscard]] Service *ownerOf(const QByteArray &method, const QString &path);
 
     const Announce m_announce;
     const Execute m_execute;
+    CardHolders m_holders;
     ScheduleRoute m_schedule;
     TokenRoute m_tokens;
     ConfigurationRoute m_configuration { m_tokens };
-    AttendanceRoute m_attendance;
+    AttendanceRoute m_attendance { m_holders };
     std::unique_ptr<HttpServer> m_server;
 
     mutable std::mutex m_mutex; ///< guards everything below

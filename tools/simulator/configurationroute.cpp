@@ -42,7 +42,7 @@ void ConfigurationRoute::setDocument(const QByteArray &json)
     m_document = json;
 }
 
-bool ConfigurationRoute::owns(const QString &asked) const
+bool ConfigurationRoute::owns(const QByteArray & /*method*/, const QString &asked) const
 {
     return asked == QLatin1String(path);
 }

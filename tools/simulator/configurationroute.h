@@ -23,7 +23,7 @@ public:
     /// Serves this JSON; empty goes back to the configuration of the sample day's first room.
     void setDocument(const QByteArray &json);
 
-    [[nodiscard]] bool owns(const QString &path) const override;
+    [[nodiscard]] bool owns(const QByteArray &method, const QString &path) const override;
     [[nodiscard]] Answer answer(const QString &path, const RecordedRequest &request) override;
     [[nodiscard]] Answer spoil(Answer good, Fault fault, const RecordedRequest &request) override;
 

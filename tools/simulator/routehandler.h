@@ -19,8 +19,8 @@ public:
     Q_DISABLE_COPY_MOVE(RouteHandler)
     virtual ~RouteHandler() = default;
 
-    /// Whether the path belongs to this service, be the request good or bad.
-    [[nodiscard]] virtual bool owns(const QString &path) const = 0;
+    /// Whether such requests go to this service, be they good or bad.
+    [[nodiscard]] virtual bool owns(const QByteArray &method, const QString &path) const = 0;
     /// The good answer, or the refusal of a request that the real service would refuse.
     /// @param path what was asked for, which differs from the request's own after a redirect
     [[nodiscard]] virtual Answer answer(const QString &path, const RecordedRequest &request) = 0;

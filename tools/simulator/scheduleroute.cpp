@@ -73,7 +73,7 @@ void ScheduleRoute::setFile(const QString &path)
     m_file = path;
 }
 
-bool ScheduleRoute::owns(const QString &path) const
+bool ScheduleRoute::owns(const QByteArray & /*method*/, const QString &path) const
 {
     return path.startsWith(QLatin1String(pathPrefix));
 }

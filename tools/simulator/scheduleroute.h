@@ -26,7 +26,7 @@ public:
     /// Serves the file on every date, read at each request.
     void setFile(const QString &path);
 
-    [[nodiscard]] bool owns(const QString &path) const override;
+    [[nodiscard]] bool owns(const QByteArray &method, const QString &path) const override;
     [[nodiscard]] Answer answer(const QString &path, const RecordedRequest &request) override;
     [[nodiscard]] Answer spoil(Answer good, Fault fault, const RecordedRequest &request) override;
 

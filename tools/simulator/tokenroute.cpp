@@ -47,7 +47,7 @@ namespace {
 
 } // namespace
 
-bool TokenRoute::owns(const QString &asked) const
+bool TokenRoute::owns(const QByteArray & /*method*/, const QString &asked) const
 {
     return asked == QLatin1String(path);
 }

@@ -24,7 +24,7 @@ public:
     static constexpr auto clientId = "lumenboard-simulated";
     static constexpr auto clientSecret = "Geheimnis: 42 & mehr";
 
-    [[nodiscard]] bool owns(const QString &path) const override;
+    [[nodiscard]] bool owns(const QByteArray &method, const QString &path) const override;
     [[nodiscard]] Answer answer(const QString &path, const RecordedRequest &request) override;
     [[nodiscard]] Answer spoil(Answer good, Fault fault, const RecordedRequest &request) override;
 
