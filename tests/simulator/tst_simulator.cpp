@@ -270,7 +270,7 @@ private Q_SLOTS:
         row("fault schedule melt", "error: unknown fault \"melt\", try help");
         row("fault lunch hang", "error: unknown route \"lunch\", try faults");
         row("fault schedule", "error: usage: fault ROUTE KIND");
-        row("faults", "schedule: not-found\ntoken: none\nconfiguration: none\nattendance: none");
+        row("fault presence-booking drop", "presence-booking: drop");
         row("schedule /no/such/file", "error: /no/such/file: No such file or directory");
         row("requests", "no requests yet");
         row("tap 0A1B2C3D", "error: there is no reader, see --no-reader and --run");
@@ -302,9 +302,9 @@ private Q_SLOTS:
         const QByteArray other = QByteArray(record).replace("57</t", "58</t");
         for (const QByteArray &each : { record, other, record })
             QVERIFY(ends(log(each, token(each, 0))));
-        QCOMPARE(interpreter.execute(QStringLiteral("audit")).section(QLatin1Char('\n'), 3),
-                 QStringLiteral("attendance: 3 requests, 0 refused\n"
-                                "attendance records: 3 accepted, 2 distinct, 1 more than once"));
+        const QString audit = interpreter.execute(QStringLiteral("audit"));
+        QVERIFY(audit.contains(QLatin1String("attendance: 3 requests, 0 refused\n")));
+        QVERIFY(audit.contains(QLatin1String("records: 3 accepted, 2 distinct, 1 more than once")));
     }
 
     void runsTheKioskWithPrivateSettings()

@@ -13,6 +13,9 @@
 namespace simulator {
 namespace {
 
+    constexpr int oversizeBytes = 2'000'000; // the kiosk takes 1 MiB
+    constexpr int hostileRepeats = 5'000; // together still within that
+
     constexpr auto loginPage = R"(<!DOCTYPE html>
 <html lang="de">
 <head><meta charset="utf-8"><title>Gastnetz</title></head>
@@ -59,6 +62,24 @@ Answer textAnswer(int status, const QString &text)
 Answer jsonAnswer(int status, const QJsonObject &object)
 {
     return { status, "application/json", QJsonDocument(object).toJson(QJsonDocument::Compact) };
+}
+
+Answer spoiledJson(Answer good, Fault fault, const char *wrongTypes, const QStringList &texts)
+{
+    if (fault == Fault::WrongRoot) {
+        good.body = '[' + good.body + ']';
+    } else if (fault == Fault::InvalidValue) {
+        good.body = wrongTypes;
+    } else if (fault == Fault::Oversize) {
+        good.body += QByteArray(oversizeBytes, ' ');
+    } else if (fault == Fault::HostileValues) {
+        QJsonObject object = QJsonDocument::fromJson(good.body).object();
+        const auto markup = QStringLiteral("<img src='http://127.0.0.1:9/'><b>Lang</b> ");
+        for (const QString &key : texts)
+            object.insert(key, markup.repeated(hostileRepeats));
+        good.body = QJsonDocument(object).toJson(QJsonDocument::Compact);
+    }
+    return good;
 }
 
 bool letsRequestsThrough(Fault fault)

@@ -35,6 +35,14 @@ struct Answer
 [[nodiscard]] Answer textAnswer(int status, const QString &text);
 [[nodiscard]] Answer jsonAnswer(int status, const QJsonObject &object);
 
+/**
+ * What becomes of a good JSON answer under a fault of the kinds that all JSON services share.
+ * @param wrongTypes the document for Fault::InvalidValue
+ * @param texts the keys that Fault::HostileValues fills with markup and with too much of it
+ */
+[[nodiscard]] Answer spoiledJson(Answer good, Fault fault, const char *wrongTypes,
+                                 const QStringList &texts);
+
 /// Whether the service gets the request all the same, so that only the answer suffers.
 [[nodiscard]] bool letsRequestsThrough(Fault fault);
 

@@ -8,6 +8,9 @@
 #include "simulator/configurationroute.h"
 #include "simulator/enums.h"
 #include "simulator/httpserver.h"
+#include "simulator/presencebook.h"
+#include "simulator/presencebookingroute.h"
+#include "simulator/presencestatusroute.h"
 #include "simulator/recordedrequest.h"
 #include "simulator/scheduleroute.h"
 #include "simulator/tokenroute.h"
@@ -52,6 +55,8 @@ public:
     [[nodiscard]] ScheduleRoute &schedule() { return m_schedule; }
     [[nodiscard]] ConfigurationRoute &configuration() { return m_configuration; }
     [[nodiscard]] const AttendanceRoute &attendance() const { return m_attendance; }
+    [[nodiscard]] const CardHolders &holders() const { return m_holders; }
+    [[nodiscard]] PresenceBook &presence() { return m_presence; }
 
     void setFault(Route route, Fault fault);
     [[nodiscard]] Fault fault(Route route) const;
@@ -93,10 +98,13 @@ private:
     const Announce m_announce;
     const Execute m_execute;
     CardHolders m_holders;
+    PresenceBook m_presence;
     ScheduleRoute m_schedule;
     TokenRoute m_tokens;
     ConfigurationRoute m_configuration { m_tokens };
     AttendanceRoute m_attendance { m_holders };
+    PresenceStatusRoute m_presenceStatus { m_holders, m_presence };
+    PresenceBookingRoute m_presenceBooking { m_holders, m_tokens, m_presence };
     std::unique_ptr<HttpServer> m_server;
 
     mutable std::mutex m_mutex; ///< guards everything below
@@ -104,11 +112,13 @@ private:
     bool m_stopping = false;
     std::chrono::milliseconds m_dripInterval = std::chrono::seconds(10);
     /// In the order of Route. A new service is an enumerator, a handler above and a row here.
-    std::array<Service, 4> m_services { {
+    std::array<Service, 6> m_services { {
         { &m_schedule },
         { &m_tokens },
         { &m_configuration },
         { &m_attendance },
+        { &m_presenceStatus },
+        { &m_presenceBooking },
     } };
 };
 

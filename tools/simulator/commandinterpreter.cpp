@@ -31,6 +31,21 @@ namespace {
         return error(QStringLiteral("\"%1\" is no sequence of bytes in hex").arg(text));
     }
 
+    /// Which card was read, and when: what tells one record from another.
+    using Sightings = QVector<QPair<quint64, QDateTime>>;
+
+    QString repetitions(const char *title, const Sightings &sightings)
+    {
+        QMap<QPair<quint64, QDateTime>, int> times;
+        for (const auto &each : sightings)
+            ++times[each];
+        return QStringLiteral("%1: %2 accepted, %3 distinct, %4 more than once")
+            .arg(QLatin1String(title))
+            .arg(sightings.size())
+            .arg(times.size())
+            .arg(std::count_if(times.begin(), times.end(), [](int n) { return n > 1; }));
+    }
+
 } // namespace
 
 struct CommandInterpreter::Command
@@ -55,8 +70,11 @@ const QVector<CommandInterpreter::Command> &CommandInterpreter::commands()
         { "unplug", "", "pull the reader out", &Self::unplug },
         { "plug", "", "put the reader back", &Self::plug },
         { "requests", "", "list the latest requests", &Self::requests },
-        { "audit", "", "count requests and attendance records", &Self::audit },
+        { "audit", "", "count requests, records and bookings", &Self::audit },
         { "records", "", "list the attendance records that were accepted", &Self::records },
+        { "bookings", "", "list the presence bookings that were accepted", &Self::bookings },
+        { "present", "ID", "have the holder of a card come", &Self::present },
+        { "absent", "ID", "have the holder of a card leave", &Self::absent },
         { "help", "", "show this text", &Self::help },
         { "quit", "", "end the kiosk and the simulator", &Self::quit },
     };
@@ -158,14 +176,14 @@ QString CommandInterpreter::audit(const QString & /*arguments*/)
                      .arg(all.size())
                      .arg(all.size() - accepted);
     }
-    QMap<QPair<quint64, QDateTime>, int> times;
-    const auto records = m_simulator->attendanceRecords();
-    for (const AttendanceRecord &record : records)
-        ++times[{ record.transponderId, record.clientTime }];
-    lines += QStringLiteral("attendance records: %1 accepted, %2 distinct, %3 more than once")
-                 .arg(records.size())
-                 .arg(times.size())
-                 .arg(std::count_if(times.begin(), times.end(), [](int n) { return n > 1; }));
+    Sightings records;
+    for (const AttendanceRecord &each : m_simulator->attendanceRecords())
+        records += { each.transponderId, each.clientTime };
+    lines += repetitions("attendance records", records);
+    Sightings bookings;
+    for (const PresenceBooking &each : m_simulator->presenceBookings())
+        bookings += { each.tid, each.time };
+    lines += repetitions("presence bookings", bookings);
     return lines.join(QLatin1Char('\n'));
 }
 
@@ -181,6 +199,38 @@ QString CommandInterpreter::records(const QString & /*arguments*/)
                           record.lagMs ? QStringLiteral(", %1 ms late").arg(*record.lagMs)
                                        : QString());
     return lines.isEmpty() ? QStringLiteral("no records yet") : lines.join(QLatin1Char('\n'));
+}
+
+QString CommandInterpreter::bookings(const QString & /*arguments*/)
+{
+    QStringList lines;
+    const auto bookings = m_simulator->presenceBookings();
+    for (const PresenceBooking &booking : bookings)
+        lines += QStringLiteral("booking: card %1 %2 at %3, location %4")
+                     .arg(booking.tid)
+                     .arg(nameOf(booking.type), booking.time.toString(Qt::ISODate))
+                     .arg(booking.locationId);
+    return lines.isEmpty() ? QStringLiteral("no bookings yet") : lines.join(QLatin1Char('\n'));
+}
+
+QString CommandInterpreter::present(const QString &arguments)
+{
+    return setPresent(arguments, true);
+}
+
+QString CommandInterpreter::absent(const QString &arguments)
+{
+    return setPresent(arguments, false);
+}
+
+QString CommandInterpreter::setPresent(const QString &card, bool isPresent)
+{
+    const auto bytes = bytesOf(card);
+    const quint64 number = bytes ? bytes->toHex().toULongLong(nullptr, 16) : 0;
+    if (!m_simulator->setPresent(number, isPresent))
+        return error(QStringLiteral("nobody holds the card \"%1\"").arg(card));
+    return QStringLiteral("%1 is %2")
+        .arg(card, isPresent ? QStringLiteral("present") : QStringLiteral("absent"));
 }
 
 QString CommandInterpreter::readerProblem(bool hasToBePlugged) const

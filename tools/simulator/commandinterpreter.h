@@ -41,6 +41,10 @@ private:
     [[nodiscard]] QString requests(const QString &arguments);
     [[nodiscard]] QString audit(const QString &arguments);
     [[nodiscard]] QString records(const QString &arguments);
+    [[nodiscard]] QString bookings(const QString &arguments);
+    [[nodiscard]] QString present(const QString &arguments);
+    [[nodiscard]] QString absent(const QString &arguments);
+    [[nodiscard]] QString setPresent(const QString &card, bool isPresent);
     [[nodiscard]] QString tap(const QString &arguments);
     [[nodiscard]] QString send(const QString &arguments);
     [[nodiscard]] QString stale(const QString &arguments);

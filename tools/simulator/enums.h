@@ -14,7 +14,7 @@ namespace simulator {
 Q_NAMESPACE
 
 /** The services that the simulator plays, each by a handler of its own. */
-enum class Route { Schedule, Token, Configuration, Attendance };
+enum class Route { Schedule, Token, Configuration, Attendance, PresenceStatus, PresenceBooking };
 Q_ENUM_NS(Route)
 
 /** What can be wrong with the answers of a route. */
@@ -46,6 +46,15 @@ enum class Fault {
     HostileValues ///< a document with values that nobody should trust
 };
 Q_ENUM_NS(Fault)
+
+/** What a presence booking says, as the service numbers it. */
+enum class PresenceType {
+    Auto, ///< coming or leaving, whichever it was not the last time
+    In,
+    Out,
+    Continuous ///< seen in passing, taken like Auto
+};
+Q_ENUM_NS(PresenceType)
 
 /// The word for an enumerator in commands: EntityBomb is "entity-bomb".
 [[nodiscard]] QString hyphenated(const char *enumerator);

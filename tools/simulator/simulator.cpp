@@ -84,6 +84,7 @@ QMap<QString, QString> Simulator::kioskSettings() const
         { QStringLiteral("eventDataUrlTemplate"), scheduleUrlTemplate() },
         { QStringLiteral("quirlUrl"), base },
         { QStringLiteral("attendanceLogUrl"), base + QLatin1String(AttendanceRoute::path) },
+        { QStringLiteral("tallyxLogUrl"), base + QLatin1String(PresenceStatusRoute::path) },
         { QStringLiteral("Keycloak/url"), base + QLatin1String(TokenRoute::path) },
         { QStringLiteral("Keycloak/clientId"), QLatin1String(TokenRoute::clientId) },
         { QStringLiteral("Keycloak/clientSecret"), QLatin1String(TokenRoute::clientSecret) },
@@ -119,6 +120,19 @@ QVector<RecordedRequest> Simulator::requests(Route route) const
 QVector<AttendanceRecord> Simulator::attendanceRecords() const
 {
     return m_backend->attendance().records();
+}
+
+QVector<PresenceBooking> Simulator::presenceBookings() const
+{
+    return m_backend->presence().bookings();
+}
+
+bool Simulator::setPresent(quint64 card, bool present)
+{
+    if (m_backend->holders().nameOf(card).isEmpty())
+        return false;
+    m_backend->presence().setPresent(card, present);
+    return true;
 }
 
 } // namespace simulator

@@ -5,6 +5,7 @@
 
 #include "simulator/attendancerecord.h"
 #include "simulator/enums.h"
+#include "simulator/presencebooking.h"
 #include "simulator/recordedrequest.h"
 
 #include <QMap>
@@ -72,6 +73,11 @@ public:
     /// All attendance that the service has logged, in this order, whether or not its answer
     /// arrived.
     [[nodiscard]] QVector<AttendanceRecord> attendanceRecords() const;
+
+    /// All presence that the service has booked, likewise.
+    [[nodiscard]] QVector<PresenceBooking> presenceBookings() const;
+    /// Has the holder of the card come this moment, or leave. Returns whether anybody holds it.
+    bool setPresent(quint64 card, bool present);
 
     /// Answers POST /control, whose body is the command; called in this object's thread.
     void setCommandHandler(const CommandHandler &handler) { m_commandHandler = handler; }

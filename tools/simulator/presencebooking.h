@@ -1,0 +1,24 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include "simulator/enums.h"
+
+#include <QDateTime>
+
+namespace simulator {
+
+/** One card at one screen, as the presence service has booked it. */
+struct PresenceBooking
+{
+    quint64 tid = 0;
+    PresenceType type = PresenceType::Auto;
+    QDateTime time; ///< when the card was read
+    int locationId = 0;
+    qint64 logDelay = 0; ///< both in milliseconds; clocks jump, so they can be negative
+    qint64 transmissionDelay = 0;
+    QDateTime acceptedAt;
+};
+
+} // namespace simulator
