@@ -51,12 +51,8 @@ Answer ConfigurationRoute::answer(const QString & /*path*/, const RecordedReques
 {
     if (request.method != "GET")
         return textAnswer(405, QStringLiteral("The configuration can only be fetched by GET"));
-    if (!m_tokens.isAuthorized(request.headers.value("authorization")))
-        return textAnswer(401, QStringLiteral("No token that was issued here"));
-    if (request.headers.value("accept") != jsonType)
-        return textAnswer(406, QStringLiteral("The configuration is JSON"));
-    if (!request.headers.value("accept-language").startsWith("de"))
-        return textAnswer(406, QStringLiteral("The configuration is German"));
+    if (const auto refusal = m_tokens.refusalOf(request))
+        return *refusal;
     const std::lock_guard lock(m_mutex);
     return { 200, jsonType, m_document.isEmpty() ? QByteArray(defaultDocument) : m_document };
 }

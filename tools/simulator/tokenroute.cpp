@@ -107,6 +107,17 @@ bool TokenRoute::isAuthorized(const QByteArray &authorization) const
         && !token->hasExpired();
 }
 
+std::optional<Answer> TokenRoute::refusalOf(const RecordedRequest &request) const
+{
+    if (!isAuthorized(request.headers.value("authorization")))
+        return textAnswer(401, QStringLiteral("No token that was issued here"));
+    if (request.headers.value("accept") != "application/json")
+        return textAnswer(406, QStringLiteral("Only JSON is spoken here"));
+    if (!request.headers.value("accept-language").startsWith("de"))
+        return textAnswer(406, QStringLiteral("Only German is spoken here"));
+    return std::nullopt;
+}
+
 Answer TokenRoute::issue()
 {
     const QByteArray access = "access." + randomText();

@@ -10,6 +10,7 @@
 #include <QSet>
 
 #include <mutex>
+#include <optional>
 
 namespace simulator {
 
@@ -30,6 +31,9 @@ public:
 
     /// Whether the header value carries an access token that was issued here and has not expired.
     [[nodiscard]] bool isAuthorized(const QByteArray &authorization) const;
+    /// What a service answers that is for kiosks alone and speaks JSON and German; nothing if the
+    /// request has a good token and wants both.
+    [[nodiscard]] std::optional<Answer> refusalOf(const RecordedRequest &request) const;
 
 private:
     [[nodiscard]] Answer issue();
