@@ -87,6 +87,7 @@ bool letsRequestsThrough(Fault fault)
     switch (fault) {
     case Fault::CaptivePortal:
     case Fault::Redirect:
+    case Fault::RedirectAway:
     case Fault::NotFound:
     case Fault::ServerError:
     case Fault::Refuse:
@@ -97,7 +98,7 @@ bool letsRequestsThrough(Fault fault)
     }
 }
 
-Answer spoiled(Answer answer, Fault fault, RouteHandler &handler, const QString &path,
+Answer spoiled(Answer answer, Fault fault, RouteHandler &handler, const QByteArray &newLocation,
                const RecordedRequest &request)
 {
     switch (fault) {
@@ -133,8 +134,10 @@ Answer spoiled(Answer answer, Fault fault, RouteHandler &handler, const QString 
     case Fault::CaptivePortal:
         return { 200, "text/html; charset=utf-8", loginPage };
     case Fault::Redirect:
-        answer = textAnswer(302, QStringLiteral("Moved"));
-        answer.headers["Location"] = "/moved" + path.toUtf8();
+    case Fault::RedirectAway:
+        // The second is the status under which a careless client sends its body once more.
+        answer = textAnswer(fault == Fault::Redirect ? 302 : 307, QStringLiteral("Moved"));
+        answer.headers["Location"] = newLocation;
         break;
     case Fault::NotFound:
         return textAnswer(404, QStringLiteral("Not found"));

@@ -49,9 +49,9 @@ struct Answer
 /**
  * What becomes of a good answer under a fault. Hang and Slow change nothing, since they are a
  * matter of when, nor does Refuse, under which there is none.
- * @param path the path that was asked for, which a redirect leads away from
+ * @param newLocation where redirects lead
  */
-[[nodiscard]] Answer spoiled(Answer answer, Fault fault, RouteHandler &handler, const QString &path,
-                             const RecordedRequest &request);
+[[nodiscard]] Answer spoiled(Answer answer, Fault fault, RouteHandler &handler,
+                             const QByteArray &newLocation, const RecordedRequest &request);
 
 } // namespace simulator

@@ -15,6 +15,8 @@ using namespace std::chrono_literals;
 namespace {
 
     constexpr auto controlPath = "/control";
+    constexpr auto address = "127.0.0.1";
+    constexpr auto otherAddress = "127.0.0.2"; // another host, not just another port
     constexpr auto movedPrefix = "/moved"; // where redirects lead: no fault applies there
     constexpr auto hangCheckInterval = 100ms;
     constexpr size_t chunkBytes = 65'536;
@@ -100,9 +102,13 @@ bool Backend::start(quint16 port)
         [this](const httplib::Request &request, httplib::Response &response) {
             handle(request, response);
         });
-    if (m_server->start(port))
+    m_elsewhere = std::make_unique<HttpServer>(
+        [this](const httplib::Request &request, httplib::Response &response) {
+            catchStray(request, response);
+        });
+    if (m_elsewhere->start(otherAddress, 0) && m_server->start(address, port))
         return true;
-    m_server.reset();
+    stop();
     return false;
 }
 
@@ -114,6 +120,7 @@ void Backend::stop()
     }
     m_changed.notify_all();
     m_server.reset();
+    m_elsewhere.reset();
 }
 
 void Backend::setFault(Route route, Fault fault)
@@ -145,6 +152,12 @@ QVector<RecordedRequest> Backend::requests(Route route) const
 {
     const std::lock_guard lock(m_mutex);
     return service(route).requests;
+}
+
+QVector<RecordedRequest> Backend::strayRequests() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_strayRequests;
 }
 
 void Backend::handle(const httplib::Request &request, httplib::Response &response)
@@ -197,7 +210,8 @@ void Backend::serve(Service &service, const httplib::Request &request, RecordedR
             return;
         }
     }
-    answer = spoiled(answer, fault, *service.handler, path, record);
+    const QByteArray newBase = fault == Fault::RedirectAway ? elsewhere() : QByteArray(movedPrefix);
+    answer = spoiled(answer, fault, *service.handler, newBase + path.toUtf8(), record);
     m_announce(
         subject + QStringLiteral("%1, %2 bytes").arg(answer.status).arg(answer.body.size())
         + (fault == Fault::None ? QString() : QStringLiteral(", fault %1").arg(nameOf(fault))));
@@ -231,6 +245,24 @@ Answer Backend::take(Service &service, const httplib::Request &request, Recorded
     const std::lock_guard lock(m_mutex);
     service.requests.append(record);
     return answer;
+}
+
+void Backend::catchStray(const httplib::Request &request, httplib::Response &response)
+{
+    const RecordedRequest record = recorded(request);
+    m_announce(QStringLiteral("%1 %2: stray, at %3")
+                   .arg(QString::fromLatin1(record.method), record.path,
+                        QString::fromLatin1(record.headers.value("host"))));
+    {
+        const std::lock_guard lock(m_mutex);
+        m_strayRequests.append(record);
+    }
+    send(jsonAnswer(200, {}), wholeBody, response);
+}
+
+QByteArray Backend::elsewhere() const
+{
+    return QByteArray("http://") + otherAddress + ':' + QByteArray::number(m_elsewhere->port());
 }
 
 Answer Backend::control(const RecordedRequest &request)

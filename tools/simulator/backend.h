@@ -12,6 +12,9 @@
 #include "simulator/presencebookingroute.h"
 #include "simulator/presencestatusroute.h"
 #include "simulator/recordedrequest.h"
+#include "simulator/registrationpageroute.h"
+#include "simulator/registrationroute.h"
+#include "simulator/registrationstatusroute.h"
 #include "simulator/scheduleroute.h"
 #include "simulator/tokenroute.h"
 
@@ -62,6 +65,8 @@ public:
     [[nodiscard]] Fault fault(Route route) const;
     void setDripInterval(std::chrono::milliseconds interval);
     [[nodiscard]] QVector<RecordedRequest> requests(Route route) const;
+    /// What the other server was asked, to which only faults lead.
+    [[nodiscard]] QVector<RecordedRequest> strayRequests() const;
 
 private:
     /** All about one route. */
@@ -81,6 +86,10 @@ private:
     /// @param fault is over for a request that the service refuses itself
     [[nodiscard]] Answer take(Service &service, const httplib::Request &request,
                               RecordedRequest &record, const QString &path, Fault &fault);
+    /// Takes note of a request that came to the other server, in a thread of that server.
+    void catchStray(const httplib::Request &request, httplib::Response &response);
+    /// The other server's base address. It listens whenever the first one does.
+    [[nodiscard]] QByteArray elsewhere() const;
     [[nodiscard]] Answer control(const RecordedRequest &request);
     /// Keeps a request until the fault is switched or the time is over (true), or until the server
     /// stops or the other side gives up (false).
@@ -105,20 +114,29 @@ private:
     AttendanceRoute m_attendance { m_holders };
     PresenceStatusRoute m_presenceStatus { m_holders, m_presence };
     PresenceBookingRoute m_presenceBooking { m_holders, m_tokens, m_presence };
+    RegistrationStatusRoute m_registrationStatus { m_holders, m_tokens,
+                                                   [this] { return elsewhere(); } };
+    RegistrationRoute m_registration { m_holders, m_tokens };
+    RegistrationPageRoute m_registrationPage { m_holders };
+    std::unique_ptr<HttpServer> m_elsewhere; ///< outlives the next one, whose answers lead here
     std::unique_ptr<HttpServer> m_server;
 
     mutable std::mutex m_mutex; ///< guards everything below
     std::condition_variable m_changed;
     bool m_stopping = false;
+    QVector<RecordedRequest> m_strayRequests;
     std::chrono::milliseconds m_dripInterval = std::chrono::seconds(10);
     /// In the order of Route. A new service is an enumerator, a handler above and a row here.
-    std::array<Service, 6> m_services { {
+    std::array<Service, 9> m_services { {
         { &m_schedule },
         { &m_tokens },
         { &m_configuration },
         { &m_attendance },
         { &m_presenceStatus },
         { &m_presenceBooking },
+        { &m_registrationStatus },
+        { &m_registration },
+        { &m_registrationPage },
     } };
 };
 

@@ -3,6 +3,9 @@
 
 #include "simulator/cardholders.h"
 
+#include "simulator/strictforms.h"
+
+#include <algorithm>
 #include <array>
 
 namespace simulator {
@@ -18,15 +21,40 @@ namespace {
 
 } // namespace
 
+std::optional<quint64> CardHolders::numberOf(const QString &tid)
+{
+    return matches(tid, "[0-9A-Fa-f]{8}") ? std::optional(tid.toULongLong(nullptr, 16))
+                                          : std::nullopt;
+}
+
 QString CardHolders::nameOf(quint64 card) const
 {
     const quint64 index = card - firstCard;
-    return index < holders.size() ? QString::fromUtf8(holders.at(index)) : QString();
+    if (index < holders.size())
+        return QString::fromUtf8(holders.at(index));
+    const std::lock_guard lock(m_mutex);
+    const auto found
+        = std::find_if(m_registrations.begin(), m_registrations.end(),
+                       [card](const auto &each) { return numberOf(each.tid) == card; });
+    return found == m_registrations.end() ? QString() : found->owner;
 }
 
 QString CardHolders::unknownCard(quint64 card)
 {
     return QStringLiteral("Die Karte %1 ist niemandem zugeordnet.").arg(card);
+}
+
+void CardHolders::assign(const CardRegistration &registration)
+{
+    // Names are looked up in the order of entry, so that a second owner would have no effect.
+    const std::lock_guard lock(m_mutex);
+    m_registrations.append(registration);
+}
+
+QVector<CardRegistration> CardHolders::registrations() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_registrations;
 }
 
 } // namespace simulator

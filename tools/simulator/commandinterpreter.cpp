@@ -3,6 +3,7 @@
 
 #include "simulator/commandinterpreter.h"
 
+#include "simulator/cardholders.h"
 #include "simulator/simulator.h"
 #include "simulator/virtualreader.h"
 
@@ -75,6 +76,7 @@ const QVector<CommandInterpreter::Command> &CommandInterpreter::commands()
         { "bookings", "", "list the presence bookings that were accepted", &Self::bookings },
         { "present", "ID", "have the holder of a card come", &Self::present },
         { "absent", "ID", "have the holder of a card leave", &Self::absent },
+        { "registrations", "", "list the cards that were registered", &Self::registrations },
         { "help", "", "show this text", &Self::help },
         { "quit", "", "end the kiosk and the simulator", &Self::quit },
     };
@@ -184,6 +186,7 @@ QString CommandInterpreter::audit(const QString & /*arguments*/)
     for (const PresenceBooking &each : m_simulator->presenceBookings())
         bookings += { each.tid, each.time };
     lines += repetitions("presence bookings", bookings);
+    lines += QStringLiteral("stray requests: %1").arg(m_simulator->strayRequests().size());
     return lines.join(QLatin1Char('\n'));
 }
 
@@ -225,12 +228,22 @@ QString CommandInterpreter::absent(const QString &arguments)
 
 QString CommandInterpreter::setPresent(const QString &card, bool isPresent)
 {
-    const auto bytes = bytesOf(card);
-    const quint64 number = bytes ? bytes->toHex().toULongLong(nullptr, 16) : 0;
-    if (!m_simulator->setPresent(number, isPresent))
+    const auto number = CardHolders::numberOf(card);
+    if (!number || !m_simulator->setPresent(*number, isPresent))
         return error(QStringLiteral("nobody holds the card \"%1\"").arg(card));
     return QStringLiteral("%1 is %2")
         .arg(card, isPresent ? QStringLiteral("present") : QStringLiteral("absent"));
+}
+
+QString CommandInterpreter::registrations(const QString & /*arguments*/)
+{
+    QStringList lines;
+    const auto registrations = m_simulator->registrations();
+    for (const CardRegistration &each : registrations)
+        lines += QStringLiteral("registration: card %1 to %2 at %3%4")
+                     .arg(each.tid, each.owner, each.time.toString(Qt::ISODate),
+                          each.byPhone ? QStringLiteral(", by phone") : QString());
+    return lines.isEmpty() ? QStringLiteral("no registrations yet") : lines.join(QLatin1Char('\n'));
 }
 
 QString CommandInterpreter::readerProblem(bool hasToBePlugged) const

@@ -45,6 +45,7 @@ private:
     [[nodiscard]] QString present(const QString &arguments);
     [[nodiscard]] QString absent(const QString &arguments);
     [[nodiscard]] QString setPresent(const QString &card, bool isPresent);
+    [[nodiscard]] QString registrations(const QString &arguments);
     [[nodiscard]] QString tap(const QString &arguments);
     [[nodiscard]] QString send(const QString &arguments);
     [[nodiscard]] QString stale(const QString &arguments);

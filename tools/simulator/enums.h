@@ -14,7 +14,17 @@ namespace simulator {
 Q_NAMESPACE
 
 /** The services that the simulator plays, each by a handler of its own. */
-enum class Route { Schedule, Token, Configuration, Attendance, PresenceStatus, PresenceBooking };
+enum class Route {
+    Schedule,
+    Token,
+    Configuration,
+    Attendance,
+    PresenceStatus,
+    PresenceBooking,
+    RegistrationStatus,
+    Registration,
+    RegistrationPage ///< what a phone sees: the QR code and the page that it leads to
+};
 Q_ENUM_NS(Route)
 
 /** What can be wrong with the answers of a route. */
@@ -31,6 +41,7 @@ enum class Fault {
     EntityBomb, ///< a small document that expands to gigabytes
     CaptivePortal, ///< 200 with the login page of a guest network
     Redirect, ///< 302 to the same path below /moved, where the good answer waits
+    RedirectAway, ///< 307 to another server, which records whoever comes
     NotFound, ///< 404
     ServerError, ///< 500
     Refuse, ///< the connection ends without an answer, as if nobody listened

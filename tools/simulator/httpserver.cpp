@@ -50,9 +50,8 @@ HttpServer::~HttpServer()
     ::close(m_stopEvent);
 }
 
-bool HttpServer::start(quint16 port)
+bool HttpServer::start(const char *address, quint16 port)
 {
-    const std::string address = "127.0.0.1";
     const int bound = port == 0       ? bind_to_any_port(address)
         : bind_to_port(address, port) ? port
                                       : -1;

@@ -14,7 +14,7 @@ namespace simulator {
 class Connection;
 
 /**
- * HTTP on 127.0.0.1 in threads of its own. Adds to the library's server that all requests go to
+ * HTTP in threads of its own. Adds to the library's server that all requests go to
  * one handler, that stop() waits for nobody but the handler, and that the handler can look at the
  * connection of its request.
  */
@@ -27,7 +27,7 @@ public:
     ~HttpServer() override;
 
     /// Listens on the port, on a free one if it is 0, and is ready on return. To be called once.
-    [[nodiscard]] bool start(quint16 port);
+    [[nodiscard]] bool start(const char *address, quint16 port);
     [[nodiscard]] quint16 port() const { return m_port; }
     /// Ends all connections and threads. A handler that waits must have been released before.
     void stop();

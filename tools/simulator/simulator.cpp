@@ -135,4 +135,14 @@ bool Simulator::setPresent(quint64 card, bool present)
     return true;
 }
 
+QVector<CardRegistration> Simulator::registrations() const
+{
+    return m_backend->holders().registrations();
+}
+
+QVector<RecordedRequest> Simulator::strayRequests() const
+{
+    return m_backend->strayRequests();
+}
+
 } // namespace simulator

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "simulator/attendancerecord.h"
+#include "simulator/cardregistration.h"
 #include "simulator/enums.h"
 #include "simulator/presencebooking.h"
 #include "simulator/recordedrequest.h"
@@ -78,6 +79,12 @@ public:
     [[nodiscard]] QVector<PresenceBooking> presenceBookings() const;
     /// Has the holder of the card come this moment, or leave. Returns whether anybody holds it.
     bool setPresent(quint64 card, bool present);
+
+    /// The cards that were registered since the construction, by the kiosk or by phone.
+    [[nodiscard]] QVector<CardRegistration> registrations() const;
+    /// What another server got, to which Fault::RedirectAway and a hostile QR code lead. Nothing
+    /// may ever arrive there.
+    [[nodiscard]] QVector<RecordedRequest> strayRequests() const;
 
     /// Answers POST /control, whose body is the command; called in this object's thread.
     void setCommandHandler(const CommandHandler &handler) { m_commandHandler = handler; }

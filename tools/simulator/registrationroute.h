@@ -1,0 +1,37 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include "simulator/routehandler.h"
+
+namespace simulator {
+
+class CardHolders;
+class TokenRoute;
+
+/**
+ * The registration service's log-in: gives a card to whoever knows their password. Knows two
+ * accounts, one of which is locked; both have the same password.
+ */
+class RegistrationRoute : public RouteHandler
+{
+public:
+    static constexpr auto userName = "kim";
+    static constexpr auto person = "Kim Übungsfrau-Beispiel";
+    static constexpr auto lockedUserName = "robin";
+    static constexpr auto lockedPerson = "Robin Mustermensch";
+    static constexpr auto password = "Größe-42!";
+
+    RegistrationRoute(CardHolders &holders, const TokenRoute &tokens);
+
+    [[nodiscard]] bool owns(const QByteArray &method, const QString &asked) const override;
+    [[nodiscard]] Answer answer(const QString &asked, const RecordedRequest &request) override;
+    [[nodiscard]] Answer spoil(Answer good, Fault fault, const RecordedRequest &request) override;
+
+private:
+    CardHolders &m_holders;
+    const TokenRoute &m_tokens;
+};
+
+} // namespace simulator
