@@ -105,6 +105,10 @@ private Q_SLOTS:
         QCOMPARE(m_simulator->presenceBookings().size(), 1);
         QCOMPARE(ask(presence + "?transponder=169552957&location=1", {}, {}), 200);
         QVERIFY(m_answer.contains(R"("present":false)"));
+        m_simulator->clearFaults();
+        QCOMPARE(ask(presence, QByteArray(booking).replace(":1,\"time", ":3,\"time"), m_token),
+                 200);
+        QVERIFY(m_answer.contains("Willkommen"));
 
         m_simulator->setFault(Route::Registration, Fault::RedirectAway);
         QCOMPARE(ask(registration, login, m_token), 200); // of the other server
