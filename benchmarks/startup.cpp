@@ -4,15 +4,14 @@
 #include "benchmarks.h"
 #include "config/keys.h"
 #include "process.h"
+#include "screen.h"
 #include "simulator/simulator.h"
 
 #include <QElapsedTimer>
 #include <QSettings>
 #include <QThread>
 #include <QTime>
-#include <QtEndian>
 
-#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <stdexcept>
@@ -23,61 +22,6 @@ namespace {
 
 const auto kioskProgram = QStringLiteral(LUMENBOARD_PROGRAM);
 const auto floorProgram = QStringLiteral(LUMENBOARD_FLOOR);
-
-/**
- * The picture of the virtual display, looked at from outside.
- *
- * Xvfb keeps its picture in a file that it maps to memory (-fbdir), and this maps the same file.
- * So a look costs neither side a request, needs nothing in the programs that are looked at, and
- * sees what a person would: not that a frame was drawn, but that it has arrived.
- */
-class Screen
-{
-public:
-    Screen();
-
-    /** Whether light text stands in the upper right, where both programs show their content. */
-    [[nodiscard]] bool showsContent() const;
-
-private:
-    QFile m_file { qEnvironmentVariable("LUMENBOARD_BENCH_SCREEN") };
-    const uchar *m_pixels = nullptr;
-    quint32 m_width = 0;
-    quint32 m_height = 0;
-    quint32 m_bytesPerLine = 0;
-};
-
-Screen::Screen()
-{
-    const uchar *dump = nullptr;
-    if (m_file.open(QIODevice::ReadOnly))
-        dump = m_file.map(0, m_file.size());
-    if (!dump)
-        throw std::runtime_error("the picture of the display can not be read");
-    // A window dump: numbers of four bytes, then the colours of twelve bytes each, then the pixels.
-    const auto field = [dump](int place) { return qFromBigEndian<quint32>(dump + 4 * place); };
-    m_width = field(4);
-    m_height = field(5);
-    m_bytesPerLine = field(12);
-    m_pixels = dump + field(0) + field(19) * 12;
-}
-
-bool Screen::showsContent() const
-{
-    // Letters of a title have strokes of some pixels: looking at every other one is enough.
-    constexpr quint32 columnStep = 2;
-    constexpr quint32 rowStep = 3;
-    constexpr uchar light = 0xc0;
-    constexpr int enough = 40;
-
-    int found = 0;
-    for (quint32 y = 0; y < m_height / 4; y += rowStep) {
-        const uchar *row = m_pixels + y * m_bytesPerLine;
-        for (quint32 x = m_width * 2 / 3; x < m_width; x += columnStep)
-            found += std::min({ row[4 * x], row[4 * x + 1], row[4 * x + 2] }) >= light ? 1 : 0;
-    }
-    return found >= enough;
-}
 
 /** From just before the process is made until its content is seen on the display. */
 double firstFrameMs(const Screen &screen, const QString &program)
@@ -104,7 +48,7 @@ double firstFrameMs(const Screen &screen, const QString &program)
 
 void benchFirstFrame(Table &table, int rounds)
 {
-    const Screen screen;
+    const Screen screen(qEnvironmentVariable("LUMENBOARD_BENCH_SCREEN"));
     Sample kiosk;
     Sample floor;
     for (int round = -1; round < rounds; ++round) {
