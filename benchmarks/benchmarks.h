@@ -12,6 +12,8 @@ struct Sample
     QVector<double> values;
 
     [[nodiscard]] double median() const;
+    /** Only one value in twenty is greater. */
+    [[nodiscard]] double high() const;
     /** "median unit (least..most)" */
     [[nodiscard]] QString text(const char *unit) const;
 };
@@ -28,6 +30,9 @@ public:
     /** A line for the ratio of the medians. */
     void addRatio(const QString &what, const char *unit, const Sample &measured,
                   const Sample &floor, double limit, double aim = none);
+    /** A line for the ratio of the slow ones: that of the 95th percentiles. */
+    void addHighRatio(const QString &what, const char *unit, const Sample &measured,
+                      const Sample &floor, double limit, double aim = none);
     void print() const;
 
 private:
@@ -55,3 +60,4 @@ enum class Times { QuarterHours, Distinct };
 void benchSchedule(Table &table, bool quick);
 void benchStartup(Table &table, bool quick);
 void benchRefresh(Table &table, bool quick);
+void benchAttendance(Table &table, bool quick);

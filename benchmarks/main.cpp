@@ -18,10 +18,11 @@ int main(int argc, char *argv[])
         const char *name;
         void (*run)(Table &, bool);
     };
-    constexpr std::array<Benchmark, 3> benchmarks { {
+    constexpr std::array<Benchmark, 4> benchmarks { {
         { "schedule", benchSchedule },
         { "startup", benchStartup },
         { "refresh", benchRefresh },
+        { "attendance", benchAttendance },
     } };
 
     prepareEnvironment(); // the time zone as the program sets it

@@ -32,8 +32,10 @@ double dirtyMegabytes(const QString &pid)
     return static_cast<double>(sumOf(rollup, "Private_Dirty")) / 1024;
 }
 
-MeasuredProcess::MeasuredProcess(const QString &program, const QStringList &arguments)
+MeasuredProcess::MeasuredProcess(const QString &program, const QStringList &arguments,
+                                 const QProcessEnvironment &environment)
 {
+    m_process.setProcessEnvironment(environment);
     m_log.open();
     m_process.setStandardInputFile(QProcess::nullDevice());
     m_process.setStandardErrorFile(m_log.fileName());
@@ -67,6 +69,12 @@ QHash<QString, qint64> MeasuredProcess::switches() const
         all.insert(thread,
                    sumOf(tasks.filePath(thread + QStringLiteral("/status")), "ctxt_switch"));
     return all;
+}
+
+bool MeasuredProcess::hasLogged(const char *text)
+{
+    m_log.seek(0);
+    return m_log.readAll().contains(text);
 }
 
 int MeasuredProcess::frames()

@@ -14,7 +14,9 @@
 class MeasuredProcess
 {
 public:
-    explicit MeasuredProcess(const QString &program, const QStringList &arguments = {});
+    explicit MeasuredProcess(const QString &program, const QStringList &arguments = {},
+                             const QProcessEnvironment &environment
+                             = QProcessEnvironment::systemEnvironment());
     Q_DISABLE_COPY_MOVE(MeasuredProcess)
     ~MeasuredProcess();
 
@@ -22,6 +24,8 @@ public:
     [[nodiscard]] double cpuMs() const;
     /** How often each thread was given the processor so far. */
     [[nodiscard]] QHash<QString, qint64> switches() const;
+    /** Whether what it has logged so far has @p text. */
+    [[nodiscard]] bool hasLogged(const char *text);
     /** How many frames its scene graph has drawn, by the lines that Qt logs for them. */
     [[nodiscard]] int frames();
     /** Waits for its end and returns what it printed. */

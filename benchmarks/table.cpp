@@ -32,6 +32,13 @@ double Sample::median() const
     return sorted.size() % 2 == 1 ? sorted[middle] : (sorted[middle - 1] + sorted[middle]) / 2;
 }
 
+double Sample::high() const
+{
+    QVector<double> sorted = values;
+    std::sort(sorted.begin(), sorted.end());
+    return sorted[(sorted.size() * 19 + 19) / 20 - 1];
+}
+
 QString Sample::text(const char *unit) const
 {
     const auto [least, most] = std::minmax_element(values.begin(), values.end());
@@ -55,6 +62,13 @@ void Table::addRatio(const QString &what, const char *unit, const Sample &measur
 {
     add(what, measured.text(unit), floor.text(unit), measured.median() / floor.median(), limit,
         aim);
+}
+
+void Table::addHighRatio(const QString &what, const char *unit, const Sample &measured,
+                         const Sample &floor, double limit, double aim)
+{
+    add(what + QStringLiteral(", p95"), number(measured.high()) + QLatin1String(unit),
+        number(floor.high()) + QLatin1String(unit), measured.high() / floor.high(), limit, aim);
 }
 
 void Table::print() const
