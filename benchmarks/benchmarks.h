@@ -33,6 +33,9 @@ public:
     /** A line for the ratio of the slow ones: that of the 95th percentiles. */
     void addHighRatio(const QString &what, const char *unit, const Sample &measured,
                       const Sample &floor, double limit, double aim = none);
+    /** A line for the ratio of the median rates, which may not be less than @p least. */
+    void addRateRatio(const QString &what, const char *unit, const Sample &measured,
+                      const Sample &floor, double least);
     void print() const;
 
 private:
@@ -61,3 +64,4 @@ void benchSchedule(Table &table, bool quick);
 void benchStartup(Table &table, bool quick);
 void benchRefresh(Table &table, bool quick);
 void benchAttendance(Table &table, bool quick);
+void benchDrain(Table &table, bool quick);

@@ -32,6 +32,12 @@ double dirtyMegabytes(const QString &pid)
     return static_cast<double>(sumOf(rollup, "Private_Dirty")) / 1024;
 }
 
+double peakMegabytes(const QString &pid)
+{
+    const auto status = QStringLiteral("/proc/%1/status").arg(pid);
+    return static_cast<double>(sumOf(status, "VmHWM")) / 1024;
+}
+
 MeasuredProcess::MeasuredProcess(const QString &program, const QStringList &arguments,
                                  const QProcessEnvironment &environment)
 {

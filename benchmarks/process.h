@@ -9,6 +9,8 @@
 
 /** Megabytes that the process has written to and shares with nobody; @p pid may be "self". */
 [[nodiscard]] double dirtyMegabytes(const QString &pid);
+/** The most megabytes that the process ever had in memory; @p pid may be "self". */
+[[nodiscard]] double peakMegabytes(const QString &pid);
 
 /** A program that runs as long as this object, and what the system says of it. */
 class MeasuredProcess

@@ -71,6 +71,15 @@ void Table::addHighRatio(const QString &what, const char *unit, const Sample &me
         number(floor.high()) + QLatin1String(unit), measured.high() / floor.high(), limit, aim);
 }
 
+void Table::addRateRatio(const QString &what, const char *unit, const Sample &measured,
+                         const Sample &floor, double least)
+{
+    const double ratio = measured.median() / floor.median();
+    m_lines.append({ what, measured.text(unit), floor.text(unit), number(ratio),
+                     QStringLiteral(">= ") + number(least), number(none),
+                     ratio >= least ? QStringLiteral("met") : QStringLiteral("NOT MET") });
+}
+
 void Table::print() const
 {
     const QVector<QStringList> lines = QVector<QStringList> {
