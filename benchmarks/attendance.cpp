@@ -17,6 +17,7 @@
 #include <functional>
 #include <memory>
 #include <stdexcept>
+#include <utility>
 
 using namespace std::chrono_literals;
 
@@ -59,8 +60,8 @@ public:
 
     void start(const QString &program, const QStringList &arguments = {});
     void stop() { m_process.reset(); }
-    /** Whether nothing is left to be seen of the tap before. */
-    [[nodiscard]] bool rests() const { return m_screen.noticeSide() == m_restingPicture; }
+    /** Whether nothing is left to be seen of the tap before; asked again and again. */
+    [[nodiscard]] bool rests();
     /** Taps, and adds what happens. */
     void tap(Delays &delays);
 
@@ -71,6 +72,8 @@ private:
     QProcessEnvironment m_environment = QProcessEnvironment::systemEnvironment();
     std::unique_ptr<MeasuredProcess> m_process;
     quint64 m_restingPicture = 0;
+    quint64 m_lastPicture = 0;
+    Clock::time_point m_lastChange;
 };
 
 Side::Side(simulator::SerialBus &bus, simulator::SerialBus::Device device, const char *display,
@@ -97,6 +100,20 @@ void Side::start(const QString &program, const QStringList &arguments)
     m_restingPicture = m_screen.noticeSide();
 }
 
+bool Side::rests()
+{
+    constexpr auto pause = 150ms;
+    constexpr auto longPause = 2s; // the page itself has changed
+
+    const auto now = Clock::now();
+    const quint64 picture = m_screen.noticeSide();
+    if (picture != std::exchange(m_lastPicture, picture))
+        m_lastChange = now;
+    if (now - m_lastChange > longPause)
+        m_restingPicture = picture;
+    return picture == m_restingPicture && now - m_lastChange > pause;
+}
+
 void Side::tap(Delays &delays)
 {
     const int posts = m_server.count();
@@ -105,27 +122,13 @@ void Side::tap(Delays &delays)
         return std::chrono::duration<double, std::milli>(end - start).count();
     };
     m_reader.tap("0A1B2C3D");
-    waitUntil([this] { return !rests(); }, "a tap is not seen on the screen");
+    waitUntil([this] { return m_screen.noticeSide() != m_restingPicture; },
+              "a tap is not seen on the screen");
     delays.screen.values.append(msSince(Clock::now()));
     waitUntil([this, posts] { return m_server.count() != posts; }, "a tap is not posted");
     const PostServer::Arrival arrival = m_server.lastArrival();
     delays.head.values.append(msSince(arrival.head));
     delays.body.values.append(msSince(arrival.whole));
-}
-
-/** Neither disturbs the other: a notice costs work as long as it is shown. */
-void waitForRest(const Side &one, const Side &other)
-{
-    static constexpr auto rest = 150ms;
-
-    auto since = Clock::now();
-    waitUntil(
-        [&] {
-            if (!one.rests() || !other.rests())
-                since = Clock::now();
-            return Clock::now() - since > rest;
-        },
-        "a notice does not leave the screen");
 }
 
 } // namespace
@@ -170,7 +173,9 @@ void benchAttendance(Table &table, bool quick)
         floor.start(QStringLiteral(LUMENBOARD_ECHO),
                     { floor.portName(), folder.path(), floor.url() });
         const auto tap = [&kiosk, &floor](Side &side, Delays &delays) {
-            waitForRest(kiosk, floor);
+            // Neither disturbs the other: a notice costs work as long as it is shown.
+            waitUntil([&] { return kiosk.rests() && floor.rests(); },
+                      "a notice does not leave the screen");
             side.tap(delays);
         };
         tap(kiosk, kioskFirst);
