@@ -11,6 +11,25 @@ NotificationHandle::NotificationHandle(Notification *notification)
     LBAPI::instance()->addNotification(notification);
 }
 
+void NotificationHandle::showError(const QString &title, const QString &message, uint timeout)
+{
+    LBAPI *api = LBAPI::instance();
+    QMetaObject::invokeMethod(
+        api,
+        [=] {
+            NotificationsModel *model = api->notifications();
+            auto *newest = model->data(model->index(0), NotificationsModel::DataRole)
+                               .value<Notification *>();
+            if (newest && newest->type() == Notification::ERR && newest->title() == title
+                && newest->message() == message)
+                newest->setTimeout(timeout);
+            else
+                api->addNotification(
+                    new Notification(Notification::ERR, title, message, timeout, true, true));
+        },
+        Qt::QueuedConnection);
+}
+
 void NotificationHandle::change(const Change &change) const
 {
     changeOrShow([] { return nullptr; }, change);

@@ -25,6 +25,13 @@ public:
     /** Shows @p notification, which was made in the calling thread and has no parent. */
     explicit NotificationHandle(Notification *notification);
 
+    /**
+     * Shows an error that belongs to nothing else on the screen, closable, for @p timeout ms. What
+     * is the newest notification already only stays longer: a fault that repeats does not fill the
+     * screen.
+     */
+    static void showError(const QString &title, const QString &message, uint timeout);
+
     /** Has the GUI thread call @p change, unless the notification is gone by then. */
     void change(const Change &change) const;
 

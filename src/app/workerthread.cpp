@@ -13,6 +13,9 @@
 void startWorkerThread(QThread &thread, QObject *worker)
 {
     worker->moveToThread(&thread);
+    // A thread that is ended by force amid a destructor would take the process along.
+    QObject::connect(&thread, &QThread::finished, worker,
+                     [] { pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, nullptr); });
     connectChecked(&thread, SIGNAL(finished()), worker, SLOT(deleteLater()));
     // Slots of this signal run with cancellation disabled: a worker that blocks in init() could not
     // even be terminated, and the program would never end.
@@ -29,6 +32,7 @@ bool stopWorkerThread(QThread &thread, const WorkerThreadTexts &texts)
     qDebug() << texts.stopping;
     if (!thread.isRunning())
         return false;
+    thread.requestInterruption();
     thread.quit();
     if (!thread.wait(patienceMs)) {
         qWarning() << texts.terminating;

@@ -21,7 +21,7 @@ struct WorkerThreadTexts
 void startWorkerThread(QThread &thread, QObject *worker);
 
 /**
- * Ends @p thread; one that does not leave its event loop within two seconds is terminated. Returns
- * false when it was not running.
+ * Ends @p thread, which may look for a requested interruption while it is busy; one that does not
+ * leave its event loop within two seconds is terminated. Returns false when it was not running.
  */
 [[nodiscard]] bool stopWorkerThread(QThread &thread, const WorkerThreadTexts &texts);

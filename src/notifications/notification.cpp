@@ -68,6 +68,18 @@ void Notification::addButton(NotificationButton *button)
     Q_EMIT buttonsChanged();
 }
 
+void Notification::clearButtons()
+{
+    const auto buttons = std::exchange(m_buttons, {});
+    if (buttons.isEmpty())
+        return;
+    Q_EMIT buttonsChanged();
+    for (NotificationButton *button : buttons) {
+        if (!button->parent())
+            button->deleteLater(); // the view may still be at it
+    }
+}
+
 int Notification::remainingTime() const
 {
     return m_timer ? m_timer->remainingTime() : 0;

@@ -75,6 +75,8 @@ public:
 
     /** Appends @p button; without a parent it is deleted with this notification. */
     void addButton(NotificationButton *button);
+    /** Takes all buttons away; those without a parent are deleted. */
+    void clearButtons();
 
     /** Milliseconds to the end of the countdown, 0 without one. */
     Q_INVOKABLE int remainingTime() const;

@@ -5,6 +5,7 @@
 
 #include "app/exceptions.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
@@ -80,6 +81,14 @@ void write(const QString &path, const QByteArray &content)
         QFile::remove(path);
     errno = code;
     failToWrite(path);
+}
+
+bool makeFolder(const QString &folder)
+{
+    const QString parent = QFileInfo(folder).path();
+    if (QFileInfo(folder).isDir())
+        return true;
+    return parent != folder && makeFolder(parent) && QDir().mkpath(folder) && syncFolder(parent);
 }
 
 bool syncFolder(const QString &folder)

@@ -10,13 +10,16 @@
 namespace durablefile {
 
 /** Ending of the hidden name under which a file is written before it takes its own. */
-inline constexpr auto unfinishedEnding = ".part";
+inline constexpr auto unfinishedEnding = ".lumenboard-part";
 
 /**
  * Puts @p content into @p path for its owner alone: whoever looks sees the old file, if there was
  * one, or the whole new one. Throws AttendanceErrorException and leaves things as they were.
  */
 void write(const QString &path, const QByteArray &content);
+
+/** Makes @p folder with all that is missing above it, lastingly; false on failure. */
+[[nodiscard]] bool makeFolder(const QString &folder);
 
 /** Makes names that were given or taken in @p folder last; false, and errno set, on failure. */
 [[nodiscard]] bool syncFolder(const QString &folder);

@@ -13,6 +13,8 @@
 #include <QFileInfo>
 #include <QStandardPaths>
 
+#include <cerrno>
+#include <unistd.h>
 #include <utility>
 
 Spool::Spool(Place place)
@@ -61,10 +63,11 @@ void Spool::replace(const QString &path, const QByteArray &record)
 
 std::optional<QString> Spool::remove(const QString &path)
 {
-    QFile file(path);
-    if (!file.exists() || file.remove())
+    // Not by asking whether it exists: of a folder that can not be looked into the answer is no.
+    if (unlink(QFile::encodeName(path).constData()) == 0 || errno == ENOENT)
         return {};
-    return QStringLiteral("%1 %2 %3").arg(path, QString::number(file.error()), file.errorString());
+    return QStringLiteral("%1 %2 %3")
+        .arg(path, QString::number(QFileDevice::RemoveError), qt_error_string(errno));
 }
 
 void Spool::removeLeftovers() const
@@ -85,7 +88,7 @@ void Spool::removeLeftovers() const
 QString Spool::usableFolder() const
 {
     const QString path = folder();
-    if (!QDir(path).mkpath(QStringLiteral(".")) || !QFileInfo(path).isWritable())
+    if (!durablefile::makeFolder(path) || !QFileInfo(path).isWritable())
         qFatal("Spool directory \"%s\" could not be created or is not writable.",
                qPrintable(QDir::toNativeSeparators(path)));
     return path;

@@ -35,15 +35,17 @@ void SpoolPass::noteEnd(bool answered)
 {
     --m_inFlight;
     m_misses = answered ? 0 : m_misses + 1;
-    if (m_misses == mostMisses)
+    if (m_misses == mostMisses && !m_hasGivenUp) {
+        m_hasGivenUp = true;
         qInfo() << "The service does not answer, the rest of the queue waits.";
+    }
     proceed();
 }
 
 void SpoolPass::step()
 {
     m_isScheduled = false;
-    if (m_misses >= mostMisses || !m_files.hasNext()) {
+    if (m_hasGivenUp || !m_files.hasNext()) {
         m_isOver = m_inFlight == 0;
         if (m_isOver)
             Q_EMIT finished();

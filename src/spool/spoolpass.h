@@ -44,7 +44,8 @@ private:
     QDirIterator m_files;
     Send m_send;
     int m_inFlight = 0;
-    int m_misses = 0;
+    int m_misses = 0; ///< in a row
+    bool m_hasGivenUp = false;
     bool m_isHeld = false;
     bool m_isScheduled = false;
     bool m_isOver = false;

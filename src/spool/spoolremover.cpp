@@ -1,0 +1,50 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "spool/spoolremover.h"
+
+#include "spool/durablefile.h"
+#include "spool/spool.h"
+
+#include <QDebug>
+#include <QFileInfo>
+
+#include <cerrno>
+#include <chrono>
+#include <utility>
+
+using namespace std::chrono_literals;
+
+SpoolRemover::SpoolRemover(QObject *parent)
+    : QObject(parent)
+    , m_timer(this)
+{
+    m_timer.setSingleShot(true);
+    m_timer.setInterval(500ms);
+    connect(&m_timer, &QTimer::timeout, this, &SpoolRemover::sync);
+}
+
+SpoolRemover::~SpoolRemover()
+{
+    sync();
+}
+
+std::optional<QString> SpoolRemover::remove(const QString &path)
+{
+    auto failure = Spool::remove(path);
+    if (!failure) {
+        m_unsyncedFolders.insert(QFileInfo(path).path());
+        if (!m_timer.isActive())
+            m_timer.start();
+    }
+    return failure;
+}
+
+void SpoolRemover::sync()
+{
+    const auto folders = std::exchange(m_unsyncedFolders, {});
+    for (const QString &folder : folders) {
+        if (!durablefile::syncFolder(folder))
+            qWarning() << "Failed to sync" << folder << qt_error_string(errno);
+    }
+}

@@ -1,0 +1,29 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include <csignal>
+#include <sys/resource.h>
+
+/**
+ * As long as it lives no file of this process grows beyond @p bytes: as on a full disk, which a
+ * test can not count on being able to make.
+ */
+class FullDisk
+{
+public:
+    explicit FullDisk(rlim_t bytes)
+    {
+        signal(SIGXFSZ, SIG_IGN);
+        getrlimit(RLIMIT_FSIZE, &m_kept);
+        const rlimit tight { bytes, m_kept.rlim_max };
+        setrlimit(RLIMIT_FSIZE, &tight);
+    }
+    FullDisk(const FullDisk &) = delete;
+    FullDisk &operator=(const FullDisk &) = delete;
+    ~FullDisk() { setrlimit(RLIMIT_FSIZE, &m_kept); }
+
+private:
+    rlimit m_kept {};
+};
