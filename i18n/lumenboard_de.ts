@@ -39,6 +39,10 @@
 
 %1</translation>
     </message>
+    <message>
+        <source>Too many cards at once.</source>
+        <translation>Zu viele Karten auf einmal.</translation>
+    </message>
 </context>
 <context>
     <name>AttendanceResponse</name>
@@ -185,6 +189,69 @@ Neuer Versuch in %3 s.</translation>
         <source>As of %1, %2</source>
         <extracomment>The same for a schedule of an earlier day; %1 is a date, %2 a time</extracomment>
         <translation>Stand %1, %2 Uhr</translation>
+    </message>
+</context>
+<context>
+    <name>TallyxFlow</name>
+    <message>
+        <source>Failed to query your presence status. Please select &quot;enter&quot; or &quot;leave&quot; below.</source>
+        <translation>Ihr Präsenzstatus konnte nicht abgefragt werden. Bitte wählen Sie unten „Kommen“ oder „Gehen“.</translation>
+    </message>
+    <message>
+        <source>A temporary error occurred. However, the logging of your presence has been successfully queued for later execution.</source>
+        <translation>Es ist ein vorübergehender Fehler aufgetreten. Ihre Buchung wurde jedoch gespeichert und wird später übermittelt.</translation>
+    </message>
+    <message>
+        <source>Failed to log your presence. Please call on a staff member in charge and ask for instructions.</source>
+        <translation>Ihre Präsenz konnte nicht gebucht werden. Bitte wenden Sie sich an eine zuständige Person und fragen Sie, was zu tun ist.</translation>
+    </message>
+    <message>
+        <source>Unknown error</source>
+        <translation>Unbekannter Fehler</translation>
+    </message>
+    <message>
+        <source>Presence</source>
+        <translation>Präsenz</translation>
+    </message>
+    <message>
+        <source>Querying status...</source>
+        <translation>Status wird abgefragt …</translation>
+    </message>
+    <message>
+        <source>Please select below.</source>
+        <translation>Bitte wählen Sie unten.</translation>
+    </message>
+    <message>
+        <source>Arrive</source>
+        <translation>Kommen</translation>
+    </message>
+    <message>
+        <source>Leave</source>
+        <translation>Gehen</translation>
+    </message>
+    <message>
+        <source>Your presence has been logged.</source>
+        <translation>Ihre Präsenz wurde gebucht.</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation>Fehler</translation>
+    </message>
+    <message>
+        <source>Authentication unavailable.</source>
+        <translation>Keine Anmeldung am Dienst möglich.</translation>
+    </message>
+    <message>
+        <source>FATAL ERROR</source>
+        <translation>SCHWERER FEHLER</translation>
+    </message>
+    <message>
+        <source>Failed to remove a log request from the queue. Logging has been stopped.
+
+%1</source>
+        <translation>Eine Buchung konnte nicht aus der Warteschlange entfernt werden. Die Erfassung wurde angehalten.
+
+%1</translation>
     </message>
 </context>
 </TS>

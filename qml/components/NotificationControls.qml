@@ -8,7 +8,7 @@ import QtQuick.Layouts 1.15
 
 import "../elements"
 
-/** The controls at the side of a notification card, each there only when it applies. */
+/** The controls at the side of a notification card, each made only when it applies. */
 ColumnLayout {
     id: root
 
@@ -30,61 +30,69 @@ ColumnLayout {
         }
     }
 
-    Button {
-        objectName: "confirm"
-        Layout.preferredHeight: root.size
-        Layout.preferredWidth: root.size
-        Material.background: Material.Green
-        icon {
-            source: "qrc:/fa/check.svg"
-            width: 0.8 * root.size
-            height: 0.8 * root.size
+    Loader {
+        active: Boolean(root.notification) && root.notification.confirmable
+        visible: active
+        sourceComponent: ControlButton {
+            objectName: "confirm"
+            Material.background: Material.Green
+            icon.source: "qrc:/fa/check.svg"
+            onClicked: root.notification.confirm()
         }
-        padding: 0
-        visible: Boolean(root.notification) && root.notification.confirmable
-        onClicked: root.notification.confirm()
     }
 
-    ProgressCircle {
-        id: countdown
+    Loader {
+        active: Boolean(root.notification) && root.notification.timeout > 0
+        visible: active
+        sourceComponent: ProgressCircle {
+            id: countdown
 
-        objectName: "countdown"
-        Layout.preferredHeight: root.size
-        Layout.preferredWidth: root.size
-        maxValue: root.notification ? root.notification.timeout : 0
-        visible: Boolean(root.notification) && root.notification.timeout > 0
+            objectName: "countdown"
+            width: root.size
+            height: root.size
+            maxValue: root.notification ? root.notification.timeout : 0
 
-        Timer {
-            interval: 10
-            repeat: true
-            running: countdown.visible
-            triggeredOnStart: true
-            onTriggered: countdown.currentValue = root.notification.remainingTime()
-        }
+            Timer {
+                interval: 10
+                repeat: true
+                running: countdown.visible
+                triggeredOnStart: true
+                onTriggered: countdown.currentValue = root.notification.remainingTime()
+            }
 
-        MouseArea {
-            anchors.fill: parent
-            onClicked: {
-                if (!root.notification.timeoutCancelable)
-                    return;
-                root.notification.timeout = 0;
-                root.notification.closable = true;
+            MouseArea {
+                anchors.fill: parent
+                onClicked: {
+                    if (!root.notification.timeoutCancelable)
+                        return;
+                    root.notification.timeout = 0;
+                    root.notification.closable = true;
+                }
             }
         }
     }
 
-    Button {
-        objectName: "cancel"
-        Layout.preferredHeight: root.size
-        Layout.preferredWidth: root.size
-        Material.background: Material.Red
-        icon {
-            source: "qrc:/fa/times.svg"
-            width: 0.8 * root.size
-            height: root.size
+    Loader {
+        active: Boolean(root.notification) && root.notification.cancelable
+        visible: active
+        sourceComponent: ControlButton {
+            objectName: "cancel"
+            Material.background: Material.Red
+            icon {
+                source: "qrc:/fa/times.svg"
+                height: root.size
+            }
+            onClicked: root.notification.cancel()
         }
+    }
+
+    component ControlButton: Button {
+        implicitWidth: root.size
+        implicitHeight: root.size
         padding: 0
-        visible: Boolean(root.notification) && root.notification.cancelable
-        onClicked: root.notification.cancel()
+        icon {
+            width: 0.8 * root.size
+            height: 0.8 * root.size
+        }
     }
 }

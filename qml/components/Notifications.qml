@@ -18,6 +18,16 @@ Drawer {
     edge: Qt.RightEdge
     interactive: false
     modal: false
+    // It slides, but is there with its first frame: whoever holds up a card looks for an answer.
+    enter: Transition {
+        NumberAnimation {
+            property: "position"
+            from: 0.2
+            to: 1
+            duration: Style.notifications.td
+            easing.type: Easing.OutCubic
+        }
+    }
     z: 1 // above the menu: a countdown goes on while that is open
     visible: LBAPI.notifications.length > 0
     background: Rectangle {

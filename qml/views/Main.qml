@@ -93,11 +93,15 @@ Page {
         }
     }
 
-    // Not needed for the first frame, but a swipe from the edge has to find it soon after.
+    // Not needed for the first frame, but a swipe from the edge and a card have to find them soon
+    // after.
     Timer {
         interval: 1000
         running: true
-        onTriggered: drawer.load()
+        onTriggered: {
+            drawer.load();
+            notifications.load();
+        }
     }
 
     Loader {
@@ -106,14 +110,16 @@ Page {
         readonly property bool wanted: LBAPI.notifications.length > 0
 
         function load() {
-            if (wanted && !item)
+            if (!item)
                 setSource("../components/Notifications.qml", {
                     "parent": root
                 });
         }
 
-        onWantedChanged: load()
-        Component.onCompleted: load()
+        onWantedChanged: if (wanted)
+            load()
+        Component.onCompleted: if (wanted)
+            load()
     }
 
     Loader {

@@ -13,6 +13,7 @@
 #include "net/errortext.h"
 #include "net/kcclientcredentials.h"
 #include "net/plainhttp.h"
+#include "presence/tallyxlogentity.h"
 #include "schedule/eventdata.h"
 
 #include <QFile>
@@ -167,6 +168,7 @@ void SelfCheck::checkServices()
     checkSchedule();
     checkReader();
     checkSpool(QStringLiteral("attendance"), attendanceSpool());
+    checkSpool(QStringLiteral("presence"), tallyxSpool());
     checkRecordServices();
 }
 
@@ -177,8 +179,9 @@ void SelfCheck::checkReader()
     const auto available = QSerialPortInfo::availablePorts();
     for (const QSerialPortInfo &port : available) {
         ports.append(traitsOf(port));
-        m_out << "        port " << port.portName() << " \"" << port.description() << "\", vendor "
-              << QString::number(port.vendorIdentifier(), 16) << '\n';
+        print(QStringLiteral("        port %1 \"%2\", vendor %3")
+                  .arg(port.portName(), port.description(),
+                       QString::number(port.vendorIdentifier(), 16)));
     }
     const QString chosen = chooseReaderPort(ports);
     const Config *config = Config::instance();
@@ -203,7 +206,7 @@ void SelfCheck::checkSpool(const QString &what, const Spool &spool)
         report(Verdict::Bad, line,
                QStringLiteral("can not be written to (%1)").arg(nearest.filePath()));
     else
-        report(Verdict::Good, line, QStringLiteral("%1 records wait").arg(spool.count()));
+        report(Verdict::Good, line, QStringLiteral("%1 files wait").arg(spool.count()));
 }
 
 void SelfCheck::checkSchedule()

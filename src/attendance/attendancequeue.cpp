@@ -8,12 +8,9 @@
 #include "attendance/attendancerequest.h"
 #include "attendance/attendanceresponse.h"
 #include "attendance/attendancespool.h"
-#include "spool/durablefile.h"
 #include "spool/spoolpass.h"
 
 #include <QDebug>
-#include <QFileInfo>
-#include <QTimer>
 
 #include <algorithm>
 #include <cxxabi.h>
@@ -25,6 +22,7 @@ namespace {
 
 constexpr uint temporaryNoticeMs = 20 * 1000;
 constexpr uint staffNoticeMs = 60 * 1000;
+constexpr int mostUnderWay = 50; // more come only from a reader gone mad
 
 /** Text and notification type of a failure. */
 std::pair<QString, int> describe(const std::exception_ptr &exception)
@@ -51,19 +49,16 @@ AttendanceQueue::AttendanceQueue(QNetworkAccessManager &manager, AttendanceNameC
     , m_names(names)
     , m_limits(limits)
     , m_spool(attendanceSpool())
-    , m_syncTimer(new QTimer(this))
+    , m_remover(this)
 {
     m_spool.removeLeftovers();
-    // A removal that a power cut undoes would send a record twice; one fsync serves many of them.
-    m_syncTimer->setSingleShot(true);
-    m_syncTimer->setInterval(500ms);
-    connect(m_syncTimer, &QTimer::timeout, this, &AttendanceQueue::syncRemovals);
 }
 
 AttendanceQueue::~AttendanceQueue()
 {
-    syncRemovals();
-    for (const AttendanceRequest *request : qAsConst(m_underWay)) {
+    // Also one that has not been sent yet, if the thread was ended amid its making.
+    const auto requests = findChildren<AttendanceRequest *>();
+    for (const AttendanceRequest *request : requests) {
         request->notification().change([](Notification &notification) {
             if (notification.type() == Notification::LOADING)
                 notification.remove();
@@ -83,6 +78,8 @@ void AttendanceQueue::log(quint64 transponderId)
     try {
         request->build();
         request->setSpoolPath(m_spool.create(request->data()));
+        if (m_underWay.size() >= mostUnderWay)
+            throw AttendanceWarningException(tr("Too many cards at once."));
         send(request);
     } catch (abi::__forced_unwind &) {
         throw; // the thread is being ended
@@ -105,7 +102,15 @@ void AttendanceQueue::startPass()
         m_pass.clear();
         Q_EMIT passFinished();
     });
+    m_pass->setHeld(m_isHeld);
     m_pass->proceed();
+}
+
+void AttendanceQueue::setHeld(bool held)
+{
+    m_isHeld = held;
+    if (m_pass)
+        m_pass->setHeld(held);
 }
 
 void AttendanceQueue::reportFailure(const std::exception_ptr &exception)
@@ -140,8 +145,7 @@ void AttendanceQueue::send(AttendanceRequest *request)
                 onFailed(request, request->isDelayed() ? Kind::Delayed : Kind::Fresh, exception);
             });
     m_underWay.insert(request);
-    if (m_pass)
-        m_pass->setHeld(hasFresh());
+    Q_EMIT freshChanged();
     request->send(m_manager, m_limits);
 }
 
@@ -171,28 +175,35 @@ void AttendanceQueue::onFailed(AttendanceRequest *request, Kind kind,
     qCritical() << "Error logging attendance:" << isDelayed
                 << (text.isEmpty() ? QStringLiteral("unknown exception") : text);
     Q_EMIT retryWanted(isDelayed ? 300s : 60s);
-    if (!isDelayed) {
-        const bool isTemporary = type == Notification::WARNING;
-        const QString advice = isTemporary
-            ? tr("A temporary error occurred. However, the logging of your attendance has been "
-                 "successfully queued for later execution.")
-            : tr("Failed to log your attendance. Please call on a staff member in charge and ask "
-                 "for instructions.");
-        const QString message
-            = advice + QLatin1String("\n\n") + (text.isEmpty() ? tr("Unknown error") : text);
-        const NotificationHandle none;
-        const NotificationHandle &notification = request ? request->notification() : none;
-        notification.changeOrShow(
-            [title = tr("Error")] {
-                return new Notification(Notification::LOADING, title, {}, 0, false, true);
-            },
-            [type = type, message, timeout = isTemporary ? temporaryNoticeMs : staffNoticeMs](
-                Notification &shown) { shown.set(type, shown.title(), message, timeout); });
-        if (request && !isTemporary)
-            complete(request);
-    }
+    if (!isDelayed)
+        tellPerson(request, text, type == Notification::WARNING);
+    if (request && !isDelayed && type != Notification::WARNING)
+        complete(request);
     if (request)
         release(request);
+}
+
+void AttendanceQueue::tellPerson(const AttendanceRequest *request, const QString &text,
+                                 bool isTemporary) const
+{
+    const QString advice = isTemporary
+        ? tr("A temporary error occurred. However, the logging of your attendance has been "
+             "successfully queued for later execution.")
+        : tr("Failed to log your attendance. Please call on a staff member in charge and ask for "
+             "instructions.");
+    const QString message
+        = advice + QLatin1String("\n\n") + (text.isEmpty() ? tr("Unknown error") : text);
+    const uint timeout = isTemporary ? temporaryNoticeMs : staffNoticeMs;
+    if (!request) {
+        NotificationHandle::showError(tr("Error"), message, timeout);
+        return;
+    }
+    request->notification().changeOrShow(
+        [title = tr("Error")] {
+            return new Notification(Notification::LOADING, title, {}, 0, false, true);
+        },
+        [message, timeout, type = isTemporary ? Notification::WARNING : Notification::ERR](
+            Notification &shown) { shown.set(type, shown.title(), message, timeout); });
 }
 
 /** The record has done its part: nothing of it may be sent again. */
@@ -201,7 +212,7 @@ void AttendanceQueue::complete(const AttendanceRequest *request)
     const QString path = request->spoolPath();
     if (path.isEmpty())
         return;
-    if (const auto failure = Spool::remove(path)) {
+    if (const auto failure = m_remover.remove(path)) {
         qCritical() << "Failed to remove a sent attendance record:" << *failure;
         const NotificationHandle notification(new Notification(
             Notification::ERR, tr("FATAL ERROR"),
@@ -211,20 +222,15 @@ void AttendanceQueue::complete(const AttendanceRequest *request)
             0, false, true));
         m_isStopped = true;
         Q_EMIT fatalStop();
-        return;
     }
-    m_unsyncedFolders.insert(QFileInfo(path).path());
-    m_syncTimer->start();
 }
 
 void AttendanceQueue::release(AttendanceRequest *request)
 {
     const bool wasSent = m_underWay.remove(request);
-    if (m_pass) {
-        if (wasSent && request->isDelayed())
-            m_pass->noteEnd(request->wasAnswered());
-        m_pass->setHeld(hasFresh());
-    }
+    if (m_pass && wasSent && request->isDelayed())
+        m_pass->noteEnd(request->wasAnswered());
+    Q_EMIT freshChanged();
     request->deleteLater();
 }
 
@@ -239,13 +245,4 @@ bool AttendanceQueue::isInUse(const QString &path) const
     return std::any_of(
         m_underWay.begin(), m_underWay.end(),
         [&path](const AttendanceRequest *each) { return each->spoolPath() == path; });
-}
-
-void AttendanceQueue::syncRemovals()
-{
-    const auto folders = std::exchange(m_unsyncedFolders, {});
-    for (const QString &folder : folders) {
-        if (!durablefile::syncFolder(folder))
-            qWarning() << "Failed to sync" << folder << qt_error_string(errno);
-    }
 }

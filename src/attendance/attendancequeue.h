@@ -5,6 +5,7 @@
 
 #include "net/requestlimits.h"
 #include "spool/spool.h"
+#include "spool/spoolremover.h"
 
 #include <QObject>
 #include <QPointer>
@@ -17,7 +18,6 @@ class AttendanceNameCache;
 class AttendanceRequest;
 class AttendanceResponse;
 class QNetworkAccessManager;
-class QTimer;
 class SpoolPass;
 
 /**
@@ -42,6 +42,10 @@ public:
     void log(quint64 transponderId);
     /** Whether a request is under way, of a fresh card or of the spool. */
     [[nodiscard]] bool isBusy() const;
+    /** Whether a card's request is under way, for which the pass makes room. */
+    [[nodiscard]] bool hasFresh() const;
+    /** While held the pass sends nothing more. */
+    void setHeld(bool held);
     /** Sends what waits in the spool; passFinished() follows. Not while isBusy(). */
     void startPass();
 
@@ -49,6 +53,8 @@ public:
     void reportFailure(const std::exception_ptr &exception);
 
 Q_SIGNALS:
+    /** hasFresh() may have changed. */
+    void freshChanged();
     /** The spool should be looked at again after this time. */
     void retryWanted(std::chrono::milliseconds delay);
     void passFinished();
@@ -62,11 +68,10 @@ private:
     void send(AttendanceRequest *request);
     void onSucceeded(AttendanceRequest *request, const AttendanceResponse &response);
     void onFailed(AttendanceRequest *request, Kind kind, const std::exception_ptr &exception);
+    void tellPerson(const AttendanceRequest *request, const QString &text, bool isTemporary) const;
     void complete(const AttendanceRequest *request);
     void release(AttendanceRequest *request);
-    [[nodiscard]] bool hasFresh() const;
     [[nodiscard]] bool isInUse(const QString &path) const;
-    void syncRemovals();
 
     QNetworkAccessManager &m_manager;
     AttendanceNameCache &m_names;
@@ -74,7 +79,7 @@ private:
     Spool m_spool;
     QPointer<SpoolPass> m_pass;
     QSet<AttendanceRequest *> m_underWay;
+    bool m_isHeld = false;
     bool m_isStopped = false; ///< for good
-    QTimer *m_syncTimer;
-    QSet<QString> m_unsyncedFolders;
+    SpoolRemover m_remover;
 };

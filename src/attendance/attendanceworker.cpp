@@ -4,12 +4,14 @@
 #include "attendance/attendanceworker.h"
 
 #include "api/lbapi.h"
+#include "api/notificationhandle.h"
 #include "app/connections.h"
 #include "app/exceptions.h"
 #include "attendance/attendancenamecache.h"
 #include "attendance/attendancequeue.h"
 #include "attendance/readerport.h"
 #include "net/xnetworkaccessmanager.h"
+#include "presence/tallyxqueue.h"
 
 #include <QDebug>
 #include <QElapsedTimer>
@@ -37,9 +39,8 @@ std::atomic<bool> s_isLoggingStopped = false;
 
 void showSerialError(const QString &message, std::chrono::milliseconds timeout)
 {
-    LBAPI::instance()->addNotification(
-        new Notification(Notification::ERR, AttendanceWorker::tr("Serial port error"), message,
-                         static_cast<uint>(timeout.count()), true, true));
+    NotificationHandle::showError(AttendanceWorker::tr("Serial port error"), message,
+                                  static_cast<uint>(timeout.count()));
 }
 
 /** The number of a card; stricter than Qt, which also takes signs and prefixes. */
@@ -66,6 +67,7 @@ AttendanceWorker::~AttendanceWorker()
 {
     // Children go in the order of their making: requests have to go before their manager, and what
     // they leave open on the screen before them.
+    delete m_presence;
     delete m_queue;
 }
 
@@ -84,6 +86,7 @@ void AttendanceWorker::init()
     m_names = new AttendanceNameCache(this);
     m_manager = new XNetworkAccessManager(this);
     m_queue = new AttendanceQueue(*m_manager, *m_names, m_limits, this);
+    m_presence = new TallyxQueue(*m_manager, m_limits, this);
 
     m_retryTimer = new QTimer(this);
     connect(m_retryTimer, &QTimer::timeout, this, &AttendanceWorker::initSerialPort);
@@ -92,7 +95,16 @@ void AttendanceWorker::init()
     connect(m_queueTimer, &QTimer::timeout, this, &AttendanceWorker::processQueue);
     connect(m_queue, &AttendanceQueue::retryWanted, m_queueTimer,
             [timer = m_queueTimer](std::chrono::milliseconds delay) { timer->start(delay); });
+    connect(m_presence, &TallyxQueue::retryWanted, m_queueTimer,
+            [timer = m_queueTimer](std::chrono::milliseconds delay) {
+                if (!timer->isActive())
+                    timer->start(delay);
+            });
+    connect(m_queue, &AttendanceQueue::passFinished, m_presence, &TallyxQueue::startPass);
+    connect(m_queue, &AttendanceQueue::freshChanged, this, &AttendanceWorker::makeRoomForCards);
+    connect(m_presence, &TallyxQueue::freshChanged, this, &AttendanceWorker::makeRoomForCards);
     connect(m_queue, &AttendanceQueue::fatalStop, this, &AttendanceWorker::stopLogging);
+    connect(m_presence, &TallyxQueue::fatalStop, this, &AttendanceWorker::stopLogging);
     auto *saveTimer = new QTimer(this);
     connectChecked(saveTimer, SIGNAL(timeout()), m_names, SLOT(save()));
     saveTimer->start(1h);
@@ -106,6 +118,8 @@ void AttendanceWorker::init()
 
 void AttendanceWorker::initSerialPort()
 {
+    if (m_port)
+        return; // a second one would only be refused by the lock of the first
     qDebug() << "Initializing serial port...";
     m_retryTimer->start(unpluggedRetry);
 
@@ -145,7 +159,6 @@ void AttendanceWorker::openSerialPort(const QString &name)
     qInfo() << "Serial port opened.";
     m_retryTimer->stop();
     s_serialErrors = 0;
-    m_lines.clear();
     drain(*port);
     if (!m_port)
         return; // it failed meanwhile
@@ -166,6 +179,7 @@ void AttendanceWorker::drain(QSerialPort &port)
     QElapsedTimer clock;
     clock.start();
     while (drained.size() < most && !clock.hasExpired(std::chrono::milliseconds(longest).count())
+           && !QThread::currentThread()->isInterruptionRequested()
            && port.waitForReadyRead(quietMs))
         drained.append(port.readAll());
     s_isDiscarding = false;
@@ -188,6 +202,7 @@ void AttendanceWorker::onSerialPortError(QSerialPort::SerialPortError err)
         m_port->disconnect(this); // a port that hung up reports it without end
         m_port->deleteLater();
         m_port.clear();
+        handleRest();
     }
 
     constexpr unsigned quickRetries = 3;
@@ -214,23 +229,41 @@ void AttendanceWorker::onSerialPortReadyRead()
     if (!m_port || isLoggingStopped())
         return;
     qDebug() << "Serial port is ready to be read." << m_port->bytesAvailable()
-             << m_port->canReadLine() << m_lines.buffer();
+             << m_port->canReadLine() << m_lines.excerpt();
     m_lines.append(m_port->readAll());
+    (void)handleLines();
+    m_lines.limitBacklog();
+}
+
+/** Up to the first that is no card, of which the person is told; false then. */
+bool AttendanceWorker::handleLines()
+{
     try {
         while (const auto line = m_lines.takeLine())
             handleCard(*line);
+        return true;
     } catch (abi::__forced_unwind &) {
         throw; // the thread is being ended
     } catch (...) {
         m_queue->reportFailure(std::current_exception());
+        return false;
     }
+}
+
+/** Whoever held up a card before the reader vanished has been read. */
+void AttendanceWorker::handleRest()
+{
+    while (!handleLines())
+        ;
+    m_lines.clear();
 }
 
 void AttendanceWorker::handleCard(const QByteArray &line)
 {
     constexpr int idLength = 8;
+    constexpr int longestShown = 64;
     if (line.size() != idLength) {
-        qWarning() << "Ignoring transponder ID with unusual length" << line;
+        qWarning() << "Ignoring transponder ID with unusual length" << line.left(longestShown);
         return;
     }
     const quint64 transponderId = parseTransponderId(line);
@@ -241,18 +274,27 @@ void AttendanceWorker::handleCard(const QByteArray &line)
     qDebug() << "Logging" << transponderId << "...";
     if (Config::instance()->attendanceEnabled())
         m_queue->log(transponderId);
+    if (Config::instance()->tallyxMode() != Config::TallyxDisabled)
+        m_presence->begin(transponderId);
 }
 
 void AttendanceWorker::processQueue()
 {
     if (isLoggingStopped())
         return;
-    if (m_queue->isBusy()) {
+    if (m_queue->isBusy() || m_presence->isBusy()) {
         qDebug() << "ongoing requests - queue processing deferred";
         m_queueTimer->start(10s);
         return;
     }
     m_queue->startPass();
+}
+
+void AttendanceWorker::makeRoomForCards()
+{
+    const bool isHeld = m_queue->hasFresh() || m_presence->hasFresh();
+    m_queue->setHeld(isHeld);
+    m_presence->setHeld(isHeld);
 }
 
 /** A record that might be logged twice is considered worse than none being logged. */

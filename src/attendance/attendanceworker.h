@@ -13,6 +13,7 @@
 
 class AttendanceNameCache;
 class AttendanceQueue;
+class TallyxQueue;
 class XNetworkAccessManager;
 
 /**
@@ -52,13 +53,17 @@ private Q_SLOTS:
 private:
     void openSerialPort(const QString &name);
     void drain(QSerialPort &port);
+    [[nodiscard]] bool handleLines();
+    void handleRest();
     void handleCard(const QByteArray &line);
+    void makeRoomForCards();
     void stopLogging();
 
     RequestLimits m_limits;
     QPointer<XNetworkAccessManager> m_manager;
     QPointer<AttendanceNameCache> m_names;
     QPointer<AttendanceQueue> m_queue;
+    QPointer<TallyxQueue> m_presence;
     QPointer<QSerialPort> m_port;
     QPointer<QTimer> m_retryTimer;
     QPointer<QTimer> m_queueTimer;

@@ -51,8 +51,25 @@ std::optional<QByteArray> LineCutter::takeLine()
     }
 }
 
+QByteArray LineCutter::excerpt() const
+{
+    return m_buffer.mid(m_start, shownBytes);
+}
+
+void LineCutter::limitBacklog()
+{
+    if (m_buffer.size() - m_start <= longestLine)
+        return;
+    const bool endsAmidLine = !isTerminator(m_buffer.back());
+    clear();
+    m_isSkipping = endsAmidLine;
+}
+
 void LineCutter::clear()
 {
+    if (m_start < m_buffer.size())
+        qWarning() << "Discarding what the reader sent:" << excerpt() << m_buffer.size() - m_start
+                   << "bytes";
     m_buffer.clear();
     m_start = 0;
     m_isSkipping = false;

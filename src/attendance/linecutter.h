@@ -18,10 +18,12 @@ public:
     void append(const QByteArray &bytes);
     /** The next whole line without its terminator; nothing when there is none yet. */
     [[nodiscard]] std::optional<QByteArray> takeLine();
-    /** Forgets what has not been taken. */
+    /** Forgets what has not been taken, and tells the log. */
     void clear();
-    /** What waits, for the log. */
-    [[nodiscard]] QByteArray buffer() const { return m_buffer.mid(m_start); }
+    /** Drops what has not been taken if it is more than a line can be. */
+    void limitBacklog();
+    /** Beginning of what waits, for the log. */
+    [[nodiscard]] QByteArray excerpt() const;
 
 private:
     QByteArray m_buffer;

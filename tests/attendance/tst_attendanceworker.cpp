@@ -29,6 +29,8 @@ private Q_SLOTS:
         m_folder.emplace();
         services();
         LBAPI::instance();
+        settings::set("tallyxMode"_s, 0);
+        settings::set("tallyxSpoolDir"_s, m_folder->filePath("presence"_s));
         settings::set("attendanceSpoolDir"_s, m_folder->filePath("spool"_s));
         settings::set("attendanceNameCacheFile"_s, m_folder->filePath("names"_s));
         QVERIFY2(m_reader.isPlugged() || m_reader.plug(), qPrintable(m_reader.errorString()));
@@ -141,7 +143,8 @@ private Q_SLOTS:
         running->post("processQueue");
         QTRY_VERIFY(log().lines().join(QLatin1Char(' ')).contains("the rest of the queue waits"_s));
         QCOMPARE(attendanceSpool().count(), 20);
-        QVERIFY(services().requestCount(Route::Attendance) < 20 - (20 - attendanceSpool().count()));
+        // Three misses and who was under way then, each posted twice by Qt.
+        QVERIFY(services().requestCount(Route::Attendance) <= 12);
     }
 
     void leavesNoNoticeThatNobodyEnds()

@@ -153,6 +153,27 @@ class Kiosk(unittest.TestCase):
         self.press("shift+F12")
         until("the cursor", self.shows_cursor)
 
+    def test_books_presence(self):
+        home = tempfile.mkdtemp()
+        self.addCleanup(shutil.rmtree, home)
+        self.closed = False
+        self.kiosk = Program(self.addCleanup, SIMULATOR, "--home", home, "--set",
+                             "tallyxConfirmTimeout=30000", "--configuration",
+                             '{"plenarLocationId": 1, "settings": {"attendanceEnabled": false}}', "--run", KIOSK)
+        until("the reader", lambda: self.kiosk.said("Waiting for cards") and self.kiosk.said("Access token"))
+        until("the window", lambda: run("xdotool", "getactivewindow", "getwindowname") == b"Lumenboard\n")
+        print("tap 0A1B2C3D", file=self.kiosk.process.stdin, flush=True)
+        until("the question", self.shows_card)
+
+        def choose_leave():  # against the proposal; the button then has the accent's colour
+            run("xdotool", "mousemove", "1078", "209", "click", "1")
+            return self.shade(1003, 230) > 0x85
+        until("the choice", choose_leave)
+        run("xdotool", "mousemove", "1237", "42", "click", "1")
+        until("the answer", lambda: self.kiosk.said("Presence logged:"))
+        print("bookings", file=self.kiosk.process.stdin, flush=True)
+        until("the booking", lambda: self.kiosk.said("booking: card 169552957 out"))
+
     def check_first_read(self, fault, logged, shown):
         self.start(fault=fault)
         self.assertEqual(self.kiosk.said(logged), 1, self.kiosk.output())

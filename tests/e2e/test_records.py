@@ -48,7 +48,7 @@ class Screen:
         """Matches in the lines since that one."""
         return [match for line in self.lines[since:] if (match := re.search(pattern, line))]
 
-    def wait_for(self, pattern, count=1, since=0, seconds=30):
+    def wait_for(self, pattern, count=1, since=0, seconds=60):
         with self.changed:
             if not self.changed.wait_for(lambda: len(self.find(pattern, since)) >= count, seconds):
                 raise AssertionError(f"waited in vain for {count} {pattern!r} in\n" + "".join(self.lines[since:]))
@@ -78,21 +78,21 @@ class Records(unittest.TestCase):
         card = 0x10000000
         post = r"POST /rs/\S+log: "
         since = 0  # of the lines of the kiosk that runs
-        for fault, moment in (("none", post), ("hang", post), ("slow", post), ("drop", post),
-                              ("none", "Attendance logged:")):
+        for fault, moment, count in (("none", "Logging", 20), ("hang", "Logging", 40), ("slow", post, 6),
+                                     ("drop", post, 20), ("none", "Attendance logged:", 10)):
             screen.wait_for("Waiting for cards", since=since)
             screen.command(f"fault attendance {fault}")
             for _ in range(40):
                 card += 1
                 screen.command(f"tap {card:08X}")
-            screen.wait_for(moment, 6, since)
+            screen.wait_for(moment, count, since)
             os.kill(int(screen.find(r"kiosk is (\d+)", since)[-1][1]), signal.SIGKILL)
             screen.wait_for("status 137", since=since)
             # Cards are handled one by one: each but the last was on disk before the next was read.
             taken |= {int(match[1]) for match in screen.find(r"Logging (\d+)", since)[:-1]}
             since = 1 + next(i for i in range(len(screen.lines) - 1, -1, -1) if "status 137" in screen.lines[i])
         screen.command("fault attendance none")
-        self.assertGreater(len(taken), 30)
+        self.assertGreater(len(taken), 100)
 
         logged = "Attendance logged:"
         seen = 0
@@ -107,6 +107,36 @@ class Records(unittest.TestCase):
         self.assertEqual(taken - accepted, set())
         answered = collections.Counter(match[1] for match in screen.find(r"Attendance logged: .* Karte (\d+) "))
         self.assertEqual([card for card, times in answered.items() if times > 1], [])
+
+    def test_presence_is_booked_over_kills(self):
+        screen = Screen(self.home, "--set", f"tallyxSpoolDir={self.spool}", "--set", "tallyxConfirmTimeout=3000",
+                        "--configuration", '{"plenarLocationId": 1, "settings": {"attendanceEnabled": false}}',
+                        "--run", "sh", "--", "-c", SUPERVISOR, KIOSK)
+        self.addCleanup(screen.close)
+        since = 0
+        for card, route, fault, moment in (
+                (1, "presence-status", "hang", "GET /rs/log.*(hangs|waits)"), (2, "presence-status", "none", "onGetStatusFinished"),
+                (3, "presence-booking", "hang", "POST /rs/log.*(hangs|waits)"), (4, "presence-booking", "drop", "fault drop")):
+            screen.wait_for("Waiting for cards", since=since)
+            screen.wait_for("Access token", since=since)
+            screen.command(f"fault {route} {fault}")
+            screen.command(f"tap 0000000{card}")
+            screen.wait_for(moment, since=since)
+            os.kill(int(screen.find(r"kiosk is (\d+)", since)[-1][1]), signal.SIGKILL)
+            screen.wait_for("status 137", since=since)
+            screen.command(f"fault {route} none")
+            since = 1 + next(i for i in range(len(screen.lines) - 1, -1, -1) if "status 137" in screen.lines[i])
+        self.assertTrue(os.listdir(self.spool))
+        seen = 0
+        while os.listdir(self.spool):
+            seen += 1  # what is logged has been removed
+            screen.wait_for("Presence logged:", seen)
+        screen.command("bookings")
+        screen.command("quit")
+        self.assertEqual(screen.process.wait(timeout=20), 0)
+        screen.listener.join()
+        booked = collections.Counter(int(match[1]) for match in screen.find(r"booking: card (\d+) "))
+        self.assertEqual((booked[1], booked[2], booked[3] > 0, booked[4] > 0), (1, 1, True, True))
 
     def test_stops_where_nothing_can_be_kept(self):
         with open(self.spool, "w", encoding="utf-8"):

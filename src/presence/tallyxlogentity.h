@@ -1,0 +1,68 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include "spool/spool.h"
+
+#include <QDateTime>
+#include <QJsonDocument>
+#include <QObject>
+#include <QString>
+
+/** The spool of presence records. */
+[[nodiscard]] Spool tallyxSpool();
+
+/**
+ * A presence record: that a person with a card arrived, left or was seen. The JSON document that is
+ * sent is also what the spool holds. Lives in the attendance worker's thread.
+ */
+class TallyxLogEntity : public QObject
+{
+    Q_OBJECT
+
+public:
+    /** What is booked; the values are those of the documents. */
+    enum Type {
+        AUTO = 0, ///< the service decides
+        IN = 1,
+        OUT = 2,
+        CONTINUOUS = 3, ///< seen, without being asked
+        TYPE_COUNT = 4
+    };
+    Q_ENUM(Type)
+
+    /** The record of a card that is read now, at the configured location. */
+    TallyxLogEntity(quint64 transponderId, Type type, QObject *parent = nullptr);
+
+    /** The record in the file @p path. Throws AttendanceErrorException if it holds none. */
+    explicit TallyxLogEntity(const QString &path, QObject *parent = nullptr);
+
+    [[nodiscard]] Type type() const { return m_type; }
+    void setType(Type type) { m_type = type; }
+    [[nodiscard]] qint64 transponderId() const { return m_transponderId; }
+    [[nodiscard]] int locationId() const { return m_locationId; }
+    /** Milliseconds from the card to now. */
+    [[nodiscard]] int age() const;
+    /** Milliseconds from the card to the person's decision. */
+    void setLogDelay(int msecs) { m_logDelay = msecs; }
+    /** Milliseconds from the card to the sending. */
+    void setTransmissionDelay(int msecs) { m_transmissionDelay = msecs; }
+    /** The file with this record; empty until it is first saved. */
+    [[nodiscard]] QString spoolPath() const { return m_spoolPath; }
+
+    [[nodiscard]] QJsonDocument toJson() const;
+    /** Puts the record on disk, in the place of what was saved before. Throws. */
+    void save();
+
+private:
+    void read(const QByteArray &document);
+
+    Type m_type = AUTO;
+    QDateTime m_time;
+    int m_logDelay = 0;
+    int m_transmissionDelay = 0;
+    qint64 m_transponderId = 0;
+    int m_locationId = 0;
+    QString m_spoolPath;
+};

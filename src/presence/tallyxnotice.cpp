@@ -1,0 +1,117 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "presence/tallyxnotice.h"
+
+#include "app/connections.h"
+#include "notifications/notificationbutton.h"
+
+namespace {
+
+constexpr auto buttonTypes = { TallyxLogEntity::IN, TallyxLogEntity::OUT }; // by index
+
+NotificationButton *makeButton(const QString &text, const QString &icon)
+{
+    auto *button = new NotificationButton; // no parent: deleted with the notification
+    button->setText(text);
+    button->setIcon(icon);
+    return button;
+}
+
+/** Marks the button of @p type, if one stands for it. */
+void mark(const Notification &notification, TallyxLogEntity::Type type, bool isOpen)
+{
+    int index = 0;
+    for (const TallyxLogEntity::Type each : buttonTypes) {
+        NotificationButton *button = notification.buttons().value(index++);
+        if (!button)
+            return;
+        button->setHighlighted(each == type);
+        button->setFlashing(isOpen && each == type);
+        button->setEnabled(isOpen);
+    }
+}
+
+/** From here on only the countdown, or a tap on the cross, takes it away. */
+void close(Notification &notification)
+{
+    notification.setConfirmable(false);
+    notification.setDefaultAction(Notification::CLOSE);
+}
+
+} // namespace
+
+TallyxNotice::TallyxNotice(const QObject *flow)
+    : m_handle([flow] {
+        auto *notification = new Notification(Notification::LOADING, tr("Presence"),
+                                              tr("Querying status..."), 0, false, false);
+        // Before it moves to the GUI thread: later this thread must not touch it.
+        connectChecked(notification,
+                       SIGNAL(buttonClicked(int,Notification*)), flow, SLOT(onButtonClicked(int)));
+        connectChecked(notification, SIGNAL(confirmed(Notification*)), flow, SLOT(postLog()));
+        connectChecked(notification,
+                       SIGNAL(removed(Notification*)), flow, SLOT(onNotificationRemoved()));
+        return notification;
+    }())
+{
+}
+
+void TallyxNotice::ask(TallyxLogEntity::Type proposal, const QString &title, const QString &message,
+                       uint timeout) const
+{
+    m_handle.change([=](Notification &notification) {
+        notification.setType(Notification::CONFIRMATION);
+        notification.setConfirmable(true);
+        notification.setDefaultAction(Notification::CONFIRM);
+        if (!title.isNull())
+            notification.setTitle(title);
+        notification.setMessage(message.isNull() ? tr("Please select below.") : message);
+        notification.addButton(makeButton(tr("Arrive"), QStringLiteral("qrc:/fa/sign-in.svg")));
+        notification.addButton(makeButton(tr("Leave"), QStringLiteral("qrc:/fa/sign-out.svg")));
+        mark(notification, proposal, true);
+        notification.setTimeout(timeout);
+    });
+}
+
+void TallyxNotice::choose(TallyxLogEntity::Type choice, uint timeout) const
+{
+    m_handle.change([=](Notification &notification) {
+        mark(notification, choice, true);
+        notification.setTimeout(timeout);
+    });
+}
+
+void TallyxNotice::settle(TallyxLogEntity::Type choice) const
+{
+    m_handle.change([=](Notification &notification) {
+        mark(notification, choice, false);
+        notification.setTimeout(0);
+        close(notification);
+    });
+}
+
+void TallyxNotice::acknowledge(const QString &message, uint timeout) const
+{
+    m_handle.change([=](Notification &notification) {
+        notification.setType(Notification::INFO);
+        notification.setMessage(message.isNull() ? tr("Your presence has been logged.") : message);
+        notification.setTimeoutCancelable(true);
+        notification.setClosable(true);
+        notification.setTimeout(timeout);
+    });
+}
+
+void TallyxNotice::fail(const QString &message, uint timeout) const
+{
+    const auto make = [] { return new Notification(Notification::ERR, {}, {}, 0, false, true); };
+    m_handle.changeOrShow(make, [=](Notification &notification) {
+        close(notification);
+        notification.clearButtons();
+        notification.set(Notification::ERR, tr("Error"), message, timeout);
+    });
+}
+
+void TallyxNotice::withdraw() const
+{
+    m_handle.change([](Notification &notification) { notification.remove(); });
+}

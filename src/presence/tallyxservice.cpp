@@ -1,0 +1,95 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "presence/tallyxservice.h"
+
+#include "app/exceptions.h"
+#include "config/config.h"
+#include "config/keys.h"
+#include "net/accesstoken.h"
+#include "net/errortext.h"
+#include "net/requestlimits.h"
+#include "presence/tallyxflow.h"
+#include "presence/tallyxlogentity.h"
+
+#include <QJsonDocument>
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+#include <QUrlQuery>
+
+namespace tallyxservice {
+
+namespace {
+
+    void throwOnNetworkError(const QNetworkReply &reply)
+    {
+        if (reply.error() != QNetworkReply::NoError)
+            throw AttendanceWarningException(
+                QStringLiteral("Network error: %1 %2")
+                    .arg(QString::number(reply.error()), errorText(reply)));
+    }
+
+} // namespace
+
+QNetworkReply *getStatus(QNetworkAccessManager &manager, const TallyxLogEntity &record)
+{
+    const Config *config = Config::instance();
+    RequestLimits limits;
+    limits.deadline = std::chrono::milliseconds(
+        config->intSetting(keys::tallyxGetStatusTimeout, 2500, 1000, 30000));
+
+    QUrl url = config->tallyxLogUrl();
+    QUrlQuery query(url);
+    query.addQueryItem(QStringLiteral("transponder"), QString::number(record.transponderId()));
+    query.addQueryItem(QStringLiteral("location"), QString::number(record.locationId()));
+    url.setQuery(query);
+    QNetworkRequest request = limitedRequest(url, limits);
+    request.setRawHeader(QByteArrayLiteral("Accept"), QByteArrayLiteral("application/json"));
+    QNetworkReply *reply = manager.get(request);
+    enforceLimits(reply, limits);
+    return reply;
+}
+
+QNetworkReply *postLog(QNetworkAccessManager &manager, const TallyxLogEntity &record,
+                       const RequestLimits &limits)
+{
+    QNetworkRequest request = limitedRequest(Config::instance()->tallyxLogUrl(), limits);
+    request.setHeader(QNetworkRequest::ContentTypeHeader, QStringLiteral("application/json"));
+    if (!accesstoken::authorize(request))
+        throw AttendanceWarningException(TallyxFlow::tr("Authentication unavailable."));
+    QNetworkReply *reply = manager.post(request, record.toJson().toJson());
+    enforceLimits(reply, limits);
+    return reply;
+}
+
+QJsonObject readStatus(QNetworkReply &reply)
+{
+    throwOnNetworkError(reply);
+    QJsonParseError error;
+    const QJsonDocument document = QJsonDocument::fromJson(reply.readAll(), &error);
+    if (error.error != QJsonParseError::NoError)
+        throw AttendanceWarningException(
+            QStringLiteral("Failed to parse response: %1 %2")
+                .arg(error.errorString(), QString::number(error.offset)));
+    if (!document.isObject())
+        throw AttendanceWarningException(QStringLiteral("Response is not an object."));
+    return document.object();
+}
+
+QJsonObject readAcknowledgement(QNetworkReply &reply)
+{
+    throwOnNetworkError(reply);
+    const QJsonDocument document = QJsonDocument::fromJson(reply.readAll());
+    if (!document.isObject())
+        throw AttendanceWarningException(QStringLiteral("Error parsing response."));
+    return document.object();
+}
+
+QString text(const QJsonObject &answer, const char *key)
+{
+    constexpr int longest = 2000; // more fits no card, and would keep the screen busy
+    const QJsonValue value = answer.value(QLatin1String(key));
+    return value.isString() ? value.toString(QLatin1String("")).left(longest) : QString();
+}
+
+} // namespace tallyxservice
