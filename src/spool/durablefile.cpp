@@ -12,6 +12,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace durablefile {
@@ -55,15 +56,61 @@ namespace {
             failToWrite(path);
     }
 
+    QString unfinishedName(const QString &path)
+    {
+        const QFileInfo info(path);
+        return info.path() + QLatin1String("/.") + info.fileName()
+            + QLatin1String(unfinishedEnding);
+    }
+
+    /** Gives a file its name, unless that is taken; false with the reason in errno. */
+    bool renameToFree(const QByteArray &from, const QByteArray &to)
+    {
+        if (renameat2(AT_FDCWD, from.constData(), AT_FDCWD, to.constData(), RENAME_NOREPLACE) == 0)
+            return true;
+        if (errno != EINVAL)
+            return false;
+        // A file system that can not do it at once. Nobody else gives names of ours.
+        struct stat info
+        {
+        };
+        if (lstat(to.constData(), &info) == 0) {
+            errno = EEXIST;
+            return false;
+        }
+        return rename(from.constData(), to.constData()) == 0;
+    }
+
 } // namespace
 
-void write(const QString &path, const QByteArray &content)
+bool create(const QString &path, const QByteArray &content)
 {
-    const QFileInfo info(path);
-    const QString folder = info.path();
-    const bool isNew = !info.exists();
-    QFile unfinished(folder + QLatin1String("/.") + info.fileName()
-                     + QLatin1String(unfinishedEnding));
+    QFile unfinished(unfinishedName(path));
+    bool isNamed = false;
+    try {
+        fill(unfinished, path, content);
+        isNamed = renameToFree(QFile::encodeName(unfinished.fileName()), QFile::encodeName(path));
+        if (!isNamed && errno != EEXIST)
+            failToWrite(path);
+    } catch (const AttendanceErrorException &) {
+        unfinished.remove();
+        throw;
+    }
+    if (!isNamed) {
+        unfinished.remove();
+        return false;
+    }
+    if (syncFolder(QFileInfo(path).path()))
+        return true;
+    const int code = errno;
+    QFile::remove(path);
+    errno = code;
+    failToWrite(path);
+}
+
+void replace(const QString &path, const QByteArray &content)
+{
+    QFile unfinished(unfinishedName(path));
     try {
         fill(unfinished, path, content);
         if (rename(QFile::encodeName(unfinished.fileName()).constData(),
@@ -74,13 +121,8 @@ void write(const QString &path, const QByteArray &content)
         unfinished.remove();
         throw;
     }
-    if (syncFolder(folder))
-        return;
-    const int code = errno;
-    if (isNew)
-        QFile::remove(path);
-    errno = code;
-    failToWrite(path);
+    if (!syncFolder(QFileInfo(path).path()))
+        failToWrite(path);
 }
 
 bool makeFolder(const QString &folder)

@@ -13,10 +13,16 @@ namespace durablefile {
 inline constexpr auto unfinishedEnding = ".lumenboard-part";
 
 /**
- * Puts @p content into @p path for its owner alone: whoever looks sees the old file, if there was
- * one, or the whole new one. Throws AttendanceErrorException and leaves things as they were.
+ * Puts @p content into a new file @p path, for its owner alone: nobody sees less than the whole of
+ * it. False if the name is taken. Throws AttendanceErrorException and leaves nothing behind.
  */
-void write(const QString &path, const QByteArray &content);
+[[nodiscard]] bool create(const QString &path, const QByteArray &content);
+
+/**
+ * The same in the place of the file @p path: whoever looks sees the old content or the new one.
+ * Throws AttendanceErrorException.
+ */
+void replace(const QString &path, const QByteArray &content);
 
 /** Makes @p folder with all that is missing above it, lastingly; false on failure. */
 [[nodiscard]] bool makeFolder(const QString &folder);

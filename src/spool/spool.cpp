@@ -3,6 +3,7 @@
 
 #include "spool/spool.h"
 
+#include "app/exceptions.h"
 #include "config/config.h"
 #include "spool/durablefile.h"
 
@@ -43,22 +44,35 @@ int Spool::count() const
 
 QString Spool::create(const QByteArray &record) const
 {
-    constexpr int base = 36;
+    const QString path = folder();
+    try {
+        return createIn(path, record);
+    } catch (const AttendanceErrorException &) {
+        // Looked at only now: a person waits, and the folder is there but for the first time.
+        if (QFileInfo(path).isDir() && QFileInfo(path).isWritable())
+            throw;
+    }
+    if (!durablefile::makeFolder(path) || !QFileInfo(path).isWritable())
+        qFatal("Spool directory \"%s\" could not be created or is not writable.",
+               qPrintable(QDir::toNativeSeparators(path)));
+    return createIn(path, record);
+}
 
-    const QString start = usableFolder() + QLatin1Char('/')
-        + QString::number(QDateTime::currentMSecsSinceEpoch(), base);
-    QString path;
-    int counter = 0;
-    do
-        path = start + QString::number(counter++, base);
-    while (QFileInfo::exists(path) || QFileInfo(path).isSymLink());
-    durablefile::write(path, record);
-    return path;
+QString Spool::createIn(const QString &folder, const QByteArray &record)
+{
+    constexpr int base = 36;
+    const QString start
+        = folder + QLatin1Char('/') + QString::number(QDateTime::currentMSecsSinceEpoch(), base);
+    for (int counter = 0;; ++counter) {
+        const QString path = start + QString::number(counter, base);
+        if (durablefile::create(path, record))
+            return path;
+    }
 }
 
 void Spool::replace(const QString &path, const QByteArray &record)
 {
-    durablefile::write(path, record);
+    durablefile::replace(path, record);
 }
 
 std::optional<QString> Spool::remove(const QString &path)
@@ -83,13 +97,4 @@ void Spool::removeLeftovers() const
             qWarning() << "Failed to remove unfinished record" << file.fileName()
                        << file.errorString();
     }
-}
-
-QString Spool::usableFolder() const
-{
-    const QString path = folder();
-    if (!durablefile::makeFolder(path) || !QFileInfo(path).isWritable())
-        qFatal("Spool directory \"%s\" could not be created or is not writable.",
-               qPrintable(QDir::toNativeSeparators(path)));
-    return path;
 }

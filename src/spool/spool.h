@@ -54,7 +54,7 @@ public:
     void removeLeftovers() const;
 
 private:
-    [[nodiscard]] QString usableFolder() const;
+    [[nodiscard]] static QString createIn(const QString &folder, const QByteArray &record);
 
     Place m_place;
 };
