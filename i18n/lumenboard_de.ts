@@ -179,6 +179,51 @@ Neuer Versuch in %3 s.</translation>
     </message>
 </context>
 <context>
+    <name>MainDrawer</name>
+    <message>
+        <source>Register transponder</source>
+        <translation>Transponder registrieren</translation>
+    </message>
+</context>
+<context>
+    <name>RegistrationLogin</name>
+    <message>
+        <source>Login</source>
+        <translation>Anmeldung</translation>
+    </message>
+    <message>
+        <source>Username</source>
+        <translation>Benutzername</translation>
+    </message>
+    <message>
+        <source>Password</source>
+        <translation>Passwort</translation>
+    </message>
+    <message>
+        <source>Please login with your DeskHub account.</source>
+        <translation>Bitte melden Sie sich mit Ihrem DeskHub-Konto an.</translation>
+    </message>
+    <message>
+        <source>Register</source>
+        <translation>Registrieren</translation>
+    </message>
+    <message>
+        <source>Alternatively, you can push the button below to scan a QR code and login online.</source>
+        <translation>Oder scannen Sie mit der Taste unten einen QR-Code und melden Sie sich online an.</translation>
+    </message>
+</context>
+<context>
+    <name>RegistrationQrCode</name>
+    <message>
+        <source>Please scan the QR code and visit the contained web address.</source>
+        <translation>Bitte scannen Sie den QR-Code und rufen Sie die enthaltene Webadresse auf.</translation>
+    </message>
+    <message>
+        <source>Alternatively, you can push the button below to login using an on-screen keyboard.</source>
+        <translation>Oder melden Sie sich mit der Taste unten über eine Bildschirmtastatur an.</translation>
+    </message>
+</context>
+<context>
     <name>ScheduleAge</name>
     <message>
         <source>As of %1</source>
@@ -252,6 +297,37 @@ Neuer Versuch in %3 s.</translation>
         <translation>Eine Buchung konnte nicht aus der Warteschlange entfernt werden. Die Erfassung wurde angehalten.
 
 %1</translation>
+    </message>
+</context>
+<context>
+    <name>TransponderRegistration</name>
+    <message>
+        <source>Register transponder</source>
+        <translation>Transponder registrieren</translation>
+    </message>
+    <message>
+        <source>This transponder has already been assigned.</source>
+        <translation>Dieser Transponder ist bereits zugeordnet.</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation>Fehler</translation>
+    </message>
+    <message>
+        <source>The request failed.</source>
+        <translation>Die Anfrage ist fehlgeschlagen.</translation>
+    </message>
+    <message>
+        <source>Try again</source>
+        <translation>Erneut versuchen</translation>
+    </message>
+    <message>
+        <source>Please scan your transponder.</source>
+        <translation>Bitte halten Sie Ihren Transponder an das Lesegerät.</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
     </message>
 </context>
 </TS>

@@ -3,6 +3,7 @@
 
 import QtQuick 2.15
 import QtQuick.Controls 2.15
+import Lumenboard 1.0
 
 /** The side menu. */
 Drawer {
@@ -21,6 +22,32 @@ Drawer {
     Page {
         anchors.fill: parent
         background: null
+
+        Column {
+            anchors {
+                left: parent.left
+                right: parent.right
+                margins: 10
+            }
+            spacing: 5
+
+            Button {
+                width: parent.width
+                objectName: "registerTransponder"
+                enabled: root.stackView !== null && root.stackView.depth === 1
+                font {
+                    // The style's capitals make "SS" of "ß", or worse.
+                    capitalization: Font.MixedCase
+                    pointSize: 2 * Qt.application.font.pointSize
+                }
+                text: qsTr("Register transponder")
+                visible: LBAPI.config.tpRegModeQR || LBAPI.config.tpRegModeVK
+                onClicked: {
+                    root.stackView.push(Qt.resolvedUrl("../views/TransponderRegistration.qml"));
+                    root.close();
+                }
+            }
+        }
 
         footer: Item {
             implicitHeight: version.implicitHeight + 5

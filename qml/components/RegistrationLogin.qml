@@ -1,0 +1,123 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import QtQuick 2.15
+import QtQuick.Controls 2.15
+
+/** The way to register at the screen: name and password, on the on-screen keyboard. */
+Row {
+    id: root
+
+    /// px
+    property real columnWidth: 300
+    /// a request is under way
+    property bool isBusy: false
+    /// what the service says of the last try; empty before one
+    property string message
+    /// whether the person can use a phone instead
+    property bool offersQrCode: true
+    /// the field that is typed into, or null
+    readonly property Item focusedField: username.activeFocus ? username : password.activeFocus ? password : null
+
+    signal submitted(string username, string password)
+    signal qrCodeWanted
+
+    function clear() {
+        username.clear();
+        password.clear();
+    }
+
+    /** For another try. */
+    function clearPassword() {
+        password.clear();
+        if (visible)
+            password.forceActiveFocus();
+    }
+
+    spacing: 2 * heading.font.pixelSize
+    onVisibleChanged: if (visible)
+        username.forceActiveFocus()
+
+    Column {
+        width: root.columnWidth
+        spacing: 8
+
+        Label {
+            id: heading
+
+            text: qsTr("Login")
+            textFormat: Text.PlainText
+        }
+
+        LoginField {
+            id: username
+
+            objectName: "username"
+            placeholderText: qsTr("Username")
+            onAccepted: password.forceActiveFocus()
+        }
+
+        LoginField {
+            id: password
+
+            objectName: "password"
+            echoMode: TextInput.Password
+            passwordMaskDelay: 0
+            placeholderText: qsTr("Password")
+            onAccepted: registerButton.submit()
+        }
+
+        Label {
+            width: parent.width
+            text: root.message === "" ? qsTr("Please login with your DeskHub account.") : root.message
+            textFormat: Text.PlainText
+            wrapMode: Text.Wrap
+        }
+
+        Button {
+            id: registerButton
+
+            function submit() {
+                if (enabled)
+                    root.submitted(username.text, password.text);
+            }
+
+            objectName: "register"
+            font.capitalization: Font.MixedCase
+            enabled: username.text !== "" && password.text !== "" && !root.isBusy
+            highlighted: true
+            text: qsTr("Register")
+            onClicked: submit()
+        }
+    }
+
+    Column {
+        width: 0.8 * root.columnWidth
+        spacing: 16
+        visible: root.offersQrCode
+
+        Label {
+            width: parent.width
+            text: qsTr("Alternatively, you can push the button below to scan a QR code and login online.")
+            textFormat: Text.PlainText
+            wrapMode: Text.Wrap
+        }
+
+        Button {
+            objectName: "useQrCode"
+            font {
+                family: "Font Awesome"
+                pointSize: 2 * heading.font.pointSize
+                weight: Font.Black
+            }
+            text: "\uf029"
+            onClicked: root.qrCodeWanted()
+        }
+    }
+
+    component LoginField: TextField {
+        width: parent.width
+        inputMethodHints: Qt.ImhSensitiveData | Qt.ImhNoAutoUppercase | Qt.ImhNoPredictiveText
+        selectByMouse: true
+    }
+}
