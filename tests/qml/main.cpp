@@ -4,6 +4,8 @@
 #include "api/lbapi.h"
 #include "app/startup.h"
 #include "config/config.h"
+#include "net/fencednetworkaccessmanager.h"
+#include "net/kcclientcredentials.h"
 #include "simulator/simulator.h"
 
 #include <QDirIterator>
@@ -56,6 +58,37 @@ public:
         QSettings().setValue(key, value);
     }
 
+    /** Leads the views to the registration service, with a token that is good there. */
+    Q_INVOKABLE void logIn()
+    {
+        const auto addresses = m_simulator->kioskSettings();
+        for (auto each = addresses.begin(); each != addresses.end(); ++each)
+            set(each.key(), each.value());
+        XNetworkAccessManager manager;
+        KCClientCredentials credentials(&manager);
+        QSignalSpy changed(&credentials, &KCClientCredentials::accessTokenChanged);
+        credentials.grant();
+        if (changed.wait())
+            LBAPI::instance()->setAccessToken(changed.constFirst().constFirst().toString());
+        m_simulator->clearFaults();
+    }
+
+    Q_INVOKABLE void spoil(const QString &route, const QString &fault)
+    {
+        m_simulator->setFault(*simulator::fromName<Route>(route),
+                              *simulator::fromName<simulator::Fault>(fault));
+    }
+
+    Q_INVOKABLE [[nodiscard]] int requests(const QString &route) const
+    {
+        return m_simulator->requestCount(*simulator::fromName<Route>(route));
+    }
+
+    Q_INVOKABLE [[nodiscard]] int strayRequests() const
+    {
+        return m_simulator->strayRequests().size();
+    }
+
     /** QML can not append to the list. */
     Q_INVOKABLE void addButton(Notification *notification, NotificationButton *button)
     {
@@ -99,6 +132,7 @@ public Q_SLOTS:
         set(QStringLiteral("plenarLocationId"), 1);
         m_simulator->setSchedule("<schedule/>");
         engine->rootContext()->setContextProperty(QStringLiteral("bench"), this);
+        engine->setNetworkAccessManagerFactory(&m_network);
         connect(engine, &QQmlEngine::warnings, this, [this](const QList<QQmlError> &warnings) {
             for (const QQmlError &warning : warnings)
                 m_warnings.append(warning.toString());
@@ -110,6 +144,8 @@ public Q_SLOTS:
 private:
     std::unique_ptr<Simulator> m_simulator;
     Translations m_translations;
+    FencedNetworkAccessManagerFactory m_network { RequestLimits { std::chrono::milliseconds(300),
+                                                                  std::chrono::seconds(1) } };
     QStringList m_warnings;
 };
 
