@@ -298,6 +298,10 @@ Neuer Versuch in %3 s.</translation>
 
 %1</translation>
     </message>
+    <message>
+        <source>Too many cards at once.</source>
+        <translation>Zu viele Karten auf einmal.</translation>
+    </message>
 </context>
 <context>
     <name>TransponderRegistration</name>

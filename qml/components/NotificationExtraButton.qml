@@ -8,6 +8,8 @@ import QtQuick.Controls.impl 2.15
 import QtQuick.Controls.Material 2.15
 import QtQuick.Window 2.15
 
+import "../common"
+
 /** One of the extra buttons below a notification. */
 Item {
     id: root
@@ -89,7 +91,7 @@ Item {
                     color: {
                         if (!control.enabled)
                             return control.Material.hintTextColor;
-                        return control.highlighted ? control.Material.primaryHighlightedTextColor : control.Material.foreground;
+                        return control.highlighted ? Style.cMainBg : control.Material.foreground;
                     }
                     font: control.font
                     text: root.button ? root.button.text : ""

@@ -92,7 +92,7 @@ Row {
     }
 
     Column {
-        width: 0.8 * root.columnWidth
+        width: 0.7 * root.columnWidth
         spacing: 16
         visible: root.offersQrCode
 

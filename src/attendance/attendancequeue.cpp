@@ -11,6 +11,7 @@
 #include "spool/spoolpass.h"
 
 #include <QDebug>
+#include <QFile>
 
 #include <algorithm>
 #include <cxxabi.h>
@@ -121,7 +122,8 @@ void AttendanceQueue::reportFailure(const std::exception_ptr &exception)
 /** Sends the record of a file, unless it is in use or can not be read. */
 bool AttendanceQueue::resend(const QString &path)
 {
-    if (m_isStopped || isInUse(path))
+    // The iterator is a name ahead, of a file that may be gone by now.
+    if (m_isStopped || isInUse(path) || !QFile::exists(path))
         return false;
     try {
         auto *request = new AttendanceRequest(path, this);

@@ -97,7 +97,7 @@ void AttendanceWorker::init()
             [timer = m_queueTimer](std::chrono::milliseconds delay) { timer->start(delay); });
     connect(m_presence, &TallyxQueue::retryWanted, m_queueTimer,
             [timer = m_queueTimer](std::chrono::milliseconds delay) {
-                if (!timer->isActive())
+                if (!timer->isActive() || timer->remainingTimeAsDuration() > delay)
                     timer->start(delay);
             });
     connect(m_queue, &AttendanceQueue::passFinished, m_presence, &TallyxQueue::startPass);
@@ -301,5 +301,6 @@ void AttendanceWorker::makeRoomForCards()
 void AttendanceWorker::stopLogging()
 {
     s_isLoggingStopped = true;
+    m_presence->stop();
     QThread::currentThread()->exit();
 }

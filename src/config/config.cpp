@@ -225,9 +225,9 @@ QUrl Config::attendanceLogUrl() const
 
 Config::TallyxMode Config::tallyxMode() const
 {
-    const int mode = m_settings.value(keys::tallyxMode, TallyxContinuous).toInt();
+    const auto mode = toInteger(m_settings.value(keys::tallyxMode, TallyxContinuous));
     const bool isKnown = mode == TallyxDisabled || mode == TallyxContinuous;
-    return isKnown ? static_cast<TallyxMode>(mode) : TallyxEnabled;
+    return isKnown ? static_cast<TallyxMode>(*mode) : TallyxEnabled;
 }
 
 QUrl Config::tallyxLogUrl() const

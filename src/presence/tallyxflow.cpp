@@ -19,14 +19,6 @@ namespace {
 constexpr uint temporaryNoticeMs = 20 * 1000;
 constexpr uint staffNoticeMs = 60 * 1000;
 
-/** What is booked of a card as long as neither service nor person have said anything. */
-TallyxLogEntity::Type firstType()
-{
-    return Config::instance()->tallyxMode() == Config::TallyxContinuous
-        ? TallyxLogEntity::CONTINUOUS
-        : TallyxLogEntity::AUTO;
-}
-
 uint confirmTimeout()
 {
     return static_cast<uint>(
@@ -53,6 +45,13 @@ QString textOf(const std::exception_ptr &exception)
 }
 
 } // namespace
+
+TallyxLogEntity::Type TallyxFlow::firstType()
+{
+    return Config::instance()->tallyxMode() == Config::TallyxContinuous
+        ? TallyxLogEntity::CONTINUOUS
+        : TallyxLogEntity::AUTO;
+}
 
 TallyxFlow::TallyxFlow(quint64 transponderId, QNetworkAccessManager &manager,
                        const RequestLimits &limits, QObject *parent)
@@ -81,6 +80,14 @@ void TallyxFlow::start()
     });
 }
 
+void TallyxFlow::abandon()
+{
+    if (m_state != Querying && m_state != Deciding)
+        return;
+    m_notice.withdraw();
+    end(Failed);
+}
+
 void TallyxFlow::onGetStatusFinished()
 {
     qDebug() << "onGetStatusFinished()";
@@ -105,7 +112,6 @@ void TallyxFlow::onButtonClicked(int idx)
             changeType(TallyxLogEntity::OUT);
         else
             qWarning() << "onButtonClicked(): unhandled case" << idx;
-        m_notice.choose(m_record.type(), confirmTimeout());
     });
 }
 
@@ -119,7 +125,7 @@ void TallyxFlow::postLog()
         m_notice.settle(m_record.type());
         m_record.setLogDelay(m_record.age());
         m_record.setTransmissionDelay(m_record.age());
-        m_record.save();
+        trySave();
         m_reply = tallyxservice::postLog(m_manager, m_record, m_limits);
         m_reply->setParent(this);
         connect(m_reply, &QNetworkReply::finished, this, &TallyxFlow::onPostLogFinished);
@@ -144,8 +150,10 @@ void TallyxFlow::onPostLogFinished()
 /** The person can not be asked any more; what was sent goes on. */
 void TallyxFlow::onNotificationRemoved()
 {
-    if (m_state == Querying || m_state == Deciding)
-        end(Failed);
+    if (m_state != Querying && m_state != Deciding)
+        return;
+    qWarning() << "Presence question is gone, leaving the record to the queue.";
+    end(Failed);
 }
 
 /** Lets the person choose: what the service proposes, or by hand when it can not be understood. */
@@ -174,7 +182,30 @@ void TallyxFlow::changeType(TallyxLogEntity::Type type)
     if (m_record.type() == type)
         return;
     m_record.setType(type);
-    m_record.save();
+    trySave();
+}
+
+/**
+ * A person who has been asked goes on: the choice is kept here, and saved or posted later. The
+ * first save of all is none of these.
+ */
+void TallyxFlow::trySave()
+{
+    try {
+        m_record.save();
+    } catch (const AttendanceErrorException &e) {
+        qCritical() << "Failed to save a presence record again:" << e.what();
+    }
+}
+
+/** Whether the queue can send what the person has chosen. What says otherwise is removed. */
+bool TallyxFlow::keepsRecord()
+{
+    if (!m_record.isOnDisk() || m_record.savedType() == m_record.type())
+        return m_record.isOnDisk();
+    if (const auto failure = Spool::remove(m_record.spoolPath()))
+        qCritical() << "Failed to remove a presence record that is out of date:" << *failure;
+    return false;
 }
 
 /** Runs the body of a slot; what it throws ends the flow. */
@@ -194,7 +225,7 @@ void TallyxFlow::fail(const std::exception_ptr &exception)
     const QString text = textOf(exception);
     qWarning() << "Error logging presence:"
                << (text.isEmpty() ? QStringLiteral("unknown exception") : text);
-    const bool isQueued = !m_record.spoolPath().isEmpty();
+    const bool isQueued = keepsRecord();
     const QString advice = isQueued
         ? tr("A temporary error occurred. However, the logging of your presence has been "
              "successfully queued for later execution.")

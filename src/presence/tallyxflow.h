@@ -33,8 +33,13 @@ public:
     /** Takes a question back that nobody listens to any more; the record stays in the spool. */
     ~TallyxFlow() override;
 
+    /** What is booked of a card as long as neither service nor person have said anything. */
+    [[nodiscard]] static TallyxLogEntity::Type firstType();
+
     /** Saves the record and asks for the status. */
     void start();
+    /** Ends a flow that nobody is to answer any more, and takes its question back. */
+    void abandon();
     /** Whether the service has been asked something and has not answered yet. */
     [[nodiscard]] bool hasRequest() const { return m_state == Querying || m_state == Sending; }
     /** Whether the service has booked the record. */
@@ -63,6 +68,8 @@ private:
     template <typename Function> void guarded(Function function);
     void decide(QNetworkReply &reply);
     void changeType(TallyxLogEntity::Type type);
+    void trySave();
+    [[nodiscard]] bool keepsRecord();
     void fail(const std::exception_ptr &exception);
     void end(State state);
     void setState(State state);

@@ -88,10 +88,16 @@ QJsonDocument TallyxLogEntity::toJson() const
 void TallyxLogEntity::save()
 {
     const QByteArray document = toJson().toJson();
-    if (m_spoolPath.isEmpty())
-        m_spoolPath = tallyxSpool().create(document);
-    else
+    if (isOnDisk())
         Spool::replace(m_spoolPath, document);
+    else // for the first time, or somebody has cleared the folder
+        m_spoolPath = tallyxSpool().create(document);
+    m_savedType = m_type;
+}
+
+bool TallyxLogEntity::isOnDisk() const
+{
+    return !m_spoolPath.isEmpty() && QFile::exists(m_spoolPath);
 }
 
 void TallyxLogEntity::read(const QByteArray &document)

@@ -54,11 +54,16 @@ public:
     [[nodiscard]] QJsonDocument toJson() const;
     /** Puts the record on disk, in the place of what was saved before. Throws. */
     void save();
+    /** Whether the file of the record is there. */
+    [[nodiscard]] bool isOnDisk() const;
+    /** The type that was last saved; other than type() after a failed save. */
+    [[nodiscard]] Type savedType() const { return m_savedType; }
 
 private:
     void read(const QByteArray &document);
 
     Type m_type = AUTO;
+    Type m_savedType = AUTO;
     QDateTime m_time;
     int m_logDelay = 0;
     int m_transmissionDelay = 0;

@@ -6,9 +6,11 @@
 #include "app/connections.h"
 #include "notifications/notificationbutton.h"
 
+#include <array>
+
 namespace {
 
-constexpr auto buttonTypes = { TallyxLogEntity::IN, TallyxLogEntity::OUT }; // by index
+constexpr std::array buttonTypes { TallyxLogEntity::IN, TallyxLogEntity::OUT }; // by index
 
 NotificationButton *makeButton(const QString &text, const QString &icon)
 {
@@ -69,14 +71,14 @@ void TallyxNotice::ask(TallyxLogEntity::Type proposal, const QString &title, con
         notification.addButton(makeButton(tr("Arrive"), QStringLiteral("qrc:/fa/sign-in.svg")));
         notification.addButton(makeButton(tr("Leave"), QStringLiteral("qrc:/fa/sign-out.svg")));
         mark(notification, proposal, true);
-        notification.setTimeout(timeout);
-    });
-}
-
-void TallyxNotice::choose(TallyxLogEntity::Type choice, uint timeout) const
-{
-    m_handle.change([=](Notification &notification) {
-        mark(notification, choice, true);
+        QObject::connect(&notification, &Notification::buttonClicked, &notification,
+                         [timeout](int idx, Notification *clicked) {
+                             const bool isOpen = clicked->isConfirmable();
+                             if (!isOpen || idx < 0 || idx >= static_cast<int>(buttonTypes.size()))
+                                 return;
+                             mark(*clicked, buttonTypes[static_cast<size_t>(idx)], true);
+                             clicked->setTimeout(timeout);
+                         });
         notification.setTimeout(timeout);
     });
 }

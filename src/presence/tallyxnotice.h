@@ -26,18 +26,20 @@ public:
      */
     explicit TallyxNotice(const QObject *flow);
 
-    /** Asks for the direction, with @p proposal marked; null texts leave what is shown. */
+    /**
+     * Asks for the direction, with @p proposal marked. Each press marks its button and gives the
+     * whole @p timeout (ms) again at once: a countdown must not overtake a choice on its way here.
+     * A null title leaves the one that is shown.
+     */
     void ask(TallyxLogEntity::Type proposal, const QString &title, const QString &message,
              uint timeout) const;
-    /** The person has chosen, and gets the whole time again. */
-    void choose(TallyxLogEntity::Type choice, uint timeout) const;
     /** The booking is on its way: nothing can be chosen any more. */
     void settle(TallyxLogEntity::Type choice) const;
     /** The service has booked it. */
     void acknowledge(const QString &message, uint timeout) const;
     /** It came to nothing, or will be sent later. */
     void fail(const QString &message, uint timeout) const;
-    /** Takes the notification away, unless it tells how the booking ended. */
+    /** Takes the notification away. */
     void withdraw() const;
 
 private:

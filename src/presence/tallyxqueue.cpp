@@ -4,12 +4,14 @@
 #include "presence/tallyxqueue.h"
 
 #include "api/notificationhandle.h"
+#include "app/exceptions.h"
 #include "net/accesstoken.h"
 #include "presence/tallyxflow.h"
 #include "presence/tallyxservice.h"
 #include "spool/spoolpass.h"
 
 #include <QDebug>
+#include <QFile>
 #include <QNetworkReply>
 
 #include <algorithm>
@@ -17,6 +19,12 @@
 #include <memory>
 
 using namespace std::chrono_literals;
+
+namespace {
+
+constexpr int mostFlows = 50; // more come only from a reader gone mad
+
+} // namespace
 
 TallyxQueue::TallyxQueue(QNetworkAccessManager &manager, const RequestLimits &limits,
                          QObject *parent)
@@ -40,12 +48,38 @@ TallyxQueue::~TallyxQueue()
 
 void TallyxQueue::begin(quint64 transponderId)
 {
+    if (m_flows.size() >= mostFlows) {
+        postpone(transponderId);
+        return;
+    }
     auto *flow = new TallyxFlow(transponderId, m_manager, m_limits, this);
     m_flows.insert(flow);
     connect(flow, &TallyxFlow::stateChanged, this, &TallyxQueue::freshChanged);
     connect(flow, &TallyxFlow::acknowledged, this, [this, flow] { complete(flow->spoolPath()); });
     connect(flow, &TallyxFlow::ended, this, [this, flow] { onFlowEnded(flow); });
     flow->start();
+}
+
+/** Nobody can be asked that often: the record goes to the pass as the service is to take it. */
+void TallyxQueue::postpone(quint64 transponderId)
+{
+    try {
+        TallyxLogEntity(transponderId, TallyxFlow::firstType()).save();
+        qWarning() << "Too many presence questions at once, leaving the record to the queue.";
+        Q_EMIT retryWanted(60s);
+    } catch (const AttendanceErrorException &e) {
+        qCritical() << "Error logging presence:" << e.what();
+    }
+    NotificationHandle::showError(TallyxFlow::tr("Presence"),
+                                  TallyxFlow::tr("Too many cards at once."), 20 * 1000);
+}
+
+void TallyxQueue::stop()
+{
+    m_isStopped = true;
+    const auto flows = m_flows;
+    for (TallyxFlow *flow : flows)
+        flow->abandon();
 }
 
 bool TallyxQueue::isBusy() const
@@ -89,7 +123,8 @@ void TallyxQueue::startPass()
 /** Sends the record of a file, unless it is in use or can not be read. */
 bool TallyxQueue::resend(const QString &path)
 {
-    if (m_isStopped || isInUse(path))
+    // The iterator is a name ahead, of a file that may be gone by now.
+    if (m_isStopped || isInUse(path) || !QFile::exists(path))
         return false;
     try {
         auto record = std::make_unique<TallyxLogEntity>(path);
@@ -165,7 +200,7 @@ void TallyxQueue::complete(const QString &path)
                        "\n\n%1")
             .arg(*failure),
         0, false, true));
-    m_isStopped = true;
+    stop();
     Q_EMIT fatalStop();
 }
 

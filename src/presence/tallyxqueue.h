@@ -43,6 +43,8 @@ public:
     [[nodiscard]] bool hasFresh() const;
     /** While held the pass sends nothing more. */
     void setHeld(bool held);
+    /** For good: nothing is sent or asked any more. */
+    void stop();
     /** Sends what waits in the spool; passFinished() follows. Not while isBusy(). */
     void startPass();
 
@@ -56,6 +58,7 @@ Q_SIGNALS:
     void fatalStop();
 
 private:
+    void postpone(quint64 transponderId);
     [[nodiscard]] bool resend(const QString &path);
     void onResent(TallyxLogEntity *record, QNetworkReply &reply);
     void onResendFailed(const std::exception_ptr &exception);

@@ -12,7 +12,7 @@
 
 /**
  * Removes records that have done their part. A removal that a power cut undid would send a record
- * twice, so the folder is synced soon after; one sync serves many removals.
+ * twice, so the folder is synced within half a second; one sync serves many removals.
  */
 class SpoolRemover : public QObject
 {

@@ -196,6 +196,7 @@ private Q_SLOTS:
     {
         m_queue->begin(card);
         QTRY_COMPARE(notice()->type(), int(Notification::CONFIRMATION));
+        log().expect("Presence question is gone, leaving the record to the queue."_s);
         int retries = 0;
         connect(&*m_queue, &TallyxQueue::retryWanted, &*m_queue, [&retries] { ++retries; });
         notice()->remove();
@@ -230,6 +231,45 @@ private Q_SLOTS:
         QTRY_COMPARE(notice()->type(), int(Notification::ERR));
         QVERIFY(notice()->message().startsWith("Failed to log your presence."_s));
         QCOMPARE(notice()->timeout(), 60000U);
+    }
+
+    void followsTheLastChoiceThoughTheDiskIsFull_data()
+    {
+        columns<Fault, int, QString>("booking", "bookings", "message");
+        row("booked", Fault::None, 1, "Auf Wiedersehen");
+        row("not booked", Fault::ServerError, 0, "Failed to log your presence.");
+    }
+
+    void followsTheLastChoiceThoughTheDiskIsFull()
+    {
+        services().setFault(Route::PresenceBooking, at<Fault>("booking"));
+        m_queue->begin(card);
+        QTRY_COMPARE(notice()->type(), int(Notification::CONFIRMATION));
+        log().expect("Failed to save a presence record again: failed to write to file"_s);
+        log().allow("Network error"_s);
+        log().allow("Error logging presence:"_s);
+        {
+            const FullDisk full(10);
+            notice()->clickButton(1);
+            notice()->confirm();
+        }
+        QTRY_VERIFY(notice()->isClosable());
+        QVERIFY2(notice()->message().startsWith(at("message")), qPrintable(notice()->message()));
+        // What says otherwise must not be booked later.
+        QTRY_COMPARE(tallyxSpool().count(), 0);
+        const auto bookings = services().presenceBookings();
+        QCOMPARE(bookings.size(), at<int>("bookings"));
+        QVERIFY(bookings.isEmpty() || int(bookings.constFirst().type) == TallyxLogEntity::OUT);
+    }
+
+    void booksThoughTheSpoolIsGone()
+    {
+        m_queue->begin(card);
+        QTRY_COMPARE(notice()->type(), int(Notification::CONFIRMATION));
+        QVERIFY(QDir(m_folder->path()).removeRecursively());
+        notice()->confirm();
+        QTRY_COMPARE(services().presenceBookings().size(), 1);
+        QTRY_COMPARE(tallyxSpool().count(), 0);
     }
 
     void stopsForGoodWhenARecordCanNotBeRemoved()
