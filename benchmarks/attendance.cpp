@@ -161,6 +161,7 @@ void benchAttendance(Table &table, bool quick)
     settings.setValue(keys::plenarLocationId, 1);
     settings.setValue(keys::refreshInterval, 3'600);
     settings.setValue(keys::attendanceLogUrl, kiosk.url());
+    settings.setValue(keys::tallyxMode, 0); // a question beside the answer would cost a tap twice
     settings.sync();
     const QTemporaryDir folder; // on the disk that the kiosk's records are on
 

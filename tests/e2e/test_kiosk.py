@@ -153,7 +153,7 @@ class Kiosk(unittest.TestCase):
         self.press("shift+F12")
         until("the cursor", self.shows_cursor)
 
-    def test_books_presence(self):
+    def start_with_reader(self):
         home = tempfile.mkdtemp()
         self.addCleanup(shutil.rmtree, home)
         self.closed = False
@@ -162,6 +162,9 @@ class Kiosk(unittest.TestCase):
                              '{"plenarLocationId": 1, "settings": {"attendanceEnabled": false}}', "--run", KIOSK)
         until("the reader", lambda: self.kiosk.said("Waiting for cards") and self.kiosk.said("Access token"))
         until("the window", lambda: run("xdotool", "getactivewindow", "getwindowname") == b"Lumenboard\n")
+
+    def test_books_presence(self):
+        self.start_with_reader()
         print("tap 0A1B2C3D", file=self.kiosk.process.stdin, flush=True)
         until("the question", self.shows_card)
 
@@ -173,6 +176,27 @@ class Kiosk(unittest.TestCase):
         until("the answer", lambda: self.kiosk.said("Presence logged:"))
         print("bookings", file=self.kiosk.process.stdin, flush=True)
         until("the booking", lambda: self.kiosk.said("booking: card 169552957 out"))
+
+    def touch(self, *places):
+        for x, y in places:
+            run("xdotool", "mousemove", str(x), str(y), "click", "1")
+
+    def test_registers_a_card_on_the_keyboard(self):
+        self.start_with_reader()
+        self.touch((20, 20))
+        until("the drawer", lambda: self.shade(100, 600) == 0x42)
+        self.touch((200, 40))
+        until("the view", lambda: self.shade(640, 4) == 0x3f)
+        print("tap 0A0A0A0A", file=self.kiosk.process.stdin, flush=True)
+        until("the keyboard", lambda: self.shade(10, 790) == 0)
+        i, m, a, enter, shift, oe, ell = ((755, 451), (722, 626), (132, 538), (1146, 538), (103, 626), (936, 538), (845, 538))
+        self.touch(m, i, a, enter, shift, oe, ell, enter)
+        until("the answer", lambda: self.kiosk.said("POST /iddb"))
+        print("registrations", file=self.kiosk.process.stdin, flush=True)
+        until("the registration", lambda: self.kiosk.said("Mia Kurz"))
+        self.wait_for("Transponder registrieren", "Mia Kurz")
+        self.touch((1170, 750))  # close
+        self.wait_for("Jetzt")
 
     def check_first_read(self, fault, logged, shown):
         self.start(fault=fault)

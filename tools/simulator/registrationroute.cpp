@@ -57,14 +57,16 @@ Answer RegistrationRoute::answer(const QString & /*asked*/, const RecordedReques
 
     const QString user = object.value(QLatin1String("username")).toString();
     const bool isLocked = user == QLatin1String(lockedUserName);
-    if ((!isLocked && user != QLatin1String(userName))
-        || object.value(QLatin1String("password")).toString() != QString::fromUtf8(password))
+    const bool isShort = user == QLatin1String(shortUserName);
+    const bool isKnown = isLocked || isShort || user == QLatin1String(userName);
+    const QString expected = QString::fromUtf8(isShort ? shortPassword : password);
+    if (!isKnown || object.value(QLatin1String("password")).toString() != expected)
         return outcome(QStringLiteral("login"), {},
                        QStringLiteral("Benutzername oder Passwort ist falsch."));
     if (isLocked)
         return outcome(QStringLiteral("locked"), QString::fromUtf8(lockedPerson),
                        QStringLiteral("Das Konto ist gesperrt."));
-    const QString name = QString::fromUtf8(person);
+    const QString name = QString::fromUtf8(isShort ? shortPerson : person);
     const QString owner = m_holders.nameOf(*card);
     if (!owner.isEmpty() && owner != name)
         return outcome(QStringLiteral("owned"), {},

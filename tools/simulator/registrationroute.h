@@ -11,8 +11,8 @@ class CardHolders;
 class TokenRoute;
 
 /**
- * The registration service's log-in: gives a card to whoever knows their password. Knows two
- * accounts, one of which is locked; both have the same password.
+ * The registration service's log-in: gives a card to whoever knows their password. Knows three
+ * accounts: one is locked, one is quickly typed on a touch screen.
  */
 class RegistrationRoute : public RouteHandler
 {
@@ -21,7 +21,10 @@ public:
     static constexpr auto person = "Kim Übungsfrau-Beispiel";
     static constexpr auto lockedUserName = "robin";
     static constexpr auto lockedPerson = "Robin Mustermensch";
-    static constexpr auto password = "Größe-42!";
+    static constexpr auto password = "Größe-42!"; ///< of both
+    static constexpr auto shortUserName = "mia";
+    static constexpr auto shortPerson = "Mia Kurz";
+    static constexpr auto shortPassword = "Öl";
 
     RegistrationRoute(CardHolders &holders, const TokenRoute &tokens);
 
