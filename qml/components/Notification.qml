@@ -26,6 +26,7 @@ Item {
     readonly property bool isLoading: Boolean(notification) && notification.type === LBNotification.LOADING
 
     height: layoutHeight + extraHeight
+    onYChanged: moved.restart()
 
     // The list keeps the height from before the last layout pass of a card that is just being
     // added; a pixel more makes it lay the card out again once the add transition is over.
@@ -33,6 +34,13 @@ Item {
         interval: Style.notifications.td + 20
         running: true
         onTriggered: root.extraHeight += 1
+    }
+
+    // A card that has just been moved by another one lies under a finger that meant its neighbour.
+    Timer {
+        id: moved
+
+        interval: 300
     }
 
     Rectangle {
@@ -124,7 +132,8 @@ Item {
                         required property var modelData
 
                         button: modelData
-                        onPressedWhenEnabled: root.notification.clickButton(index)
+                        onPressedWhenEnabled: if (!moved.running)
+                            root.notification.clickButton(index)
                     }
                 }
             }
