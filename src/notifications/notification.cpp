@@ -61,8 +61,8 @@ QQmlListProperty<NotificationButton> Notification::buttonsProperty()
 void Notification::addButton(NotificationButton *button)
 {
     m_buttons.append(button);
-    connect(button, &QObject::destroyed, this, [this](QObject *gone) {
-        if (m_buttons.removeAll(static_cast<NotificationButton *>(gone)) > 0)
+    connect(button, &QObject::destroyed, this, [this, button] { // by then no button any more
+        if (m_buttons.removeAll(button) > 0)
             Q_EMIT buttonsChanged();
     });
     Q_EMIT buttonsChanged();
