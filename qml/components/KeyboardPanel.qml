@@ -15,7 +15,11 @@ InputPanel {
     y: page.height
     width: page.width
 
-    Component.onCompleted: VirtualKeyboardSettings.locale = "de_DE"
+    Component.onCompleted: {
+        VirtualKeyboardSettings.locale = "de_DE";
+        // No other to change to: whoever comes next would have to find the way back.
+        VirtualKeyboardSettings.activeLocales = ["de_DE"];
+    }
 
     states: State {
         name: "up"

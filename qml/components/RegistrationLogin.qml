@@ -5,11 +5,13 @@ import QtQuick 2.15
 import QtQuick.Controls 2.15
 
 /** The way to register at the screen: name and password, on the on-screen keyboard. */
-Row {
+Grid {
     id: root
 
     /// px
     property real columnWidth: 300
+    /// both columns side by side are no wider than this, px
+    property real maximumWidth: 600
     /// a request is under way
     property bool isBusy: false
     /// what the service says of the last try; empty before one
@@ -23,17 +25,18 @@ Row {
     signal qrCodeWanted
 
     function clear() {
-        username.clear();
-        password.clear();
+        username.text = ""; // unlike clear() nothing remembers what was there
+        password.text = "";
     }
 
     /** For another try. */
     function clearPassword() {
-        password.clear();
+        password.text = "";
         if (visible)
             password.forceActiveFocus();
     }
 
+    columns: 1.7 * columnWidth + spacing <= maximumWidth ? 2 : 1
     spacing: 2 * heading.font.pixelSize
     onVisibleChanged: if (visible)
         username.forceActiveFocus()
@@ -105,6 +108,7 @@ Row {
 
         Button {
             objectName: "useQrCode"
+            enabled: !root.isBusy
             font {
                 family: "Font Awesome"
                 pointSize: 2 * heading.font.pointSize

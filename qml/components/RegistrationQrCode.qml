@@ -14,6 +14,8 @@ Column {
     property url source
     /// whether the person can log in at the screen instead
     property bool offersKeyboard: true
+    /// the image can not be had
+    readonly property bool hasFailed: image.status === Image.Error
 
     signal keyboardWanted
 
@@ -27,6 +29,8 @@ Column {
         color: "white"
 
         Image {
+            id: image
+
             anchors {
                 fill: parent
                 margins: 4

@@ -3,10 +3,15 @@
 
 .import Lumenboard 1.0 as Lumenboard
 
-/** @p text without the secrets in it, and no longer than a log line should be. */
-function masked(text, secrets) {
-    const hidden = secrets.filter(each => each).reduce((rest, each) => rest.split(each).join("********"), text);
-    return hidden.slice(0, 500);
+/**
+ * @p text for the log: without the token, and no longer than a line should be. What answers a password
+ * is not shown at all: an echo of it may be spelt in more ways than could be looked for.
+ */
+function masked(text, token, hasPassword) {
+    if (hasPassword)
+        return "******** (" + text.length + " characters)";
+    const spellings = [token, encodeURIComponent(token), JSON.stringify(token).slice(1, -1)];
+    return spellings.filter(each => each).reduce((rest, each) => rest.split(each).join("********"), text).slice(0, 500);
 }
 
 /**
@@ -16,7 +21,7 @@ function masked(text, secrets) {
  */
 function request(url, method, body, onLoad, onError, busyIndicator) {
     const token = Lumenboard.LBAPI.accessToken;
-    const secrets = [token, body ? body.password : ""];
+    const hasPassword = body ? body.password !== undefined : false;
     const xhr = new XMLHttpRequest();
     let isCancelled = false;
     xhr.open(method, url);
@@ -33,7 +38,7 @@ function request(url, method, body, onLoad, onError, busyIndicator) {
         try {
             data = JSON.parse(xhr.responseText);
         } catch (error) {
-            console.warn("Failed to parse reponse:", masked(xhr.responseText, secrets));
+            console.warn("Failed to parse reponse:", masked(xhr.responseText, token, hasPassword));
         }
         const result = {
             "status": xhr.status,
@@ -43,7 +48,7 @@ function request(url, method, body, onLoad, onError, busyIndicator) {
         if (xhr.status >= 200 && xhr.status < 400) {
             onLoad(result);
         } else {
-            console.warn("Request error", masked(xhr.responseText, secrets));
+            console.warn("Request error", masked(xhr.responseText, token, hasPassword));
             onError(result);
         }
     };

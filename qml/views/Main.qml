@@ -35,9 +35,6 @@ Page {
         pointSize: config.fontBaseSize
     }
 
-    // After a reload or a rebuild: a view that waited for a card is gone.
-    Component.onCompleted: LBAPI.scanTransponder = false
-
     Connections {
         target: LBAPI
 

@@ -35,11 +35,21 @@ Page {
     readonly property bool isLoginError: registrationReponse !== null && registrationReponse.error === "login"
     readonly property bool isAnswered: registrationReponse !== null && registrationReponse.error !== undefined && !isLoginError
     readonly property bool isRegistered: isAnswered && registrationReponse.error === null
+    /// where the QR code is; empty if the service gives none that may be shown
+    readonly property string qrCode: isFree ? imageAddress(transponderStatus.qrCode) : ""
+    /// a QR code is wanted that can not be shown
+    readonly property bool lacksQrCode: isFree && !useKeyboard && !isAnswered && (qrCode === "" || qrView.hasFailed)
+    readonly property bool isFailed: requestError !== null || lacksQrCode
     property var pending: null
 
     /** @p value if it is a text, as far as a screen can show it. */
     function text(value): string {
         return typeof value === "string" ? value.slice(0, 1000) : "";
+    }
+
+    /** Only from the net, or in the answer itself: the screen's own files are nobody's business. */
+    function imageAddress(value): string {
+        return typeof value === "string" && value.length < 1000000 && /^(https?:|data:image\/)/i.test(value) ? value : "";
     }
 
     /** An answer that is no object says as little as none. */
@@ -54,7 +64,13 @@ Page {
     function send(path, method, body, onAnswer) {
         cancel();
         requestError = null;
-        pending = Requests.request(endpoint + path, method, body, result => onAnswer(objectOf(result)), result => requestError = result, busy);
+        pending = Requests.request(endpoint + path, method, body, result => {
+            pending = null; // it would keep the password
+            onAnswer(objectOf(result), result);
+        }, result => {
+            pending = null;
+            requestError = result;
+        }, busy);
     }
 
     function cancel() {
@@ -74,27 +90,40 @@ Page {
     }
 
     function fetchStatus() {
-        send(encodeURIComponent(tid) + "/", "GET", null, answer => {
+        send(encodeURIComponent(tid) + "/", "GET", null, (answer, result) => {
             transponderStatus = answer;
             if (answer && typeof answer.owned !== "boolean")
-                requestError = answer;
+                requestError = result;
         });
     }
 
     function register(username, password) {
+        registrationReponse = null;
         send("", "POST", {
             "username": username,
             "password": password,
             "tid": tid
-        }, answer => {
+        }, (answer, result) => {
             registrationReponse = answer;
             if (isLoginError)
                 login.clearPassword();
             else
                 login.clear();
             if (answer && answer.error === undefined)
-                requestError = answer;
+                requestError = result;
         });
+    }
+
+    /** From where it makes sense: the log-in, the card that was read, or the next card. */
+    function retry() {
+        requestError = null;
+        if (isFree && !lacksQrCode)
+            return;
+        transponderStatus = null;
+        if (isScanning)
+            scan();
+        else
+            fetchStatus();
     }
 
     /** Whoever leaves, in whichever way, leaves nothing behind. */
@@ -127,6 +156,8 @@ Page {
 
         Row {
             ToolButton {
+                id: backButton
+
                 objectName: "back"
                 font {
                     family: "Font Awesome"
@@ -139,7 +170,10 @@ Page {
 
             Label {
                 anchors.verticalCenter: parent.verticalCenter
+                width: Math.min(implicitWidth, page.width - backButton.width - page.font.pixelSize)
                 font.pointSize: 1.5 * page.font.pointSize
+                fontSizeMode: Text.HorizontalFit
+                minimumPointSize: page.config.fontBaseSize
                 text: qsTr("Register transponder")
                 textFormat: Text.PlainText
             }
@@ -152,15 +186,18 @@ Page {
         /** Keeps the field that is typed into above the keyboard. */
         function showField() {
             const field = login.focusedField;
-            if (!field)
+            if (!field) {
+                contentY = 0;
                 return;
+            }
             const top = field.mapToItem(contentItem, 0, 0).y;
             contentY = Math.max(0, Math.min(top - (height - field.height) / 2, contentHeight - height));
         }
 
         anchors.fill: parent
         boundsBehavior: Flickable.StopAtBounds
-        contentHeight: Math.max(height, block.height + 2 * page.font.pixelSize)
+        // Below everything there is room for the button that lies over it.
+        contentHeight: Math.max(height, block.height + 2 * (closeButton.height + page.font.pixelSize))
         onHeightChanged: showField()
 
         Column {
@@ -200,7 +237,7 @@ Page {
                     anchors.verticalCenter: parent.verticalCenter
                     width: 0.35 * page.width
                     spacing: page.font.pixelSize
-                    visible: page.isOwned && !page.requestError
+                    visible: page.isOwned && !page.isFailed
 
                     AccentLabel {
                         width: parent.width
@@ -215,11 +252,13 @@ Page {
                 }
 
                 RegistrationQrCode {
+                    id: qrView
+
                     anchors.verticalCenter: parent.verticalCenter
                     size: 0.2 * page.width
-                    source: page.isFree && visible ? page.text(page.transponderStatus.qrCode) : ""
+                    source: page.useKeyboard ? "" : page.qrCode
                     offersKeyboard: page.config.tpRegModeVK
-                    visible: page.isFree && !page.useKeyboard && !page.requestError
+                    visible: page.isFree && !page.useKeyboard && !page.isAnswered && !page.isFailed
                     onKeyboardWanted: page.useKeyboard = true
                 }
 
@@ -228,10 +267,11 @@ Page {
 
                     anchors.verticalCenter: parent.verticalCenter
                     columnWidth: 0.35 * page.width
+                    maximumWidth: 0.75 * page.width - 2 * row.spacing
                     isBusy: busy.running
                     message: page.isLoginError ? page.text(page.registrationReponse.message) : ""
                     offersQrCode: page.config.tpRegModeQR
-                    visible: page.isFree && page.useKeyboard && !page.isAnswered && !page.requestError
+                    visible: page.isFree && page.useKeyboard && !page.isAnswered && !page.isFailed
                     onFocusedFieldChanged: area.showField()
                     onQrCodeWanted: {
                         login.clear();
@@ -244,7 +284,7 @@ Page {
                     anchors.verticalCenter: parent.verticalCenter
                     width: 0.35 * page.width
                     spacing: page.font.pixelSize
-                    visible: page.isAnswered && !page.requestError
+                    visible: page.isAnswered && !page.isFailed
 
                     AccentLabel {
                         width: parent.width
@@ -263,7 +303,7 @@ Page {
                     anchors.verticalCenter: parent.verticalCenter
                     width: 0.35 * page.width
                     spacing: page.font.pixelSize
-                    visible: page.requestError !== null
+                    visible: page.isFailed
 
                     AccentLabel {
                         width: parent.width
@@ -280,13 +320,15 @@ Page {
                         objectName: "retry"
                         font.capitalization: Font.MixedCase
                         text: qsTr("Try again")
-                        onClicked: page.isFree ? page.requestError = null : page.scan()
+                        onClicked: page.retry()
                     }
                 }
             }
 
             PlainLabel {
                 anchors.horizontalCenter: parent.horizontalCenter
+                width: Math.min(implicitWidth, page.width - 2 * page.font.pixelSize)
+                horizontalAlignment: Text.AlignHCenter
                 text: qsTr("Please scan your transponder.")
                 visible: page.isScanning
             }

@@ -70,6 +70,8 @@ void QuickWindow::reload()
 
 void QuickWindow::startFresh()
 {
+    // Now, and not when the new views are there: a card that is read meanwhile is not theirs.
+    LBAPI::instance()->setScanTransponder(false);
     m_refreshTimer.stop();
     m_inactivityTimer.stop();
     engine()->clearComponentCache();
@@ -144,6 +146,7 @@ void QuickWindow::setInactivityTimeout(int secs)
 
 void QuickWindow::rebuild()
 {
+    LBAPI::instance()->setScanTransponder(false);
     pendingWindowState = std::make_unique<PendingWindowState>();
     pendingWindowState->state = windowState();
     pendingWindowState->geometry = geometry();

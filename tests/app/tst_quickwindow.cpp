@@ -146,6 +146,18 @@ private Q_SLOTS:
         QVERIFY(!window->isVisible());
     }
 
+    void endsTheScanModeBeforeItLoadsAnew()
+    {
+        services();
+        QuickWindow window;
+        LBAPI::instance()->setScanTransponder(true);
+        bool wasOn = true;
+        connect(&window, &QQuickView::statusChanged, this,
+                [&wasOn] { wasOn = LBAPI::instance()->scanTransponder(); });
+        window.reload();
+        QVERIFY(!wasOn);
+    }
+
     void isRebuiltUntilASignalEndsTheProgram()
     {
         log().allow("Failed to load name cache: failed to open"_s);
