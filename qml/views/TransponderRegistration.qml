@@ -196,8 +196,8 @@ Page {
 
         anchors.fill: parent
         boundsBehavior: Flickable.StopAtBounds
-        // Below everything there is room for the button that lies over it.
-        contentHeight: Math.max(height, block.height + 2 * (closeButton.height + page.font.pixelSize))
+        // What has to be scrolled gets room below for the button that lies over it.
+        contentHeight: block.height <= height ? height : block.height + 2 * (closeButton.height + page.font.pixelSize)
         onHeightChanged: showField()
 
         Column {
@@ -352,6 +352,8 @@ Page {
             margins: page.font.pixelSize
         }
         objectName: "close"
+        // Where the keyboard leaves too little room it would lie over what is typed.
+        visible: login.focusedField === null || block.height <= area.height
         font.capitalization: Font.MixedCase
         rightPadding: padding + circle.width + spacing
         spacing: 8
