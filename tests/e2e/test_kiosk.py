@@ -188,7 +188,7 @@ class Kiosk(unittest.TestCase):
         self.touch((200, 40))
         until("the view", lambda: self.shade(640, 4) == 0x3f)
         print("tap 0A0A0A0A", file=self.kiosk.process.stdin, flush=True)
-        until("the keyboard", lambda: self.shade(10, 790) == 0)
+        until("the keyboard at its place", lambda: self.shade(10, 403) == 0)
         i, m, a, enter, shift, oe, ell = ((755, 451), (722, 626), (132, 538), (1146, 538), (103, 626), (936, 538), (845, 538))
         self.touch(m, i, a, enter, shift, oe, ell, enter)
         until("the answer", lambda: self.kiosk.said("POST /iddb"))
