@@ -3,6 +3,7 @@
 
 #include "attendance/attendancequeue.h"
 
+#include "api/noticelimits.h"
 #include "app/exceptions.h"
 #include "attendance/attendancenamecache.h"
 #include "attendance/attendancerequest.h"
@@ -20,10 +21,6 @@
 using namespace std::chrono_literals;
 
 namespace {
-
-constexpr uint temporaryNoticeMs = 20 * 1000;
-constexpr uint staffNoticeMs = 60 * 1000;
-constexpr int mostUnderWay = 50; // more come only from a reader gone mad
 
 /** Text and notification type of a failure. */
 std::pair<QString, int> describe(const std::exception_ptr &exception)
@@ -79,7 +76,7 @@ void AttendanceQueue::log(quint64 transponderId)
     try {
         request->build();
         request->setSpoolPath(m_spool.create(request->data()));
-        if (m_underWay.size() >= mostUnderWay)
+        if (m_underWay.size() >= noticelimits::mostCards)
             throw AttendanceWarningException(tr("Too many cards at once."));
         send(request);
     } catch (abi::__forced_unwind &) {
@@ -161,9 +158,8 @@ void AttendanceQueue::onSucceeded(AttendanceRequest *request, const AttendanceRe
         const bool turns = response.type() == Notification::LOADING && response.timeout() == 0;
         request->notification().change(
             [type = response.type(), title = response.title(), message = response.message(),
-             timeout = turns ? temporaryNoticeMs : response.timeout()](Notification &shown) {
-                shown.set(type, title, message, timeout);
-            });
+             timeout = turns ? noticelimits::temporaryMs : response.timeout()](
+                Notification &shown) { shown.set(type, title, message, timeout); });
     }
     release(request);
 }
@@ -195,7 +191,7 @@ void AttendanceQueue::tellPerson(const AttendanceRequest *request, const QString
              "instructions.");
     const QString message
         = advice + QLatin1String("\n\n") + (text.isEmpty() ? tr("Unknown error") : text);
-    const uint timeout = isTemporary ? temporaryNoticeMs : staffNoticeMs;
+    const uint timeout = isTemporary ? noticelimits::temporaryMs : noticelimits::staffMs;
     if (!request) {
         NotificationHandle::showError(tr("Error"), message, timeout);
         return;

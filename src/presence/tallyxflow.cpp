@@ -3,6 +3,7 @@
 
 #include "presence/tallyxflow.h"
 
+#include "api/noticelimits.h"
 #include "app/exceptions.h"
 #include "config/config.h"
 #include "config/keys.h"
@@ -15,9 +16,6 @@
 #include <utility>
 
 namespace {
-
-constexpr uint temporaryNoticeMs = 20 * 1000;
-constexpr uint staffNoticeMs = 60 * 1000;
 
 uint confirmTimeout()
 {
@@ -232,7 +230,7 @@ void TallyxFlow::fail(const std::exception_ptr &exception)
         : tr("Failed to log your presence. Please call on a staff member in charge and ask for "
              "instructions.");
     m_notice.fail(advice + QLatin1String("\n\n") + (text.isEmpty() ? tr("Unknown error") : text),
-                  isQueued ? temporaryNoticeMs : staffNoticeMs);
+                  isQueued ? noticelimits::temporaryMs : noticelimits::staffMs);
     end(Failed);
 }
 

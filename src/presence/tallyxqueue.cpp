@@ -3,6 +3,7 @@
 
 #include "presence/tallyxqueue.h"
 
+#include "api/noticelimits.h"
 #include "api/notificationhandle.h"
 #include "app/exceptions.h"
 #include "net/accesstoken.h"
@@ -19,12 +20,6 @@
 #include <memory>
 
 using namespace std::chrono_literals;
-
-namespace {
-
-constexpr int mostFlows = 50; // more come only from a reader gone mad
-
-} // namespace
 
 TallyxQueue::TallyxQueue(QNetworkAccessManager &manager, const RequestLimits &limits,
                          QObject *parent)
@@ -48,7 +43,7 @@ TallyxQueue::~TallyxQueue()
 
 void TallyxQueue::begin(quint64 transponderId)
 {
-    if (m_flows.size() >= mostFlows) {
+    if (m_flows.size() >= noticelimits::mostCards) {
         postpone(transponderId);
         return;
     }
@@ -71,7 +66,8 @@ void TallyxQueue::postpone(quint64 transponderId)
         qCritical() << "Error logging presence:" << e.what();
     }
     NotificationHandle::showError(TallyxFlow::tr("Presence"),
-                                  TallyxFlow::tr("Too many cards at once."), 20 * 1000);
+                                  TallyxFlow::tr("Too many cards at once."),
+                                  noticelimits::temporaryMs);
 }
 
 void TallyxQueue::stop()
