@@ -141,7 +141,7 @@ void Side::tap(Delays &delays)
 void benchAttendance(Table &table, bool quick)
 {
     const int starts = quick ? 2 : 10;
-    const int taps = quick ? 5 : 20;
+    const int taps = quick ? 15 : 20;
     constexpr int warmUps = 2; // behind the first tap, which is told for itself
 
     simulator::SerialBus bus; // before there are threads
