@@ -94,8 +94,12 @@ void Side::start(const QString &program, const QStringList &arguments)
     constexpr unsigned long settlingMs = 4000; // what a start puts off is done by then
 
     m_process = std::make_unique<MeasuredProcess>(program, arguments, m_environment);
-    waitUntil([this] { return m_process->hasLogged("Serial port opened."); },
-              "a program does not open its reader");
+    try {
+        waitUntil([this] { return m_process->log().contains("Serial port opened."); },
+                  "a program does not open its reader; it has logged:\n");
+    } catch (const std::runtime_error &e) {
+        throw std::runtime_error(e.what() + m_process->log().toStdString());
+    }
     QThread::msleep(settlingMs);
     m_restingPicture = m_screen.noticeSide();
 }

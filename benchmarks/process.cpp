@@ -77,16 +77,15 @@ QHash<QString, qint64> MeasuredProcess::switches() const
     return all;
 }
 
-bool MeasuredProcess::hasLogged(const char *text)
+QByteArray MeasuredProcess::log()
 {
     m_log.seek(0);
-    return m_log.readAll().contains(text);
+    return m_log.readAll();
 }
 
 int MeasuredProcess::frames()
 {
-    m_log.seek(0);
-    return m_log.readAll().count("Frame rendered");
+    return log().count("Frame rendered");
 }
 
 QByteArray MeasuredProcess::output()

@@ -26,8 +26,8 @@ public:
     [[nodiscard]] double cpuMs() const;
     /** How often each thread was given the processor so far. */
     [[nodiscard]] QHash<QString, qint64> switches() const;
-    /** Whether what it has logged so far has @p text. */
-    [[nodiscard]] bool hasLogged(const char *text);
+    /** What it has logged so far. */
+    [[nodiscard]] QByteArray log();
     /** How many frames its scene graph has drawn, by the lines that Qt logs for them. */
     [[nodiscard]] int frames();
     /** Waits for its end and returns what it printed. */

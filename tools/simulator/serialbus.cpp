@@ -21,6 +21,7 @@ namespace {
     constexpr auto preloadName = "libumockdev-preload.so.0";
     constexpr auto preloadVariable = "LD_PRELOAD";
     constexpr auto asanVariable = "ASAN_OPTIONS";
+    constexpr auto messageBusVariable = "DBUS_SESSION_BUS_ADDRESS";
     constexpr auto folderVariable = "UMOCKDEV_DIR";
     constexpr auto usbPath = "/devices/pci0000:00/0000:00:14.0/usb1";
 
@@ -164,8 +165,14 @@ QMap<QString, QString> SerialBus::environment() const
         const QString other = QFile::decodeName(qgetenv(variable));
         return other.isEmpty() ? text : text + QLatin1Char(separator) + other;
     };
+    // The preloaded library holds a lock while it looks at a path. Without an address Qt's thread
+    // for D-Bus forks to start a bus, and a child that was forked within such a look waits for
+    // ever, and the program for it.
+    const QString messageBus
+        = qEnvironmentVariable(messageBusVariable, QStringLiteral("disabled:"));
     // A program that was built with AddressSanitizer refuses to start behind a preloaded library.
     return { { QLatin1String(folderVariable), m_testbed->root },
+             { QLatin1String(messageBusVariable), messageBus },
              { QLatin1String(preloadVariable), joined(preloadVariable, ' ', preloadLibrary()) },
              { QLatin1String(asanVariable),
                joined(asanVariable, ':', QStringLiteral("verify_asan_link_order=0")) } };
