@@ -63,14 +63,15 @@ void setDefaultVariable(const char *name, const char *value)
  * Shortens the way from an event to the picture, above all where the processor draws it.
  *
  * Items lie flat and in order, and no clip is turned or round: a depth and a stencil buffer would
- * save no work, and each frame would begin with clearing them, 4 bytes for every pixel. A frame
- * need not wait 5 ms for more events either: what belongs together comes as one here.
+ * save no work, and each frame would begin with clearing them, 4 bytes for every pixel. Qt's
+ * wait of 5 ms before a frame, meant to gather events, gathers nothing here. 2 ms are left: a
+ * card's record is on its way to the service before drawing takes the processor.
  */
 void prepareRendering()
 {
     setDefaultVariable("QSG_NO_DEPTH_BUFFER", "1");
     setDefaultVariable("QSG_NO_STENCIL_BUFFER", "1");
-    setDefaultVariable("QT_QPA_UPDATE_IDLE_TIME", "0"); // ms
+    setDefaultVariable("QT_QPA_UPDATE_IDLE_TIME", "2"); // ms
 }
 
 } // namespace
