@@ -28,7 +28,8 @@ int main(int argc, char *argv[])
 
     // As the program sets it. The rest of its environment stays out: a floor is as Qt ships it, and
     // inherits what is set here.
-    qputenv("TZ", ":/etc/localtime");
+    if (!qEnvironmentVariableIsSet("TZ"))
+        qputenv("TZ", ":/etc/localtime");
     const QCoreApplication application(argc, argv);
     nameApplication();
     const QStringList arguments = QCoreApplication::arguments().mid(1);

@@ -205,6 +205,8 @@ void SelfCheck::checkSpool(const QString &what, const Spool &spool)
     if (!nearest.isDir() || !nearest.isWritable())
         report(Verdict::Bad, line,
                QStringLiteral("can not be written to (%1)").arg(nearest.filePath()));
+    else if (!spool.canBeListed())
+        report(Verdict::Bad, line, QStringLiteral("can not be listed"));
     else
         report(Verdict::Good, line, QStringLiteral("%1 files wait").arg(spool.count()));
 }

@@ -93,6 +93,11 @@ bool AttendanceQueue::isBusy() const
 
 void AttendanceQueue::startPass()
 {
+    if (!m_spool.canBeListed()) {
+        Q_EMIT retryWanted(300s);
+        Q_EMIT passFinished();
+        return;
+    }
     m_pass = new SpoolPass(
         m_spool.folder(), [this](const QString &path) { return resend(path); }, this);
     connect(m_pass, &SpoolPass::finished, this, [this] {
@@ -210,7 +215,8 @@ void AttendanceQueue::complete(const AttendanceRequest *request)
     const QString path = request->spoolPath();
     if (path.isEmpty())
         return;
-    if (const auto failure = m_remover.remove(path)) {
+    const auto sync = request->isDelayed() ? SpoolRemover::Sync::Soon : SpoolRemover::Sync::AtOnce;
+    if (const auto failure = m_remover.remove(path, sync)) {
         qCritical() << "Failed to remove a sent attendance record:" << *failure;
         const NotificationHandle notification(new Notification(
             Notification::ERR, tr("FATAL ERROR"),

@@ -3,6 +3,7 @@
 
 #include "attendance/attendanceresponse.h"
 
+#include "api/noticelimits.h"
 #include "app/exceptions.h"
 #include "notifications/notification.h"
 
@@ -41,7 +42,9 @@ void AttendanceResponse::log() const
 uint AttendanceResponse::timeout() const
 {
     constexpr qint64 longest = std::numeric_limits<int>::max();
-    return static_cast<uint>(std::clamp<qint64>(m_timeout, 0, longest));
+    if (m_timeout < 0) // 0 would be for ever
+        return noticelimits::temporaryMs;
+    return static_cast<uint>(std::min(m_timeout, longest));
 }
 
 void AttendanceResponse::read(QXmlStreamReader &reader)

@@ -65,6 +65,9 @@ AttendanceWorker::AttendanceWorker(const RequestLimits &limits)
 
 AttendanceWorker::~AttendanceWorker()
 {
+    // Whoever held up a card behind a line that was none has been read.
+    if (m_queue && !isLoggingStopped())
+        handleRest();
     // Children go in the order of their making: requests have to go before their manager, and what
     // they leave open on the screen before them.
     delete m_presence;
@@ -156,6 +159,8 @@ void AttendanceWorker::openSerialPort(const QString &name)
         qCritical() << "Failed to open serial port." << port->error() << port->errorString();
         return; // its error has been handled meanwhile
     }
+    if (!m_port)
+        return; // opened, but not without an error, which has been handled as well
     qInfo() << "Serial port opened.";
     m_retryTimer->stop();
     s_serialErrors = 0;

@@ -224,14 +224,19 @@ void TallyxFlow::fail(const std::exception_ptr &exception)
     qWarning() << "Error logging presence:"
                << (text.isEmpty() ? QStringLiteral("unknown exception") : text);
     const bool isQueued = keepsRecord();
+    m_notice.fail(failureText(isQueued, text),
+                  isQueued ? noticelimits::temporaryMs : noticelimits::staffMs);
+    end(Failed);
+}
+
+QString TallyxFlow::failureText(bool isQueued, const QString &reason)
+{
     const QString advice = isQueued
         ? tr("A temporary error occurred. However, the logging of your presence has been "
              "successfully queued for later execution.")
         : tr("Failed to log your presence. Please call on a staff member in charge and ask for "
              "instructions.");
-    m_notice.fail(advice + QLatin1String("\n\n") + (text.isEmpty() ? tr("Unknown error") : text),
-                  isQueued ? noticelimits::temporaryMs : noticelimits::staffMs);
-    end(Failed);
+    return advice + QLatin1String("\n\n") + (reason.isEmpty() ? tr("Unknown error") : reason);
 }
 
 void TallyxFlow::end(State state)

@@ -35,6 +35,8 @@ public:
 
     /** What is booked of a card as long as neither service nor person have said anything. */
     [[nodiscard]] static TallyxLogEntity::Type firstType();
+    /** What a person is told of a failure: whether the record waits, or the staff has to know. */
+    [[nodiscard]] static QString failureText(bool isQueued, const QString &reason);
 
     /** Saves the record and asks for the status. */
     void start();

@@ -50,7 +50,8 @@ void TallyxQueue::begin(quint64 transponderId)
     auto *flow = new TallyxFlow(transponderId, m_manager, m_limits, this);
     m_flows.insert(flow);
     connect(flow, &TallyxFlow::stateChanged, this, &TallyxQueue::freshChanged);
-    connect(flow, &TallyxFlow::acknowledged, this, [this, flow] { complete(flow->spoolPath()); });
+    connect(flow, &TallyxFlow::acknowledged, this,
+            [this, flow] { complete(flow->spoolPath(), SpoolRemover::Sync::AtOnce); });
     connect(flow, &TallyxFlow::ended, this, [this, flow] { onFlowEnded(flow); });
     flow->start();
 }
@@ -58,16 +59,20 @@ void TallyxQueue::begin(quint64 transponderId)
 /** Nobody can be asked that often: the record goes to the pass as the service is to take it. */
 void TallyxQueue::postpone(quint64 transponderId)
 {
+    bool isQueued = false;
+    QString reason = TallyxFlow::tr("Too many cards at once.");
     try {
         TallyxLogEntity(transponderId, TallyxFlow::firstType()).save();
+        isQueued = true;
         qWarning() << "Too many presence questions at once, leaving the record to the queue.";
         Q_EMIT retryWanted(60s);
     } catch (const AttendanceErrorException &e) {
         qCritical() << "Error logging presence:" << e.what();
+        reason = QString::fromUtf8(e.what());
     }
     NotificationHandle::showError(TallyxFlow::tr("Presence"),
-                                  TallyxFlow::tr("Too many cards at once."),
-                                  noticelimits::temporaryMs);
+                                  TallyxFlow::failureText(isQueued, reason),
+                                  isQueued ? noticelimits::temporaryMs : noticelimits::staffMs);
 }
 
 void TallyxQueue::stop()
@@ -101,6 +106,11 @@ void TallyxQueue::startPass()
     if (accesstoken::current().isEmpty() && tallyxSpool().count() > 0) {
         // Once for all of them.
         qWarning() << "Error logging presence:" << TallyxFlow::tr("Authentication unavailable.");
+        Q_EMIT retryWanted(300s);
+        Q_EMIT passFinished();
+        return;
+    }
+    if (!tallyxSpool().canBeListed()) {
         Q_EMIT retryWanted(300s);
         Q_EMIT passFinished();
         return;
@@ -145,7 +155,7 @@ void TallyxQueue::onResent(TallyxLogEntity *record, QNetworkReply &reply)
 {
     try {
         (void)tallyxservice::readAcknowledgement(reply);
-        complete(record->spoolPath());
+        complete(record->spoolPath(), SpoolRemover::Sync::Soon);
     } catch (abi::__forced_unwind &) {
         throw; // the thread is being ended
     } catch (...) {
@@ -182,9 +192,9 @@ void TallyxQueue::onFlowEnded(TallyxFlow *flow)
 }
 
 /** The service has booked the record: nothing of it may be sent again. */
-void TallyxQueue::complete(const QString &path)
+void TallyxQueue::complete(const QString &path, SpoolRemover::Sync sync)
 {
-    const auto failure = m_remover.remove(path);
+    const auto failure = m_remover.remove(path, sync);
     if (!failure) {
         qDebug() << "Presence logged:" << path;
         return;

@@ -63,7 +63,7 @@ private:
     void onResent(TallyxLogEntity *record, QNetworkReply &reply);
     void onResendFailed(const std::exception_ptr &exception);
     void onFlowEnded(TallyxFlow *flow);
-    void complete(const QString &path);
+    void complete(const QString &path, SpoolRemover::Sync sync);
     [[nodiscard]] bool isInUse(const QString &path) const;
 
     QNetworkAccessManager &m_manager;

@@ -34,6 +34,15 @@ QString Spool::folder() const
     return QDir::cleanPath(QFileInfo(path).absoluteFilePath());
 }
 
+bool Spool::canBeListed() const
+{
+    const QFileInfo info(folder());
+    if (!info.exists() || (info.isDir() && info.isReadable() && info.isExecutable()))
+        return true;
+    qWarning() << "The records in" << info.filePath() << "can not be listed.";
+    return false;
+}
+
 int Spool::count() const
 {
     int files = 0;

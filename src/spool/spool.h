@@ -34,6 +34,9 @@ public:
     /** The folder as it is named now, absolute; it need not exist. */
     [[nodiscard]] QString folder() const;
 
+    /** Whether what waits in it can be seen; logs if not. One that does not exist is fine. */
+    [[nodiscard]] bool canBeListed() const;
+
     /** How many files wait in it. */
     [[nodiscard]] int count() const;
 

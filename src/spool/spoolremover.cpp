@@ -20,7 +20,6 @@ SpoolRemover::SpoolRemover(QObject *parent)
     , m_timer(this)
 {
     m_timer.setSingleShot(true);
-    m_timer.setInterval(500ms);
     connect(&m_timer, &QTimer::timeout, this, &SpoolRemover::sync);
 }
 
@@ -29,13 +28,15 @@ SpoolRemover::~SpoolRemover()
     sync();
 }
 
-std::optional<QString> SpoolRemover::remove(const QString &path)
+std::optional<QString> SpoolRemover::remove(const QString &path, Sync when)
 {
     auto failure = Spool::remove(path);
     if (!failure) {
         m_unsyncedFolders.insert(QFileInfo(path).path());
-        if (!m_timer.isActive())
-            m_timer.start();
+        if (when == Sync::AtOnce)
+            m_timer.start(0ms);
+        else if (!m_timer.isActive())
+            m_timer.start(500ms);
     }
     return failure;
 }
@@ -44,7 +45,9 @@ void SpoolRemover::sync()
 {
     const auto folders = std::exchange(m_unsyncedFolders, {});
     for (const QString &folder : folders) {
-        if (!durablefile::syncFolder(folder))
-            qWarning() << "Failed to sync" << folder << qt_error_string(errno);
+        if (durablefile::syncFolder(folder))
+            continue;
+        qWarning() << "Failed to sync" << folder << qt_error_string(errno);
+        m_unsyncedFolders.insert(folder);
     }
 }

@@ -12,19 +12,26 @@
 
 /**
  * Removes records that have done their part. A removal that a power cut undid would send a record
- * twice, so the folder is synced within half a second; one sync serves many removals.
+ * twice, so the folder is synced: at once for a record whose person is told that it is done, within
+ * half a second for those of a pass, where one sync serves many. A sync that fails is tried again
+ * with the next.
  */
 class SpoolRemover : public QObject
 {
     Q_OBJECT
 
 public:
+    enum class Sync { AtOnce, Soon };
+
     explicit SpoolRemover(QObject *parent = nullptr);
     /** Syncs what is left to. */
     ~SpoolRemover() override;
 
-    /** Removes @p path if it exists. Returns path, error code and reason of a failure. */
-    [[nodiscard]] std::optional<QString> remove(const QString &path);
+    /**
+     * Removes @p path if it exists. Returns path, error code and reason of a failure. "At once" is
+     * with the next turn of the event loop: what the person sees does not wait for the disk.
+     */
+    [[nodiscard]] std::optional<QString> remove(const QString &path, Sync when);
 
 private:
     void sync();

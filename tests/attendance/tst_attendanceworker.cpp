@@ -6,6 +6,7 @@
 #include "attendance/attendancespool.h"
 #include "attendance/attendanceworker.h"
 #include "simulator/virtualreader.h"
+#include "support/fulldisk.h"
 #include "support/testcase.h"
 #include "support/workerrunner.h"
 
@@ -187,15 +188,36 @@ private Q_SLOTS:
 
     void tellsOfACardThatIsNone()
     {
-        const Running running;
+        std::optional<Running> running(std::in_place);
+        log().expect("Ignoring transponder ID with unusual length \"0A1B2C3\""_s);
         log().expect("Ignoring transponder ID with unusual length \"0A1B2C3D4\""_s);
         log().expect("Failed to parse transponder ID \"0x1A2B3C\""_s);
         log().expect("Error logging attendance: false \"Failed to parse transponder ID. :O\""_s);
-        m_reader.send("0A1B2C3D4\r0x1A2B3C\r0A1B2C3D\r");
+        m_reader.send("0A1B2C3\r0A1B2C3D4\r0x1A2B3C\r0A1B2C3D\r");
         QTRY_COMPARE(shown(), "3 Error"_s);
         QVERIFY(notice()->message().endsWith("\n\nFailed to parse transponder ID. :O"_s));
         m_reader.send("\n"); // the good line waited for it
         QTRY_COMPARE(services().attendanceRecords().size(), 1);
+        QTRY_COMPARE(attendanceSpool().count(), 0);
+
+        log().allow("Failed to parse transponder ID"_s);
+        log().allow("Error logging attendance: false"_s);
+        const int lines = model().length();
+        m_reader.send("0x1A2B3C\r0A1B2C3D\r");
+        QTRY_VERIFY(model().length() > lines);
+        running.reset();
+        QCOMPARE(attendanceSpool().count(), 1); // nothing came behind it, but it is not lost
+    }
+
+    void sendsPeopleToTheStaffWhenNothingCanBeKept()
+    {
+        const Running running;
+        log().expect("Error logging attendance: false \"failed to write to file"_s);
+        const FullDisk full(10);
+        m_reader.tap("0A1B2C3D");
+        QTRY_COMPARE(shown(), "3 Attendance"_s);
+        QVERIFY(notice()->message().startsWith("Failed to log your attendance."_s));
+        QCOMPARE(services().requestCount(Route::Attendance), 0);
     }
 
     void findsTheReaderAgain()

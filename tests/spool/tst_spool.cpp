@@ -73,7 +73,8 @@ private Q_SLOTS:
 
     void tellsWhyAFileCanNotBeMadeOrRemoved()
     {
-        (void)makeSpool();
+        const Spool spool = makeSpool();
+        QVERIFY(spool.canBeListed());
         const QString missing = m_folder->filePath("missing/record"_s);
         const QString text = failure([&] { Spool::replace(missing, "x"); });
         QVERIFY2(text.startsWith("failed to create file \"%1\": 5 "_s.arg(missing)),
@@ -82,6 +83,10 @@ private Q_SLOTS:
         QVERIFY(QDir().mkpath(folder));
         const auto problem = Spool::remove(folder);
         QVERIFY(problem && problem->startsWith(folder + QLatin1Char(' ')));
+        write("file"_s);
+        settings::set("spoolDir"_s, m_folder->filePath("file"_s));
+        log().expect("can not be listed."_s);
+        QVERIFY(!spool.canBeListed());
     }
 
     void clearsWhatACrashLeftAndNothingElse()

@@ -168,8 +168,8 @@ QMap<QString, QString> SerialBus::environment() const
     // The preloaded library holds a lock while it looks at a path. Without an address Qt's thread
     // for D-Bus forks to start a bus, and a child that was forked within such a look waits for
     // ever, and the program for it.
-    const QString messageBus
-        = qEnvironmentVariable(messageBusVariable, QStringLiteral("disabled:"));
+    const QString givenBus = qEnvironmentVariable(messageBusVariable);
+    const QString messageBus = givenBus.isEmpty() ? QStringLiteral("disabled:") : givenBus;
     // A program that was built with AddressSanitizer refuses to start behind a preloaded library.
     return { { QLatin1String(folderVariable), m_testbed->root },
              { QLatin1String(messageBusVariable), messageBus },
