@@ -21,6 +21,9 @@ HEADLESS = {"QT_QPA_PLATFORM": "offscreen", "QT_QUICK_BACKEND": "software"}
 SUPERVISOR = """trap 'kill $pid; wait $pid; exit 0' TERM
 while :; do "$0" & pid=$!; echo "kiosk is $pid"; wait $pid; echo "status $?"; done"""
 
+# For root nothing is read-only otherwise; everybody else is without these capabilities as it is.
+UNPRIVILEGED = [] if os.geteuid() else ["setpriv", "--", "--bounding-set=-dac_override,-dac_read_search"]
+
 
 class Screen:
     """The simulator with a kiosk, and what both say."""
@@ -139,14 +142,18 @@ class Records(unittest.TestCase):
         self.assertEqual((booked[1], booked[2], booked[3] > 0, booked[4] > 0), (1, 1, True, True))
 
     def test_stops_where_nothing_can_be_kept(self):
-        with open(self.spool, "w", encoding="utf-8"):
+        with open(f"{self.home}/file", "w", encoding="utf-8"):
             pass  # in the way of the folder
-        screen = Screen(self.home, "--set", f"attendanceSpoolDir={self.spool}/attendance", "--run", KIOSK)
-        self.addCleanup(screen.close)
-        screen.wait_for("Waiting for cards")
-        screen.command("tap 0A1B2C3D")
-        screen.wait_for(f'Spool directory "{self.spool}/attendance" could not be created or is not writable.')
-        self.assertEqual(screen.process.wait(timeout=20), 134)
+        os.mkdir(f"{self.home}/locked", 0o500)
+        for place in ("file/spool", "locked", "locked/spool"):
+            with self.subTest(place):
+                spool = f"{self.home}/{place}"
+                screen = Screen(self.home, "--set", f"attendanceSpoolDir={spool}", "--run", *UNPRIVILEGED, KIOSK)
+                self.addCleanup(screen.close)
+                screen.wait_for("Waiting for cards")
+                screen.command("tap 0A1B2C3D")
+                screen.wait_for(f'Spool directory "{spool}" could not be created or is not writable.')
+                self.assertEqual(screen.process.wait(timeout=20), 134)
 
 
 if __name__ == "__main__":
