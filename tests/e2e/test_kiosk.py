@@ -234,10 +234,12 @@ class Kiosk(unittest.TestCase):
         self.assertFalse(self.shows_error())
 
     def test_shows_the_clock(self):
-        # Where it is noon: large single digits are not read reliably.
-        noon = f"UTC{time.gmtime().tm_hour - 12:+}"
-        self.start(b"defaultView=0\nlocationName=Studio 3\n", TZ=noon)
-        self.wait_for("Studio 3", r"2: ?\d\d\b")
+        # Where it is 12:20: of large digits, single ones are not read reliably, nor is 12:17 at all.
+        now = time.gmtime()
+        west = now.tm_hour * 60 + now.tm_min - (12 * 60 + 20)  # minutes
+        self.start(b"defaultView=0\nlocationName=Studio 3\n",
+                   TZ=f"UTC{'-' if west < 0 else '+'}{abs(west) // 60}:{abs(west) % 60:02}")
+        self.wait_for("Studio 3", r"12: ?2[0-2]\b")
         self.closed = True
         self.press("alt+F4")
         self.kiosk.process.wait(timeout=3)

@@ -81,8 +81,9 @@ class Records(unittest.TestCase):
         card = 0x10000000
         post = r"POST /rs/\S+log: "
         since = 0  # of the lines of the kiosk that runs
+        # Six connections, each with a request: what follows on one that was dropped may not arrive.
         for fault, moment, count in (("none", "Logging", 20), ("hang", "Logging", 40), ("slow", post, 6),
-                                     ("drop", post, 20), ("none", "Attendance logged:", 10)):
+                                     ("drop", post, 6), ("none", "Attendance logged:", 10)):
             screen.wait_for("Waiting for cards", since=since)
             screen.command(f"fault attendance {fault}")
             for _ in range(40):
