@@ -66,22 +66,30 @@ AttendanceQueue::~AttendanceQueue()
 
 void AttendanceQueue::log(quint64 transponderId)
 {
-    const QString name = m_names.name(transponderId);
-    const NotificationHandle notification(
-        new Notification(Notification::LOADING, name.isEmpty() ? tr("Attendance") : name,
-                         tr("Logging attendance..."), 0, false, true));
-    auto *request = new AttendanceRequest(transponderId, notification, this);
+    auto *request = new AttendanceRequest(transponderId, this);
     if (request->locationId() <= 0)
         qWarning() << "Plenar location ID not set";
+    bool isGreeted = false;
+    const auto greet = [&] {
+        isGreeted = true;
+        const QString name = m_names.name(transponderId);
+        request->setNotification(NotificationHandle(
+            new Notification(Notification::LOADING, name.isEmpty() ? tr("Attendance") : name,
+                             tr("Logging attendance..."), 0, false, true)));
+    };
     try {
         request->build();
-        request->setSpoolPath(m_spool.create(request->data()));
+        // The GUI thread, once woken, often takes the processor from this one: it shall do so while
+        // the disk has to be waited for anyway.
+        request->setSpoolPath(m_spool.create(request->data(), greet));
         if (m_underWay.size() >= noticelimits::mostCards)
             throw AttendanceWarningException(tr("Too many cards at once."));
         send(request);
     } catch (abi::__forced_unwind &) {
         throw; // the thread is being ended
     } catch (...) {
+        if (!isGreeted)
+            greet(); // so that the failure has a name on it
         onFailed(request, Kind::Fresh, std::current_exception());
     }
 }

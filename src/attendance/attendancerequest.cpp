@@ -35,13 +35,11 @@ constexpr qint64 longestRecord = 65536; // bytes; ours have some 200
 
 } // namespace
 
-AttendanceRequest::AttendanceRequest(quint64 transponderId, const NotificationHandle &notification,
-                                     QObject *parent)
+AttendanceRequest::AttendanceRequest(quint64 transponderId, QObject *parent)
     : QObject(parent)
     , m_requestTime(QDateTime::currentDateTime())
     , m_isDelayed(false)
     , m_transponderId(transponderId)
-    , m_notification(notification)
 {
     using Limits = std::numeric_limits<int>;
     m_locationId

@@ -28,9 +28,8 @@ class AttendanceRequest : public QObject
     Q_OBJECT
 
 public:
-    /** The record of a card that is read now; @p notification tells the person. */
-    AttendanceRequest(quint64 transponderId, const NotificationHandle &notification,
-                      QObject *parent = nullptr);
+    /** The record of a card that is read now. */
+    explicit AttendanceRequest(quint64 transponderId, QObject *parent = nullptr);
 
     /** The record in the file @p spoolPath. Throws AttendanceErrorException if it holds none. */
     explicit AttendanceRequest(const QString &spoolPath, QObject *parent = nullptr);
@@ -39,7 +38,9 @@ public:
     [[nodiscard]] bool isDelayed() const { return m_isDelayed; }
     [[nodiscard]] quint64 transponderId() const { return m_transponderId; }
     [[nodiscard]] int locationId() const { return m_locationId; }
+    /** What tells the person. */
     [[nodiscard]] const NotificationHandle &notification() const { return m_notification; }
+    void setNotification(const NotificationHandle &shown) { m_notification = shown; }
     /** The file with this record; empty as long as there is none. */
     [[nodiscard]] QString spoolPath() const { return m_spoolPath; }
     void setSpoolPath(const QString &path) { m_spoolPath = path; }

@@ -24,7 +24,8 @@ template <typename Integer> QByteArray littleEndian(Integer number)
 
 QByteArray attendanceNonce()
 {
-    std::random_device device("default");
+    // Kept: making one asks the processor what it can do, which a virtual machine answers slowly.
+    static thread_local std::random_device device("default");
     std::mt19937_64 generator(device());
     const auto first = static_cast<quint64>(generator());
     const auto second = static_cast<quint64>(generator());

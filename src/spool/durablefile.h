@@ -6,6 +6,8 @@
 #include <QByteArray>
 #include <QString>
 
+#include <functional>
+
 /** Files that survive a power cut once a function has returned. */
 namespace durablefile {
 
@@ -15,8 +17,10 @@ inline constexpr auto unfinishedEnding = ".lumenboard-part";
 /**
  * Puts @p content into a new file @p path, for its owner alone: nobody sees less than the whole of
  * it. False if the name is taken. Throws AttendanceErrorException and leaves nothing behind.
+ * @p beforeSync, if any, is called when all is written and only the disk has to be waited for.
  */
-[[nodiscard]] bool create(const QString &path, const QByteArray &content);
+[[nodiscard]] bool create(const QString &path, const QByteArray &content,
+                          const std::function<void()> &beforeSync = {});
 
 /**
  * The same in the place of the file @p path: whoever looks sees the old content or the new one.

@@ -51,11 +51,15 @@ int Spool::count() const
     return files;
 }
 
-QString Spool::create(const QByteArray &record) const
+QString Spool::create(const QByteArray &record, std::function<void()> beforeSync) const
 {
     const QString path = folder();
+    const auto onlyOnce = [&beforeSync] {
+        if (const auto call = std::exchange(beforeSync, {}))
+            call();
+    };
     try {
-        return createIn(path, record);
+        return createIn(path, record, onlyOnce);
     } catch (const AttendanceErrorException &) {
         // Looked at only now: a person waits, and the folder is there but for the first time.
         if (QFileInfo(path).isDir() && QFileInfo(path).isWritable())
@@ -64,17 +68,18 @@ QString Spool::create(const QByteArray &record) const
     if (!durablefile::makeFolder(path) || !QFileInfo(path).isWritable())
         qFatal("Spool directory \"%s\" could not be created or is not writable.",
                qPrintable(QDir::toNativeSeparators(path)));
-    return createIn(path, record);
+    return createIn(path, record, onlyOnce);
 }
 
-QString Spool::createIn(const QString &folder, const QByteArray &record)
+QString Spool::createIn(const QString &folder, const QByteArray &record,
+                        const std::function<void()> &beforeSync)
 {
     constexpr int base = 36;
     const QString start
         = folder + QLatin1Char('/') + QString::number(QDateTime::currentMSecsSinceEpoch(), base);
     for (int counter = 0;; ++counter) {
         const QString path = start + QString::number(counter, base);
-        if (durablefile::create(path, record))
+        if (durablefile::create(path, record, beforeSync))
             return path;
     }
 }

@@ -7,6 +7,7 @@
 #include <QDir>
 #include <QString>
 
+#include <functional>
 #include <optional>
 
 /**
@@ -43,9 +44,11 @@ public:
     /**
      * Puts @p record into a new file and returns its path; the record is on disk then. Throws
      * AttendanceErrorException. Without a folder to write to the program ends, as it promises that
-     * no record is lost.
+     * no record is lost. @p beforeSync is called at most once, when only the disk has to be waited
+     * for: the moment for what another thread shall do meanwhile.
      */
-    [[nodiscard]] QString create(const QByteArray &record) const;
+    [[nodiscard]] QString create(const QByteArray &record,
+                                 std::function<void()> beforeSync = {}) const;
 
     /** Replaces the content of @p path: the old one or the new one is on disk at any time. */
     static void replace(const QString &path, const QByteArray &record);
@@ -57,7 +60,8 @@ public:
     void removeLeftovers() const;
 
 private:
-    [[nodiscard]] static QString createIn(const QString &folder, const QByteArray &record);
+    [[nodiscard]] static QString createIn(const QString &folder, const QByteArray &record,
+                                          const std::function<void()> &beforeSync);
 
     Place m_place;
 };
