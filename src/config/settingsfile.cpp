@@ -24,7 +24,7 @@ void protectSettingsFile(const QString &path)
             qWarning() << "Failed to restrict settings folder" << folder;
     }
 
-    if (!file.exists() || (file.permissions() & ~ownerOnly) == 0)
+    if (!file.isFile() || (file.permissions() & ~ownerOnly) == 0)
         return;
     if (QFile::setPermissions(path, ownerOnly))
         qInfo() << "Settings file was open to others, restricted to its owner:" << path;
