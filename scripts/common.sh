@@ -1,0 +1,43 @@
+# SPDX-FileCopyrightText: The Lumenboard developers
+# SPDX-License-Identifier: GPL-3.0-or-later
+#
+# What the scripts for people share. To be sourced.
+# shellcheck shell=bash
+
+# fail SENTENCE: ends the script with what is wrong and what to do about it.
+fail() {
+    echo "$*" >&2
+    exit 1
+}
+
+# The comment at the head of the script is its help. The current folder is the checkout.
+print_help() {
+    awk 'NR > 4 { if (!/^#/) exit; sub(/^# ?/, ""); print }' "scripts/${0##*/}"
+}
+
+# need_space FOLDER MEGABYTES WHAT: ends the script where the file system of FOLDER has less room.
+need_space() {
+    local free
+    free=$(df --output=avail -B 1M "$1" | tail -n 1 | tr -d ' ')
+    [ "$free" -ge "$2" ] ||
+        fail "The disk is too full: $3 needs $2 MB in $1, $free MB are free;" \
+            "please make room and start again."
+}
+
+# build PRESET MEGABYTES: configures and builds it; MEGABYTES is what the finished build takes.
+build() {
+    local log=build/$1.log
+    [ -e "build/$1/build.ninja" ] || need_space "$PWD" "$2" "the build"
+    mkdir -p build
+    echo "== Building in build/$1"
+    if ! cmake --preset "$1" >"$log" 2>&1; then
+        tail -n 20 "$log" >&2
+        need_space "$PWD" 50 "the build"
+        fail "CMake cannot configure the build, see above; if you have changed nothing," \
+            "please report it with $log."
+    fi
+    if ! cmake --build --preset "$1"; then
+        need_space "$PWD" 50 "the build"
+        fail "The build failed, see above; if you have changed nothing, please report it."
+    fi
+}
