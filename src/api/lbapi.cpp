@@ -3,7 +3,7 @@
 
 #include "api/lbapi.h"
 
-#include "app/connections.h"
+#include "base/connections.h"
 
 #include <QCoreApplication>
 #include <QDebug>

@@ -5,6 +5,7 @@
 
 #include "config/config.h"
 #include "notifications/notification.h"
+#include "notifications/notificationboard.h"
 #include "notifications/notificationsmodel.h"
 #include "schedule/eventboundarytimer.h"
 #include "schedule/eventdata.h"
@@ -23,7 +24,7 @@
  * replaces with each good refresh. Lives in the GUI thread; only addNotification() and
  * scanTransponder() may be called from another one.
  */
-class LBAPI : public QObject
+class LBAPI : public QObject, public NotificationBoard
 {
     Q_OBJECT
     Q_PROPERTY(bool debug READ isDebug CONSTANT)
@@ -46,7 +47,7 @@ public:
     [[nodiscard]] Config *config() const;
     /** The current schedule; the first call starts the first download. */
     [[nodiscard]] EventData *eventData();
-    [[nodiscard]] NotificationsModel *notifications() { return &m_notifications; }
+    [[nodiscard]] NotificationsModel *notifications() override { return &m_notifications; }
     /** Whether a view waits for the next transponder. Callable from any thread. */
     [[nodiscard]] bool scanTransponder() const { return m_scanTransponder; }
     void setScanTransponder(bool scan);
@@ -77,7 +78,7 @@ public Q_SLOTS:
      * Shows @p n as the newest notification and takes it over. Callable from the thread in which
      * @p n was made.
      */
-    void addNotification(Notification *n);
+    void addNotification(Notification *n) override;
     /** A transponder was read while a view waited for it, or not: the scan mode ends either way. */
     void onTransponderScanned(QString tid);
     void setAccessToken(QString token);
@@ -87,6 +88,7 @@ private Q_SLOTS:
     void removeNotification(Notification *n);
 
 private:
+    [[nodiscard]] QObject *context() override { return this; }
     EventLocation *findLocation(qint64 id);
 
     QPointer<EventData> m_eventData;

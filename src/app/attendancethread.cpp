@@ -4,7 +4,7 @@
 #include "app/attendancethread.h"
 
 #include "app/workerthread.h"
-#include "attendance/attendanceworker.h"
+#include "reader/attendanceworker.h"
 
 #include <QDebug>
 #include <QThread>

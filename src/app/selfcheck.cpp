@@ -3,17 +3,17 @@
 
 #include "app/selfcheck.h"
 
-#include "app/exceptions.h"
 #include "attendance/attendancespool.h"
-#include "attendance/readerport.h"
+#include "base/exceptions.h"
 #include "config/config.h"
 #include "config/effectivesettings.h"
 #include "config/keys.h"
-#include "config/worker.h"
 #include "net/errortext.h"
 #include "net/kcclientcredentials.h"
 #include "net/plainhttp.h"
 #include "presence/tallyxlogentity.h"
+#include "reader/readerport.h"
+#include "remoteconfig/worker.h"
 #include "schedule/eventdata.h"
 
 #include <QFile>

@@ -5,10 +5,10 @@
 
 #include "api/lbapi.h"
 #include "app/attendancethread.h"
-#include "app/connections.h"
 #include "app/inputeventmonitor.h"
 #include "app/quickwindow.h"
 #include "app/terminationsignals.h"
+#include "base/connections.h"
 #include "config/config.h"
 
 #include <QGuiApplication>

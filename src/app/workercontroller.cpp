@@ -5,7 +5,7 @@
 
 #include "api/lbapi.h"
 #include "app/workerthread.h"
-#include "config/worker.h"
+#include "remoteconfig/worker.h"
 
 #include <QDebug>
 #include <QThread>

@@ -3,7 +3,7 @@
 
 #include "app/workerthread.h"
 
-#include "app/connections.h"
+#include "base/connections.h"
 
 #include <QDebug>
 #include <QThread>

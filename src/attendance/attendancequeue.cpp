@@ -3,12 +3,12 @@
 
 #include "attendance/attendancequeue.h"
 
-#include "api/noticelimits.h"
-#include "app/exceptions.h"
 #include "attendance/attendancenamecache.h"
 #include "attendance/attendancerequest.h"
 #include "attendance/attendanceresponse.h"
 #include "attendance/attendancespool.h"
+#include "base/exceptions.h"
+#include "notifications/noticelimits.h"
 #include "spool/spoolpass.h"
 
 #include <QDebug>

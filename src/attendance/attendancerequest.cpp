@@ -3,9 +3,9 @@
 
 #include "attendance/attendancerequest.h"
 
-#include "app/exceptions.h"
 #include "attendance/attendanceresponse.h"
 #include "attendance/attendancesignature.h"
+#include "base/exceptions.h"
 #include "config/config.h"
 #include "config/keys.h"
 #include "net/errortext.h"

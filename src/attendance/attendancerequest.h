@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "api/notificationhandle.h"
+#include "notifications/notificationhandle.h"
 
 #include <QDateTime>
 #include <QNetworkReply>

@@ -3,8 +3,8 @@
 
 #include "attendance/attendanceresponse.h"
 
-#include "api/noticelimits.h"
-#include "app/exceptions.h"
+#include "base/exceptions.h"
+#include "notifications/noticelimits.h"
 #include "notifications/notification.h"
 
 #include <QDebug>

@@ -3,7 +3,7 @@
 
 #include "net/kcclientcredentials.h"
 
-#include "app/exceptions.h"
+#include "base/exceptions.h"
 #include "config/config.h"
 #include "net/errortext.h"
 #include "net/xnetworkaccessmanager.h"

@@ -3,7 +3,7 @@
 
 #include "net/tokenanswer.h"
 
-#include "app/exceptions.h"
+#include "base/exceptions.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>

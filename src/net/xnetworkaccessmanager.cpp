@@ -3,7 +3,7 @@
 
 #include "net/xnetworkaccessmanager.h"
 
-#include "app/connections.h"
+#include "base/connections.h"
 #include "buildconfig.h"
 #include "config/config.h"
 #include "net/errortext.h"

@@ -3,10 +3,10 @@
 
 #include "presence/tallyxflow.h"
 
-#include "api/noticelimits.h"
-#include "app/exceptions.h"
+#include "base/exceptions.h"
 #include "config/config.h"
 #include "config/keys.h"
+#include "notifications/noticelimits.h"
 #include "presence/tallyxservice.h"
 
 #include <QDebug>

@@ -3,7 +3,7 @@
 
 #include "presence/tallyxlogentity.h"
 
-#include "app/exceptions.h"
+#include "base/exceptions.h"
 #include "config/config.h"
 #include "config/keys.h"
 

@@ -3,7 +3,7 @@
 
 #include "presence/tallyxnotice.h"
 
-#include "app/connections.h"
+#include "base/connections.h"
 #include "notifications/notificationbutton.h"
 
 #include <array>

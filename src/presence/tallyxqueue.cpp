@@ -3,10 +3,10 @@
 
 #include "presence/tallyxqueue.h"
 
-#include "api/noticelimits.h"
-#include "api/notificationhandle.h"
-#include "app/exceptions.h"
+#include "base/exceptions.h"
 #include "net/accesstoken.h"
+#include "notifications/noticelimits.h"
+#include "notifications/notificationhandle.h"
 #include "presence/tallyxflow.h"
 #include "presence/tallyxservice.h"
 #include "spool/spoolpass.h"

@@ -3,15 +3,15 @@
 
 #include "presence/tallyxservice.h"
 
-#include "app/exceptions.h"
+#include "base/exceptions.h"
 #include "config/config.h"
 #include "config/keys.h"
 #include "net/accesstoken.h"
 #include "net/errortext.h"
 #include "net/requestlimits.h"
-#include "presence/tallyxflow.h"
 #include "presence/tallyxlogentity.h"
 
+#include <QCoreApplication>
 #include <QJsonDocument>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
@@ -56,7 +56,8 @@ QNetworkReply *postLog(QNetworkAccessManager &manager, const TallyxLogEntity &re
     QNetworkRequest request = limitedRequest(Config::instance()->tallyxLogUrl(), limits);
     request.setHeader(QNetworkRequest::ContentTypeHeader, QStringLiteral("application/json"));
     if (!accesstoken::authorize(request))
-        throw AttendanceWarningException(TallyxFlow::tr("Authentication unavailable."));
+        throw AttendanceWarningException(
+            QCoreApplication::translate("TallyxFlow", "Authentication unavailable."));
     QNetworkReply *reply = manager.post(request, record.toJson().toJson());
     enforceLimits(reply, limits);
     return reply;

@@ -3,7 +3,7 @@
 
 #include "schedule/eventdata.h"
 
-#include "app/connections.h"
+#include "base/connections.h"
 #include "config/config.h"
 #include "net/errortext.h"
 #include "net/xnetworkaccessmanager.h"

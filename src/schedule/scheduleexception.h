@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "app/exceptions.h"
+#include "base/exceptions.h"
 
 /** A schedule that can not be read: what() is for the log, shown() for the person at the screen. */
 class ScheduleException : public Exception

@@ -3,7 +3,7 @@
 
 #include "spool/durablefile.h"
 
-#include "app/exceptions.h"
+#include "base/exceptions.h"
 
 #include <QDir>
 #include <QFile>

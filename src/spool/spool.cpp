@@ -3,7 +3,7 @@
 
 #include "spool/spool.h"
 
-#include "app/exceptions.h"
+#include "base/exceptions.h"
 #include "config/config.h"
 #include "spool/durablefile.h"
 

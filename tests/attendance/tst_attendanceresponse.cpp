@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: The Lumenboard developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "app/exceptions.h"
 #include "attendance/attendanceresponse.h"
+#include "base/exceptions.h"
 #include "support/testcase.h"
 
 class TestAttendanceResponse : public TestCase

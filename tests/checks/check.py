@@ -142,6 +142,56 @@ def file_length():
             yield f"{path} has {content.count(bytes([10]))} lines, more than 400"
 
 
+# The floors of the house, from the ground up. An include leads to a lower floor or stays in its folder.
+FLOORS = [{"base"}, {"config"}, {"net"}, {"remoteconfig", "schedule", "notifications"}, {"api", "spool"},
+          {"attendance", "presence"}, {"reader"}, {"app"}]
+# The objects of a schedule know each other: an event its location, a location its events.
+MUTUAL = {"schedule/event", "schedule/eventaudience", "schedule/eventdata", "schedule/eventlocation"}
+
+
+def includes():
+    """Pairs of rooms, a header with its source, of which the first includes the second."""
+    for path in sorted(files("src", suffixes={".cpp", ".h"})):
+        room = path.relative_to("src").with_suffix("").as_posix()
+        for target in re.findall(r'#include "(\w+/\w+)\.h"', (ROOT / path).read_text(encoding="utf-8")):
+            if target != room:
+                yield room, target
+
+
+@check
+def arrows():
+    """Draws the arrows between the folders; complains of one that points up and of circles."""
+    floor = {folder: number for number, folders in enumerate(FLOORS) for folder in folders}
+    drawn = {}
+    uses = {}
+    for room, target in includes():
+        source, destination = room.split("/")[0], target.split("/")[0]
+        if not {room, target} <= MUTUAL:
+            uses.setdefault(room, set()).add(target)
+        if source == destination:
+            continue
+        drawn.setdefault(source, set()).add(destination)
+        if source not in floor or destination not in floor:
+            yield f"{source} -> {destination}: a folder without a floor, see FLOORS"
+        elif floor[source] <= floor[destination]:
+            yield f"{room} includes {target}, which does not lie below it"
+    for source in sorted(drawn, key=lambda folder: floor.get(folder, 0)):
+        print(f"{source} -> {', '.join(sorted(drawn[source]))}")
+
+    def reach(room):
+        seen, waiting = set(), [room]
+        while waiting:
+            for target in uses.get(waiting.pop(), ()):
+                if target not in seen:
+                    seen.add(target)
+                    waiting.append(target)
+        return seen
+
+    for room in sorted(uses):
+        if room in reach(room):
+            yield f"{room} includes itself in a circle"
+
+
 if __name__ == "__main__":
     complaints = [line for name in sys.argv[1:] or CHECKS for line in CHECKS[name]() if line]
     print(*complaints, sep="\n")

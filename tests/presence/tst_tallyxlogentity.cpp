@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Lumenboard developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "app/exceptions.h"
+#include "base/exceptions.h"
 #include "presence/tallyxlogentity.h"
 #include "support/testcase.h"
 

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "config/config.h"
-#include "config/worker.h"
 #include "net/accesstoken.h"
+#include "remoteconfig/worker.h"
 #include "support/testcase.h"
 
 #include <QNetworkRequest>

@@ -1,30 +1,31 @@
 // SPDX-FileCopyrightText: The Lumenboard developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "api/notificationhandle.h"
+#include "notifications/notificationhandle.h"
 
-#include "api/lbapi.h"
+#include "notifications/notificationboard.h"
+#include "notifications/notificationsmodel.h"
 
 NotificationHandle::NotificationHandle(Notification *notification)
     : m_notification(notification)
 {
-    LBAPI::instance()->addNotification(notification);
+    NotificationBoard::instance().addNotification(notification);
 }
 
 void NotificationHandle::showError(const QString &title, const QString &message, uint timeout)
 {
-    LBAPI *api = LBAPI::instance();
+    NotificationBoard *board = &NotificationBoard::instance();
     QMetaObject::invokeMethod(
-        api,
+        board->context(),
         [=] {
-            NotificationsModel *model = api->notifications();
+            NotificationsModel *model = board->notifications();
             auto *newest = model->data(model->index(0), NotificationsModel::DataRole)
                                .value<Notification *>();
             if (newest && newest->type() == Notification::ERR && newest->title() == title
                 && newest->message() == message)
                 newest->setTimeout(timeout);
             else
-                api->addNotification(
+                board->addNotification(
                     new Notification(Notification::ERR, title, message, timeout, true, true));
         },
         Qt::QueuedConnection);
@@ -38,16 +39,16 @@ void NotificationHandle::change(const Change &change) const
 void NotificationHandle::changeOrShow(const std::function<Notification *()> &make,
                                       const Change &change) const
 {
-    LBAPI *api = LBAPI::instance();
+    NotificationBoard *board = &NotificationBoard::instance();
     QMetaObject::invokeMethod(
-        api,
-        [api, notification = m_notification, make, change] {
+        board->context(),
+        [board, notification = m_notification, make, change] {
             Notification *shown = notification;
-            if (!shown || !api->notifications()->contains(shown)) {
+            if (!shown || !board->notifications()->contains(shown)) {
                 shown = make();
                 if (!shown)
                     return;
-                api->addNotification(shown);
+                board->addNotification(shown);
             }
             change(*shown);
         },

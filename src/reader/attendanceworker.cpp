@@ -1,17 +1,17 @@
 // SPDX-FileCopyrightText: The Lumenboard developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "attendance/attendanceworker.h"
+#include "reader/attendanceworker.h"
 
 #include "api/lbapi.h"
-#include "api/notificationhandle.h"
-#include "app/connections.h"
-#include "app/exceptions.h"
 #include "attendance/attendancenamecache.h"
 #include "attendance/attendancequeue.h"
-#include "attendance/readerport.h"
+#include "base/connections.h"
+#include "base/exceptions.h"
 #include "net/xnetworkaccessmanager.h"
+#include "notifications/notificationhandle.h"
 #include "presence/tallyxqueue.h"
+#include "reader/readerport.h"
 
 #include <QDebug>
 #include <QElapsedTimer>

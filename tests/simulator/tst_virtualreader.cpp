@@ -82,4 +82,4 @@ private Q_SLOTS:
 
 QTEST_GUILESS_MAIN(TestReader)
 
-#include "tst_reader.moc"
+#include "tst_virtualreader.moc"

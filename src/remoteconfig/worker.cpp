@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: The Lumenboard developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "config/worker.h"
+#include "remoteconfig/worker.h"
 
-#include "app/connections.h"
+#include "base/connections.h"
 #include "config/config.h"
 #include "net/accesstoken.h"
 #include "net/errortext.h"

@@ -3,8 +3,8 @@
 
 #pragma once
 
-#include "attendance/linecutter.h"
 #include "net/requestlimits.h"
+#include "reader/linesplitter.h"
 
 #include <QObject>
 #include <QPointer>
@@ -67,5 +67,5 @@ private:
     QPointer<QSerialPort> m_port;
     QPointer<QTimer> m_retryTimer;
     QPointer<QTimer> m_queueTimer;
-    LineCutter m_lines;
+    LineSplitter m_lines;
 };

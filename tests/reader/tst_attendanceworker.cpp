@@ -4,7 +4,7 @@
 #include "api/lbapi.h"
 #include "app/attendancethread.h"
 #include "attendance/attendancespool.h"
-#include "attendance/attendanceworker.h"
+#include "reader/attendanceworker.h"
 #include "simulator/virtualreader.h"
 #include "support/fulldisk.h"
 #include "support/testcase.h"

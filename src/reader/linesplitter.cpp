@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Lumenboard developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "attendance/linecutter.h"
+#include "reader/linesplitter.h"
 
 #include <QDebug>
 
@@ -19,14 +19,14 @@ bool isTerminator(char c)
 
 } // namespace
 
-void LineCutter::append(const QByteArray &bytes)
+void LineSplitter::append(const QByteArray &bytes)
 {
     m_buffer.remove(0, m_start); // once per delivery: line by line a flood would take for ever
     m_start = 0;
     m_buffer.append(bytes);
 }
 
-std::optional<QByteArray> LineCutter::takeLine()
+std::optional<QByteArray> LineSplitter::takeLine()
 {
     while (true) {
         const auto begin = m_buffer.cbegin() + m_start;
@@ -51,12 +51,12 @@ std::optional<QByteArray> LineCutter::takeLine()
     }
 }
 
-QByteArray LineCutter::excerpt() const
+QByteArray LineSplitter::excerpt() const
 {
     return m_buffer.mid(m_start, shownBytes);
 }
 
-void LineCutter::limitBacklog()
+void LineSplitter::limitBacklog()
 {
     if (m_buffer.size() - m_start <= longestLine)
         return;
@@ -65,7 +65,7 @@ void LineCutter::limitBacklog()
     m_isSkipping = endsAmidLine;
 }
 
-void LineCutter::clear()
+void LineSplitter::clear()
 {
     if (m_start < m_buffer.size())
         qWarning() << "Discarding what the reader sent:" << excerpt() << m_buffer.size() - m_start

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Lumenboard developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "attendance/readerport.h"
+#include "reader/readerport.h"
 
 #include <algorithm>
 #include <array>

@@ -12,7 +12,7 @@
  * them yields an empty one. A line that never ends is dropped up to its terminator, of which the
  * log hears once, so that its tail can not pass for a card.
  */
-class LineCutter
+class LineSplitter
 {
 public:
     void append(const QByteArray &bytes);

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: The Lumenboard developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "attendance/linecutter.h"
-#include "attendance/readerport.h"
+#include "reader/linesplitter.h"
+#include "reader/readerport.h"
 #include "support/testcase.h"
 
 Q_DECLARE_METATYPE(QVector<PortTraits>)
@@ -36,7 +36,7 @@ private Q_SLOTS:
         const int dropped = at<int>("dropped");
         if (dropped > 0)
             log().expect("Ignoring transponder ID with unusual length"_s);
-        LineCutter cutter;
+        LineSplitter cutter;
         QStringList lines;
         for (const QByteArray &delivery : at<QByteArrayList>("deliveries")) {
             cutter.append(delivery);
