@@ -26,18 +26,19 @@ need_space() {
 
 # build PRESET MEGABYTES: configures and builds it; MEGABYTES is what the finished build takes.
 build() {
-    local log=build/$1.log
-    [ -e "build/$1/build.ninja" ] || need_space "$PWD" "$2" "the build"
-    mkdir -p build
+    local folder=$PWD/build/$1 log=$PWD/build/$1.log
+    mkdir -p "$folder" ||
+        fail "$PWD cannot be written to: please put the checkout where you may write and start again."
+    [ -e "$folder/build.ninja" ] || need_space "$folder" "$2" "the build"
     echo "== Building in build/$1"
     if ! cmake --preset "$1" >"$log" 2>&1; then
         tail -n 20 "$log" >&2
-        need_space "$PWD" 50 "the build"
+        need_space "$folder" 50 "the build"
         fail "CMake cannot configure the build, see above; if you have changed nothing," \
             "please report it with $log."
     fi
     if ! cmake --build --preset "$1"; then
-        need_space "$PWD" 50 "the build"
+        need_space "$folder" 50 "the build"
         fail "The build failed, see above; if you have changed nothing, please report it."
     fi
 }
