@@ -34,7 +34,7 @@ struct Setting
     int minimum = std::numeric_limits<int>::min();
     int maximum = std::numeric_limits<int>::max();
     int ifOutOfBounds = 0; ///< what another number counts as; choices only
-    int ifNoNumber = 0; ///< what counts if the stored value is no number; choices only
+    int ifNoNumber = 0; ///< what counts if the stored value does not fit an int; choices only
 
     [[nodiscard]] QVariant defaultValue() const;
 };
