@@ -160,5 +160,7 @@ void LBAPI::removeNotification(Notification *n)
 
 EventLocation *LBAPI::findLocation(qint64 id)
 {
+    if (id <= 0)
+        qCritical() << "Plenar location ID not set";
     return eventData()->location(id);
 }

@@ -18,7 +18,7 @@ namespace {
 
 const QString checkOption = QStringLiteral("check");
 
-/** What Qt takes out of the arguments itself, once there is an application that shows windows. */
+/** Options that Qt removes from the arguments when a QGuiApplication is created. */
 const QStringList qtOptions {
     QStringLiteral("display"),
     QStringLiteral("fontengine"),
@@ -41,7 +41,7 @@ void describeOptions(QCommandLineParser &parser)
     parser.setApplicationDescription(
         QStringLiteral("Room screen: shows a room's schedule full screen. Ctrl+Q ends it, F11 "
                        "leaves full screen."));
-    // Qt's own options start with one dash: "-reverse" is not "-v" and others.
+    // Qt's own options start with one dash: "-reverse" must not be read as "-r -e -v ...".
     parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
     parser.addHelpOption();
     parser.addVersionOption();
@@ -50,6 +50,32 @@ void describeOptions(QCommandLineParser &parser)
           QStringLiteral("Print the effective settings, try TLS and each service, and "
                          "exit with 1 if something would keep the screen from working. "
                          "Needs no display and makes no record.") });
+}
+
+/** Complains of the first option that neither we nor Qt know. */
+bool knowsOptions(const QStringList &unknown)
+{
+    for (const QString &name : unknown) {
+        if (qtOptions.contains(name))
+            continue;
+        std::fprintf(stderr, "Unknown option '%s'. See --help.\n", qPrintable(name));
+        return false;
+    }
+    return true;
+}
+
+int runSelfCheck()
+{
+    QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false")); // the report is enough
+    setGermanLocale(); // the services get the same requests as from the kiosk
+    const TerminationSignals termination;
+    QObject::connect(&termination, &TerminationSignals::requested, qApp,
+                     [] { QCoreApplication::exit(EXIT_FAILURE); });
+    SelfCheck check;
+    QObject::connect(&check, &SelfCheck::finished, qApp, &QCoreApplication::exit,
+                     Qt::QueuedConnection);
+    check.start();
+    return QCoreApplication::exec();
 }
 
 } // namespace
@@ -61,22 +87,18 @@ std::optional<int> runCommandLine(int &argc, char *argv[])
         arguments.append(QString::fromLocal8Bit(argv[i]));
     QCommandLineParser parser;
     describeOptions(parser);
-    parser.parse(arguments); // options of Qt's own make it fail, which is none of our business here
+    parser.parse(arguments); // fails on Qt's own options, which are still among the arguments
 
     const QStringList unknown = parser.unknownOptionNames();
-    for (const QString &name : unknown) {
-        if (qtOptions.contains(name))
-            continue;
-        std::fprintf(stderr, "Unknown option '%s'. See --help.\n", qPrintable(name));
+    if (!knowsOptions(unknown))
         return EXIT_FAILURE;
-    }
     const bool help
         = parser.isSet(QStringLiteral("help")) || parser.isSet(QStringLiteral("help-all"));
     const bool version = parser.isSet(QStringLiteral("version"));
     if (!help && !version && !parser.isSet(checkOption))
         return {};
 
-    // Never deleted: its end would wait for name look-ups that hang.
+    // Never deleted: its destructor would wait for name look-ups that hang.
     new QCoreApplication(argc, argv);
     nameApplication();
     if (help) {
@@ -89,16 +111,7 @@ std::optional<int> runCommandLine(int &argc, char *argv[])
     }
     if (unknown.isEmpty() && !acceptArguments(arguments))
         return EXIT_FAILURE;
-    QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false")); // the results are the news
-    setGermanLocale(); // as the kiosk asks, so does the check
-    const TerminationSignals termination;
-    QObject::connect(&termination, &TerminationSignals::requested, qApp,
-                     [] { QCoreApplication::exit(EXIT_FAILURE); });
-    SelfCheck check;
-    QObject::connect(&check, &SelfCheck::finished, qApp, &QCoreApplication::exit,
-                     Qt::QueuedConnection);
-    check.start();
-    return QCoreApplication::exec();
+    return runSelfCheck();
 }
 
 bool acceptArguments(const QStringList &arguments)

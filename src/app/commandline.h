@@ -8,11 +8,11 @@
 #include <optional>
 
 /**
- * Serves the options that need no display: --help, --version and --check. Returns the exit status,
- * or nothing when the kiosk is to be started. Makes the application object that they need, for
- * good.
+ * Handles the options that need no display: --help, --version and --check. Returns the exit status,
+ * or nothing if the kiosk shall start. Creates an application object only for these options.
  */
 [[nodiscard]] std::optional<int> runCommandLine(int &argc, char *argv[]);
 
-/** Whether the kiosk understands @p arguments (Qt has taken its own by now); complains if not. */
+/** False, with a message, if @p arguments hold something unknown. Qt has removed its own by then.
+ */
 [[nodiscard]] bool acceptArguments(const QStringList &arguments);

@@ -201,6 +201,6 @@ void QuickWindow::toggleMouseCursor()
 {
     Config *config = Config::instance();
     const bool hide = !config->hideMouseCursor();
-    if (config->setIfChanged(keys::hideMouseCursor, hide, true))
+    if (config->setIfChanged(keys::hideMouseCursor, hide))
         Q_EMIT config->hideMouseCursorChanged(hide);
 }

@@ -3,22 +3,21 @@
 
 #pragma once
 
+#include "app/checkreport.h"
 #include "config/scratchsettings.h"
+#include "config/services.h"
 #include "net/requestlimits.h"
 #include "net/xnetworkaccessmanager.h"
 
 #include <QObject>
-#include <QTextStream>
 
 class EventData;
 class QJsonDocument;
 class QNetworkReply;
-class QUrl;
-class Spool;
 
 /**
- * Looks at settings and services as the kiosk would and prints one line each, for an operator on a
- * terminal. Never makes a record: services that would are only connected to.
+ * Checks settings, machine and services as the kiosk would use them, and prints a report. Never
+ * makes a record: it only connects to the services that would take one.
  */
 class SelfCheck : public QObject
 {
@@ -27,39 +26,32 @@ class SelfCheck : public QObject
 public:
     explicit SelfCheck(QObject *parent = nullptr);
 
-    /** Begins; everything after the settings happens in the event loop. */
+    /** Checks settings and TLS at once, everything else in the event loop. */
     void start();
 
 Q_SIGNALS:
-    /** 0: the screen would work; 1: something is in its way. */
+    /** 0: the screen would work; 1: something would keep it from working. */
     void finished(int status);
 
 private:
-    enum class Verdict { Good, Notice, Bad };
+    using Verdict = CheckReport::Verdict;
 
-    void printSettings();
-    void checkTls();
     void checkToken();
     void onToken(QNetworkReply *reply);
+    void continueWithoutToken(const QString &what, const QString &problem);
     void checkConfiguration(const QString &token);
     void onConfiguration(QNetworkReply *reply);
-    void tryOut(const QJsonDocument &document);
-    void checkServices();
+    void applyToCopy(const QJsonDocument &document);
+    void checkTheRest();
     void checkSchedule();
     void onSchedule(EventData *data);
-    void checkReader();
-    void checkSpool(const QString &what, const Spool &spool);
-    void checkRecordServices();
-    void checkConnection(const QString &what, const QUrl &url);
-    [[nodiscard]] static QString failureOf(const QNetworkReply &reply);
-    void print(const QString &line);
-    void report(Verdict verdict, const QString &what, const QString &result);
+    void checkConnections(Service::Kind kind);
+    void checkConnection(const Service &service);
     void done();
 
-    const ScratchSettings m_settings; ///< first of all: what is looked at stays as it is
+    const ScratchSettings m_settings; ///< first of all: the screen's own files stay as they are
     RequestLimits m_limits;
     XNetworkAccessManager m_manager;
-    QTextStream m_out;
+    CheckReport m_report;
     int m_pending = 0; ///< checks under way
-    bool m_failed = false;
 };

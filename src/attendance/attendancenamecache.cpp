@@ -55,7 +55,7 @@ QString AttendanceNameCache::fileName()
 {
     QString path = qEnvironmentVariable("LB_ATTENDANCE_NAME_CACHE_FILE");
     if (path.isEmpty())
-        path = Config::instance()->value(keys::attendanceNameCacheFile, {}).toString();
+        path = Config::instance()->text(keys::attendanceNameCacheFile);
     if (path.isEmpty())
         path = QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation)
             + QLatin1String("/attendanceNameCache.xml");

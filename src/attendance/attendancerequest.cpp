@@ -7,7 +7,6 @@
 #include "attendance/attendancesignature.h"
 #include "base/exceptions.h"
 #include "config/config.h"
-#include "config/keys.h"
 #include "net/errortext.h"
 #include "net/requestlimits.h"
 
@@ -17,7 +16,6 @@
 #include <QXmlStreamWriter>
 
 #include <cxxabi.h>
-#include <limits>
 #include <memory>
 #include <utility>
 
@@ -41,9 +39,7 @@ AttendanceRequest::AttendanceRequest(quint64 transponderId, QObject *parent)
     , m_isDelayed(false)
     , m_transponderId(transponderId)
 {
-    using Limits = std::numeric_limits<int>;
-    m_locationId
-        = Config::instance()->intSetting(keys::plenarLocationId, 0, Limits::min(), Limits::max());
+    m_locationId = Config::instance()->plenarLocationId();
 }
 
 AttendanceRequest::AttendanceRequest(const QString &spoolPath, QObject *parent)

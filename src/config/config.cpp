@@ -3,36 +3,32 @@
 
 #include "config/config.h"
 
-#include "config/defaults.h"
 #include "config/keys.h"
 #include "config/refreshgrid.h"
 #include "config/settingsfile.h"
+#include "config/settingstable.h"
 
 #include <QCoreApplication>
 #include <QDebug>
-#include <QFile>
 #include <QJsonObject>
 #include <QPointer>
 #include <QTime>
 
 #include <algorithm>
-#include <array>
-#include <limits>
 #include <optional>
-#include <sys/stat.h>
 #include <utility>
 
 namespace {
 
-// Hand-written files hold umlauts; without this Qt reads them as Latin-1.
+// Without this Qt reads the umlauts of a hand-written file as Latin-1.
 constexpr auto settingsCodec = "UTF-8";
 
 QPointer<Config> s_instance;
 
-/** Process-wide, as is the schedule that it looks into: any Config object finds the location. */
+/** Process-wide, as the schedule is: every Config object finds the location. */
 Config::LocationLookup s_locationLookup;
 
-/** A number as the settings hold it, however large; nothing when it is none. */
+/** A stored number, however large; nothing if the value is no number. */
 std::optional<qint64> toInteger(const QVariant &value)
 {
     bool ok = false;
@@ -40,19 +36,8 @@ std::optional<qint64> toInteger(const QVariant &value)
         const qint64 number = value.toLongLong(&ok);
         return ok ? std::optional(number) : std::nullopt;
     }
-    constexpr double bound = 1e15; // beyond it a conversion would be undefined
+    constexpr double bound = 1e15; // converting a larger number could be undefined
     return qRound64(std::clamp(value.toDouble(), -bound, bound));
-}
-
-/** What changes whenever QSettings replaces its file. */
-std::pair<quint64, qint64> fileIdentity(const QString &path)
-{
-    struct stat info
-    {
-    };
-    if (stat(QFile::encodeName(path).constData(), &info) != 0)
-        return {};
-    return { info.st_ino, info.st_mtim.tv_sec * 1000000000LL + info.st_mtim.tv_nsec };
 }
 
 } // namespace
@@ -79,20 +64,10 @@ Config *Config::instance()
     return s_instance;
 }
 
-int Config::inactivityTimeout() const
-{
-    return intSetting(keys::inactivityTimeout, 60, 10, 3600);
-}
-
 QString Config::initialItem() const
 {
-    const int view = m_settings.value(keys::defaultView, PlenarView).toInt();
-    return view == DefaultView ? QStringLiteral("Default.qml") : QStringLiteral("LectureRoom.qml");
-}
-
-QString Config::locationName() const
-{
-    return m_settings.value(keys::locationName, tr("Unknown location")).toString();
+    return number(keys::defaultView) == DefaultView ? QStringLiteral("Default.qml")
+                                                    : QStringLiteral("LectureRoom.qml");
 }
 
 void Config::setLocationName(const QString &name)
@@ -107,37 +82,38 @@ EventLocation *Config::plenarLocation() const
     return s_locationLookup ? s_locationLookup(id) : nullptr;
 }
 
-int Config::fontBaseSize() const
+int Config::number(const QString &key) const
 {
-    return intSetting(keys::fontBaseSize, 12, 1, 1000);
+    const Setting &setting = settingOf(key);
+    if (setting.type != Setting::Type::Choice)
+        return intSetting(key, setting.fixedDefault.toInt(), setting.minimum, setting.maximum);
+
+    const auto choice = toInteger(value(key));
+    if (!choice || *choice != static_cast<int>(*choice))
+        return setting.ifNoNumber;
+    const bool isKnown = *choice >= setting.minimum && *choice <= setting.maximum;
+    return isKnown ? static_cast<int>(*choice) : setting.ifOutOfBounds;
 }
 
-QUrl Config::quirlUrl() const
+QVariant Config::value(const QString &key) const
 {
-    return m_settings.value(keys::quirlUrl, defaults::quirlUrl).toUrl();
+    return m_settings.value(key, settingOf(key).defaultValue());
 }
 
-bool Config::tpRegModeQR() const
+QVariant Config::value(const QString &key, const QVariant &defaultValue) const
 {
-    return m_settings.value(keys::tpRegModeQR, true).toBool();
-}
-
-bool Config::tpRegModeVK() const
-{
-    return m_settings.value(keys::tpRegModeVK, true).toBool();
-}
-
-Config::TpRegMode Config::preferredTpRegMode() const
-{
-    const int mode = m_settings.value(keys::preferredTpRegMode, TpRegVK).toInt();
-    // TpRegModeCount itself is let through, as the views have always been given it.
-    return mode < 0 || mode > TpRegModeCount ? TpRegVK : static_cast<TpRegMode>(mode);
+    return m_settings.value(key, defaultValue);
 }
 
 int Config::intSetting(const QString &key, int defaultValue, int min, int max) const
 {
-    const auto value = toInteger(m_settings.value(key, defaultValue));
-    return value ? static_cast<int>(std::clamp<qint64>(*value, min, max)) : defaultValue;
+    const auto number = toInteger(m_settings.value(key, defaultValue));
+    return number ? static_cast<int>(std::clamp<qint64>(*number, min, max)) : defaultValue;
+}
+
+bool Config::setIfChanged(const QString &key, const QVariant &value)
+{
+    return setIfChanged(key, value, settingOf(key).defaultValue());
 }
 
 bool Config::setIfChanged(const QString &key, const QVariant &value, const QVariant &defaultValue)
@@ -147,27 +123,16 @@ bool Config::setIfChanged(const QString &key, const QVariant &value, const QVari
 
     if (value == defaultValue)
         m_settings.remove(key);
-    // Also after a removal: the machine-wide file may hold another value than the default.
+    // After a removal, too: the machine-wide file may hold another value than the default.
     if (m_settings.value(key, defaultValue) != value)
         m_settings.setValue(key, value);
     writeThrough();
     return true;
 }
 
-int Config::plenarLocationId() const
-{
-    constexpr int largest = std::numeric_limits<int>::max();
-    const int id = intSetting(keys::plenarLocationId, 0, -largest, largest);
-    if (id <= 0)
-        qCritical() << "Plenar location ID not set";
-    return id;
-}
-
 QUrl Config::eventDataUrl(QDate date) const
 {
-    const QString pattern
-        = m_settings.value(keys::eventDataUrlTemplate, defaults::eventDataUrlTemplate).toString();
-    return QUrl(date.toString(pattern), QUrl::TolerantMode);
+    return QUrl(date.toString(text(keys::eventDataUrlTemplate)), QUrl::TolerantMode);
 }
 
 int Config::msecsToNextRefresh() const
@@ -176,68 +141,15 @@ int Config::msecsToNextRefresh() const
     return static_cast<int>(timeToNextRefresh(QTime::currentTime(), interval).count());
 }
 
+bool Config::isScheduleDateValid() const
+{
+    return !flag(keys::overrideDate) || value(keys::overrideDateDate).toDate().isValid();
+}
+
 QDate Config::scheduleDate() const
 {
-    const QDate today = QDate::currentDate();
-    if (!m_settings.value(keys::overrideDate, false).toBool())
-        return today;
-    const QDate date = m_settings.value(keys::overrideDateDate, today).toDate();
-    if (date.isValid())
-        return date;
-    qWarning() << "Setting" << keys::overrideDateDate << "is no date, showing today";
-    return today;
-}
-
-bool Config::hideMouseCursor() const
-{
-    return m_settings.value(keys::hideMouseCursor, true).toBool();
-}
-
-int Config::refreshInterval() const
-{
-    return intSetting(keys::refreshInterval, 300, 30, 3600);
-}
-
-QString Config::keycloakUrl() const
-{
-    return m_settings.value(keys::keycloakUrl, defaults::keycloakUrl).toString();
-}
-
-QString Config::keycloakClientId() const
-{
-    return m_settings.value(keys::keycloakClientId).toString();
-}
-
-QString Config::keycloakClientSecret() const
-{
-    return m_settings.value(keys::keycloakClientSecret).toString();
-}
-
-bool Config::attendanceEnabled() const
-{
-    return m_settings.value(keys::attendanceEnabled, true).toBool();
-}
-
-QUrl Config::attendanceLogUrl() const
-{
-    return QUrl(m_settings.value(keys::attendanceLogUrl, defaults::attendanceLogUrl).toString());
-}
-
-Config::TallyxMode Config::tallyxMode() const
-{
-    const auto mode = toInteger(m_settings.value(keys::tallyxMode, TallyxContinuous));
-    const bool isKnown = mode == TallyxDisabled || mode == TallyxContinuous;
-    return isKnown ? static_cast<TallyxMode>(*mode) : TallyxEnabled;
-}
-
-QUrl Config::tallyxLogUrl() const
-{
-    return QUrl(m_settings.value(keys::tallyxLogUrl, defaults::tallyxLogUrl).toString());
-}
-
-QVariant Config::value(const QString &key, const QVariant &defaultValue) const
-{
-    return m_settings.value(key, defaultValue);
+    const bool isFixed = flag(keys::overrideDate) && isScheduleDateValid();
+    return isFixed ? value(keys::overrideDateDate).toDate() : QDate::currentDate();
 }
 
 QString Config::origin(const QString &key) const
@@ -265,29 +177,15 @@ void Config::applyConfiguration(QJsonDocument json)
 {
     qDebug() << "Applying configuration" << json;
 
-    const std::array ofTheScreen { keys::locationId, keys::locationName, keys::plenarLocationId };
-    const std::array ofTheSettings {
-        keys::defaultView,
-        keys::inactivityTimeout,
-        keys::attendanceEnabled,
-        keys::attendanceLogUrl,
-        keys::tallyxMode,
-        keys::tallyxLogUrl,
-        keys::tallyxGetStatusTimeout,
-        keys::tallyxConfirmTimeout,
-        keys::tallyxNotificationTimeout,
-        keys::tpRegModeQR,
-        keys::tpRegModeVK,
-        keys::preferredTpRegMode,
-    };
-
+    const QJsonObject topLevel = json.object();
+    const QJsonObject settings = topLevel.value(QLatin1String("settings")).toObject();
     bool changed = false;
-    const QJsonObject screen = json.object();
-    for (const QString &key : ofTheScreen)
-        changed |= applyKey(screen, key);
-    const QJsonObject settings = screen.value(QLatin1String("settings")).toObject();
-    for (const QString &key : ofTheSettings)
-        changed |= applyKey(settings, key);
+    for (const Setting &setting : settingsTable()) {
+        if (setting.remote == Setting::Remote::TopLevel)
+            changed |= applyKey(topLevel, setting.key);
+        else if (setting.remote == Setting::Remote::Settings)
+            changed |= applyKey(settings, setting.key);
+    }
     if (!changed)
         return;
 
@@ -320,12 +218,12 @@ bool Config::applyKey(const QJsonObject &object, const QString &key)
     return true;
 }
 
-/** Writes to disk now: a power cut a moment later must not lose a change. */
+/** Writes to disk now: no power cut loses a change. */
 void Config::writeThrough()
 {
-    // The status of QSettings never returns to good after its first error, so the file tells.
-    const auto before = fileIdentity(m_settings.fileName());
+    // The status of QSettings stays bad after its first error, so look at the file instead.
+    const auto before = settingsFileIdentity(m_settings.fileName());
     m_settings.sync();
-    if (fileIdentity(m_settings.fileName()) == before)
+    if (settingsFileIdentity(m_settings.fileName()) == before)
         qCritical() << "Failed to write settings to" << m_settings.fileName();
 }

@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "config/keys.h"
+
 #include <QDate>
 #include <QJsonDocument>
 #include <QObject>
@@ -17,7 +19,8 @@ class EventLocation;
  * The only way to the settings.
  *
  * Nothing is cached: every read goes to the settings store (native format, user scope, with the
- * machine-wide file behind it), so a changed value takes effect at the next read. Lives in the GUI
+ * machine-wide file behind it), so a changed value takes effect at the next read. A missing or
+ * unusable value is replaced as settingstable.h says, without a word in the log. Lives in the GUI
  * thread, where all writes happen; other threads may read through instance().
  */
 class Config : public QObject
@@ -36,7 +39,7 @@ class Config : public QObject
         TpRegMode preferredTpRegMode READ preferredTpRegMode NOTIFY preferredTpRegModeChanged)
 
 public:
-    /** The view that the screen starts with. */
+    /** The view that the screen shows at first. */
     enum View { DefaultView = 0, PlenarView = 1, ViewCount = 2 };
     Q_ENUM(View)
 
@@ -61,37 +64,56 @@ public:
     /** The process-wide object, child of the application object, created on first use. */
     static Config *instance();
 
-    /** Seconds without a touch after which the start view returns, 10..3600. */
-    [[nodiscard]] int inactivityTimeout() const;
+    /** Seconds without a touch until the start view returns. */
+    [[nodiscard]] int inactivityTimeout() const { return number(keys::inactivityTimeout); }
     /** File name of the start view. */
     [[nodiscard]] QString initialItem() const;
-    [[nodiscard]] QString locationName() const;
+    [[nodiscard]] QString locationName() const { return text(keys::locationName); }
     void setLocationName(const QString &name);
-    /** The configured location in the current schedule, or null. Logs when no id is set. */
+    /** The configured location in the current schedule, or null. */
     [[nodiscard]] EventLocation *plenarLocation() const;
-    /** Base of all relative font sizes, in points, 1..1000. */
-    [[nodiscard]] int fontBaseSize() const;
+    /** Base of all relative font sizes, in points. */
+    [[nodiscard]] int fontBaseSize() const { return number(keys::fontBaseSize); }
     /** Base URL of the configuration service. */
-    [[nodiscard]] QUrl quirlUrl() const;
-    [[nodiscard]] bool tpRegModeQR() const;
-    [[nodiscard]] bool tpRegModeVK() const;
-    [[nodiscard]] TpRegMode preferredTpRegMode() const;
+    [[nodiscard]] QUrl quirlUrl() const { return url(keys::quirlUrl); }
+    [[nodiscard]] bool tpRegModeQR() const { return flag(keys::tpRegModeQR); }
+    [[nodiscard]] bool tpRegModeVK() const { return flag(keys::tpRegModeVK); }
+    [[nodiscard]] TpRegMode preferredTpRegMode() const
+    {
+        return static_cast<TpRegMode>(number(keys::preferredTpRegMode));
+    }
 
     /**
-     * An integer setting: @p defaultValue when it is missing or no number, else clamped into
-     * [@p min, @p max]. Callable from any thread.
+     * The value of a setting as its type, by the rules of its row in the table of settings.
+     * number() also reads choices. Callable from any thread.
+     */
+    [[nodiscard]] bool flag(const QString &key) const { return value(key).toBool(); }
+    [[nodiscard]] int number(const QString &key) const;
+    [[nodiscard]] QString text(const QString &key) const { return value(key).toString(); }
+    [[nodiscard]] QUrl url(const QString &key) const { return QUrl(text(key)); }
+
+    /** The value of a setting as it is stored, or its default. */
+    [[nodiscard]] QVariant value(const QString &key) const;
+    /** The same for a key that need not be in the table. */
+    [[nodiscard]] QVariant value(const QString &key, const QVariant &defaultValue) const;
+
+    /**
+     * An integer, clamped into [@p min, @p max]; @p defaultValue if it is missing or no number.
+     * Callable from any thread.
      */
     [[nodiscard]] int intSetting(const QString &key, int defaultValue, int min, int max) const;
 
     /**
-     * Stores @p value unless the store already says so; a value equal to @p defaultValue is stored
-     * by removing the key, except where a machine-wide default would then show through.
-     * Returns whether anything changed. GUI thread only.
+     * Stores @p value unless it is in force already. A value equal to @p defaultValue is stored by
+     * removing the key, unless a machine-wide value would then show through. Returns whether
+     * anything changed. GUI thread only.
      */
     bool setIfChanged(const QString &key, const QVariant &value, const QVariant &defaultValue);
+    /** The same with the default of the table. */
+    bool setIfChanged(const QString &key, const QVariant &value);
 
-    /** Id of the screen's location in the schedule; 0 or less means none and is logged. */
-    [[nodiscard]] int plenarLocationId() const;
+    /** Id of the screen's location in the schedule; 0 or less means none. */
+    [[nodiscard]] int plenarLocationId() const { return number(keys::plenarLocationId); }
 
     /** Address of the schedule of @p date. */
     [[nodiscard]] QUrl eventDataUrl(QDate date) const;
@@ -99,35 +121,37 @@ public:
     /** Milliseconds to the next scheduled refresh, from now. */
     [[nodiscard]] int msecsToNextRefresh() const;
 
-    /** Whether a fixed date is shown instead of today, and the date to show. */
+    /** The day to show: today, or the fixed day of the settings if that is a date. */
     [[nodiscard]] QDate scheduleDate() const;
+    /** False if the settings ask for a fixed day that is no date. */
+    [[nodiscard]] bool isScheduleDateValid() const;
 
     /** Whether the mouse cursor is hidden. */
-    [[nodiscard]] bool hideMouseCursor() const;
+    [[nodiscard]] bool hideMouseCursor() const { return flag(keys::hideMouseCursor); }
 
-    /** Seconds between two refreshes of the schedule, 30..3600. */
-    [[nodiscard]] int refreshInterval() const;
+    /** Seconds between two refreshes of the schedule. */
+    [[nodiscard]] int refreshInterval() const { return number(keys::refreshInterval); }
 
     /** Address of the identity server's token endpoint, and the screen's credentials there. */
-    [[nodiscard]] QString keycloakUrl() const;
-    [[nodiscard]] QString keycloakClientId() const;
-    [[nodiscard]] QString keycloakClientSecret() const;
+    [[nodiscard]] QUrl keycloakUrl() const { return url(keys::keycloakUrl); }
+    [[nodiscard]] QString keycloakClientId() const { return text(keys::keycloakClientId); }
+    [[nodiscard]] QString keycloakClientSecret() const { return text(keys::keycloakClientSecret); }
 
     /** Whether a card logs attendance, and where to. */
-    [[nodiscard]] bool attendanceEnabled() const;
-    [[nodiscard]] QUrl attendanceLogUrl() const;
+    [[nodiscard]] bool attendanceEnabled() const { return flag(keys::attendanceEnabled); }
+    [[nodiscard]] QUrl attendanceLogUrl() const { return url(keys::attendanceLogUrl); }
 
-    /** How presence is logged, and where to; an unknown mode is as TallyxEnabled. */
-    [[nodiscard]] TallyxMode tallyxMode() const;
-    [[nodiscard]] QUrl tallyxLogUrl() const;
+    /** How presence is logged, and where to. */
+    [[nodiscard]] TallyxMode tallyxMode() const
+    {
+        return static_cast<TallyxMode>(number(keys::tallyxMode));
+    }
+    [[nodiscard]] QUrl tallyxLogUrl() const { return url(keys::tallyxLogUrl); }
 
-    /** The stored value of any setting, for those who only show it. */
-    [[nodiscard]] QVariant value(const QString &key, const QVariant &defaultValue) const;
-    /** Where the value of @p key comes from: "user", "user's organisation file", "machine-wide" or
-     * "default". */
+    /** Where the value of @p key comes from: the user's file, another one, or the default. */
     [[nodiscard]] QString origin(const QString &key) const;
 
-    /** Installed at start-up by whoever holds the schedule; this class knows nothing of it. */
+    /** Installed at start-up by the owner of the schedule, which this class must not know. */
     static void setLocationLookup(LocationLookup lookup);
 
 Q_SIGNALS:
@@ -137,7 +161,7 @@ Q_SIGNALS:
     void locationNameChanged();
     void userAgentChanged(QString s);
     void fontBaseSizeChanged(int v);
-    /** A document from the server changed at least one setting. */
+    /** A document from the configuration service changed at least one setting. */
     void configChanged();
     void tpRegModeQRChanged(bool b);
     void tpRegModeVKChanged(bool b);
@@ -148,8 +172,8 @@ public Q_SLOTS:
     void emitLocationChanged();
 
     /**
-     * Stores the values of the screen's configuration document from the server. Keys that it does
-     * not name stay as they are, null returns to the default. Emits configChanged() once if
+     * Stores the values of the screen's document from the configuration service. Keys that it does
+     * not name stay as they are, null removes the user's own value. Emits configChanged() once if
      * anything changed.
      */
     void applyConfiguration(QJsonDocument json);
@@ -160,7 +184,7 @@ private:
     void writeThrough();
 
     QSettings m_settings;
-    /// The user's own file without the machine-wide one behind it. Made once, while nothing waits
-    /// to be written: a further object would write it in its own, still unset encoding.
+    /// The user's own file without the machine-wide one behind it. Created while nothing waits to
+    /// be written: a second object would write it before its encoding is set.
     QSettings m_own;
 };

@@ -8,17 +8,16 @@
 
 class Config;
 
-/** A setting as it is in force, for a person who asks why a screen behaves as it does. */
+/** The value of a setting that is in force, for an operator who asks why a screen behaves so. */
 struct EffectiveSetting
 {
     QString key;
-    QString shown; ///< the value; secrets masked
-    QString origin; ///< "user", "machine-wide" or "default"
+    QString shown; ///< the value, with secrets masked
+    QString origin; ///< see Config::origin()
 };
 
-/** @p text with the user info of an address in it masked, also where a password broke the address.
- */
+/** @p text with the user info of each address masked, even if a password breaks the address. */
 [[nodiscard]] QString maskPasswords(QString text);
 
-/** All settings, in the order of the keys. */
+/** All settings, in the order of their keys. */
 [[nodiscard]] QVector<EffectiveSetting> effectiveSettings(const Config &config);

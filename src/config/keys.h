@@ -5,7 +5,7 @@
 
 #include <QString>
 
-/** Keys of the settings store, as they stand in the settings file and in the server's document. */
+/** Keys in the settings file and in the configuration service's document; see settingstable.h. */
 namespace keys {
 
 inline const QString hideMouseCursor = QStringLiteral("hideMouseCursor");

@@ -8,11 +8,11 @@
 #include <QTemporaryDir>
 
 /**
- * Puts a copy in the place of the user's settings, so that they can be looked at, and a
- * configuration tried out, while the screen's own files stay as they are. The copy lies in a folder
- * that only its owner can enter, and goes with this object.
+ * Replaces the user's settings by a copy for this process, so that a configuration can be tried and
+ * the screen's own files stay as they are. Only the owner can enter the folder of the copy, which
+ * is removed with this object.
  *
- * To be made before the first access to Config.
+ * Create it before the first access to Config.
  */
 class ScratchSettings
 {
@@ -21,9 +21,9 @@ public:
 
     /** The user's own file; it need not exist. */
     [[nodiscard]] QString fileName() const { return m_fileName; }
-    /** The files behind it that exist, the first counting most. */
+    /** The existing files behind it; the first wins. */
     [[nodiscard]] QStringList filesBehind() const { return m_filesBehind; }
-    /** What would keep the kiosk from reading its settings or keeping changes; empty if nothing. */
+    /** What keeps the kiosk from reading or writing its settings; empty if nothing does. */
     [[nodiscard]] QString problem() const { return m_problem; }
 
 private:

@@ -8,6 +8,8 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <sys/stat.h>
+
 void protectSettingsFile(const QString &path)
 {
     constexpr QFile::Permissions ownerOnly
@@ -30,4 +32,14 @@ void protectSettingsFile(const QString &path)
         qInfo() << "Settings file was open to others, restricted to its owner:" << path;
     else
         qWarning() << "Settings file is open to others and can not be restricted:" << path;
+}
+
+std::pair<quint64, qint64> settingsFileIdentity(const QString &path)
+{
+    struct stat info
+    {
+    };
+    if (stat(QFile::encodeName(path).constData(), &info) != 0)
+        return {};
+    return { info.st_ino, info.st_mtim.tv_sec * 1000000000LL + info.st_mtim.tv_nsec };
 }

@@ -5,10 +5,15 @@
 
 #include <QString>
 
+#include <utility>
+
 /**
  * Makes the settings file @p path readable by its owner alone, since it holds a secret.
  *
- * A file with wider rights is tightened with one log line; a missing folder is made with mode
- * 0700. What can not be done is logged, and the program goes on.
+ * Wider rights are taken away with one log line; a missing folder is created with mode 0700. A
+ * failure is logged, and the program goes on.
  */
 void protectSettingsFile(const QString &path);
+
+/** Inode and modification time of a settings file: they change whenever QSettings replaces it. */
+[[nodiscard]] std::pair<quint64, qint64> settingsFileIdentity(const QString &path);

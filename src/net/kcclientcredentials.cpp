@@ -26,7 +26,7 @@ QNetworkReply *postTokenRequest(QNetworkAccessManager &manager, const QByteArray
                                 const RequestLimits &limits)
 {
     const Config *config = Config::instance();
-    QNetworkRequest request = limitedRequest(QUrl(config->keycloakUrl()), limits);
+    QNetworkRequest request = limitedRequest(config->keycloakUrl(), limits);
     request.setHeader(QNetworkRequest::ContentTypeHeader,
                       QStringLiteral("application/x-www-form-urlencoded"));
     const QString credentials

@@ -4,13 +4,16 @@
 #include "net/plainhttp.h"
 
 #include "config/config.h"
+#include "config/services.h"
 
 #include <QDebug>
 #include <QHostAddress>
 #include <QSet>
 #include <QUrl>
-#include <QVector>
 
+namespace {
+
+/** Whether others can read what is sent to @p url: plain http to another machine. */
 bool isPlainHttpToOthers(const QUrl &url)
 {
     if (url.scheme() != QLatin1String("http"))
@@ -19,19 +22,15 @@ bool isPlainHttpToOthers(const QUrl &url)
     return host != QLatin1String("localhost") && !QHostAddress(host).isLoopback();
 }
 
+} // namespace
+
 void warnOfPlainHttp()
 {
     static QSet<QString> warned;
-    const Config *config = Config::instance();
-    QVector<QUrl> urls { QUrl(config->keycloakUrl()), config->quirlUrl() };
-    if (config->attendanceEnabled())
-        urls.append(config->attendanceLogUrl());
-    if (config->tallyxMode() != Config::TallyxDisabled)
-        urls.append(config->tallyxLogUrl());
-    for (const QUrl &url : qAsConst(urls)) {
-        const QString address
-            = url.toDisplayString(QUrl::RemoveUserInfo | QUrl::RemovePath | QUrl::RemoveQuery);
-        if (!isPlainHttpToOthers(url) || warned.contains(address))
+    for (const Service &service : services(*Config::instance())) {
+        const QString address = service.url.toDisplayString(QUrl::RemoveUserInfo | QUrl::RemovePath
+                                                            | QUrl::RemoveQuery);
+        if (!service.isUsed || !isPlainHttpToOthers(service.url) || warned.contains(address))
             continue;
         warned.insert(address);
         qWarning() << "Tokens and records go over the network unprotected:" << address;

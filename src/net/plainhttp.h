@@ -3,13 +3,8 @@
 
 #pragma once
 
-class QUrl;
-
-/** Whether what is sent to @p url can be read on its way: plain http to another machine. */
-[[nodiscard]] bool isPlainHttpToOthers(const QUrl &url);
-
 /**
- * Warns of each configured address to which tokens or records would go unprotected, once per
- * address and process. GUI thread, at start and whenever the configuration has changed.
+ * Warns of each address to which tokens or records would go unprotected, once per address and
+ * process. For the GUI thread: call it at start and after each change of the configuration.
  */
 void warnOfPlainHttp();

@@ -12,21 +12,18 @@
 #include <QDebug>
 
 #include <cxxabi.h>
-#include <limits>
 #include <utility>
 
 namespace {
 
 uint confirmTimeout()
 {
-    return static_cast<uint>(
-        Config::instance()->intSetting(keys::tallyxConfirmTimeout, 6000, 3000, 30000));
+    return static_cast<uint>(Config::instance()->number(keys::tallyxConfirmTimeout));
 }
 
 uint notificationTimeout()
 {
-    return static_cast<uint>(Config::instance()->intSetting(keys::tallyxNotificationTimeout, 20000,
-                                                            5000, std::numeric_limits<int>::max()));
+    return static_cast<uint>(Config::instance()->number(keys::tallyxNotificationTimeout));
 }
 
 QString textOf(const std::exception_ptr &exception)

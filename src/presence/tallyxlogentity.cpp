@@ -51,7 +51,7 @@ TallyxLogEntity::TallyxLogEntity(quint64 transponderId, Type type, QObject *pare
     , m_type(type)
     , m_time(QDateTime::currentDateTime())
     , m_transponderId(static_cast<qint64>(transponderId))
-    , m_locationId(Config::instance()->intSetting(keys::plenarLocationId, 0, -anyInt, anyInt))
+    , m_locationId(Config::instance()->plenarLocationId())
 {
 }
 

@@ -35,8 +35,7 @@ QNetworkReply *getStatus(QNetworkAccessManager &manager, const TallyxLogEntity &
 {
     const Config *config = Config::instance();
     RequestLimits limits;
-    limits.deadline = std::chrono::milliseconds(
-        config->intSetting(keys::tallyxGetStatusTimeout, 2500, 1000, 30000));
+    limits.deadline = std::chrono::milliseconds(config->number(keys::tallyxGetStatusTimeout));
 
     QUrl url = config->tallyxLogUrl();
     QUrlQuery query(url);

@@ -63,6 +63,8 @@ EventData::EventData(const RequestLimits &limits, QObject *parent)
     connectChecked(manager,
                    SIGNAL(finished(QNetworkReply*)), this, SLOT(readEventData(QNetworkReply*)));
     const Config *config = Config::instance();
+    if (!config->isScheduleDateValid())
+        qWarning() << "Setting" << keys::overrideDateDate << "is no date, showing today";
     const QUrl url = config->eventDataUrl(config->scheduleDate());
     enforceLimits(manager->get(limitedRequest(url, limits)), limits);
 }

@@ -117,12 +117,15 @@ private Q_SLOTS:
         columns<int>("idAtFirst");
         row("from the start", 3);
         row("of a new room", 4);
+        row("of the first room", 0);
     }
 
     void followsTheClockAtTheLocation()
     {
         services().setSchedule(daySoon(800, 60000));
         settings::set("plenarLocationId"_s, at<int>("idAtFirst"));
+        if (at<int>("idAtFirst") == 0)
+            log().expect("Plenar location ID not set"_s);
         LBAPI *api = LBAPI::instance();
         QVERIFY(api->eventData());
         QVERIFY(QSignalSpy(api->config(), &Config::locationChanged).wait());

@@ -1,6 +1,6 @@
 # SPDX-FileCopyrightText: The Lumenboard developers
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""What an operator does from a terminal, without a display, and how the program ends.
+"""The command line, which needs no display, and the end of the program.
 
 Usage: test_commandline.py KIOSK SIMULATOR HANGING_LOOKUP [TEST...]
 """
@@ -24,7 +24,7 @@ HEADLESS = {"QT_QPA_PLATFORM": "offscreen", "QT_QUICK_BACKEND": "software"}
 
 
 def run(*command, **variables):
-    """Status and output of a program without a display."""
+    """Return status and output of a program that has no display."""
     environment = {k: v for k, v in os.environ.items() if k not in ("DISPLAY", "WAYLAND_DISPLAY")}
     done = subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True,
                           timeout=60, check=False, env={**environment, **variables})
@@ -68,13 +68,13 @@ class CommandLine(unittest.TestCase):
         status, text = run(KIOSK, "--check", LD_PRELOAD=HANGING_LOOKUP, **self.settings(
             "clientId=a\nclientSecret=b\n"))
         self.assertRegex(text, "FAILED +token")
-        # Nobody listens there, and nothing but a connection is tried.
+        # No service listens there; the check only tries to connect.
         status, text = check("--set", "attendanceLogUrl=http://127.0.0.1:9/")
         self.assertEqual(status, 1)
         self.assertRegex(text, "FAILED +attendance")
 
     def settings(self, text, mode=0o600):
-        """Variables that lead a program to a settings file of its own."""
+        """Return the environment of a program that reads its settings from this text."""
         folder = tempfile.TemporaryDirectory()
         self.addCleanup(folder.cleanup)
         os.mkdir(f"{folder.name}/Kettlewood")
@@ -98,7 +98,7 @@ class CommandLine(unittest.TestCase):
         self.assertEqual(os.stat(path).st_mode & 0o777, 0o644)
 
     def test_check_judges_by_what_the_service_sets(self):
-        """A new screen has an address for nothing but schedule, tokens and configuration."""
+        """A new screen only knows the addresses of schedule, tokens and configuration."""
         with tempfile.TemporaryDirectory() as home:
             status, text = check("--home", home, "--set", "attendanceLogUrl=http://127.0.0.1:9/", "--set",
                                  "tallyxLogUrl=http://127.0.0.1:9/", *WITHOUT_RECORDS)
@@ -110,7 +110,7 @@ class CommandLine(unittest.TestCase):
                 self.assertNotIn("tallyxMode", file.read())
 
     def run_until(self, text, *options, how=signal.SIGTERM, preload=""):
-        """Runs the kiosk until it has said the text, ends it; its status, its seconds to end, its log."""
+        """Run the kiosk until it logs the text, then end it. Return status, seconds to the end, and log."""
         kiosk = ["/usr/bin/env", "--", f"LD_PRELOAD={preload}", "sh", "-c", 'echo "pid $$"; exec "$0"', KIOSK]
         services = subprocess.Popen([SIMULATOR, "--no-stdin", *options, "--run", *kiosk],
                                     stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True,

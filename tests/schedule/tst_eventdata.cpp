@@ -14,6 +14,17 @@ class TestEventData : public TestCase
     Q_OBJECT
 
 private Q_SLOTS:
+    void fetchesTodayIfTheFixedDayIsNoDate()
+    {
+        services();
+        settings::set("overrideDate"_s, true);
+        settings::set("overrideDateDate"_s, "abc"_s);
+        log().expect("Setting \"overrideDateDate\" is no date, showing today"_s);
+        const EventData data;
+        QVERIFY(QSignalSpy(&data, &EventData::readEventDataFinished).wait());
+        QVERIFY(!data.error());
+    }
+
     void fetchesUnderAnyFault_data()
     {
         columns<Fault, QString>("fault", "message");

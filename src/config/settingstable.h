@@ -1,0 +1,46 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include <QString>
+#include <QVariant>
+#include <QVector>
+
+#include <limits>
+
+/** One row of the table of settings: the only place for a default, a bound or a remote key. */
+struct Setting
+{
+    enum class Type {
+        Flag,
+        Number, ///< clamped into its bounds; the default if the stored value is no number
+        Choice, ///< one of the numbers within the bounds, an enumeration of Config
+        Text,
+        TranslatedText, ///< its default is in the language of the interface
+        Secret, ///< a text that is never shown
+        Url,
+        Path,
+        Date, ///< its default is today
+    };
+
+    /** Where the document of the configuration service has the key. */
+    enum class Remote { No, TopLevel, Settings };
+
+    QString key;
+    Type type;
+    Remote remote;
+    QVariant fixedDefault; ///< use defaultValue(), which knows language and day
+    int minimum = std::numeric_limits<int>::min();
+    int maximum = std::numeric_limits<int>::max();
+    int ifOutOfBounds = 0; ///< what another number counts as; choices only
+    int ifNoNumber = 0; ///< what counts if the stored value does not fit an int; choices only
+
+    [[nodiscard]] QVariant defaultValue() const;
+};
+
+/** All settings, in the order in which a document from the configuration service is applied. */
+[[nodiscard]] const QVector<Setting> &settingsTable();
+
+/** The row of @p key, one of the names in keys.h. Callable from any thread. */
+[[nodiscard]] const Setting &settingOf(const QString &key);
