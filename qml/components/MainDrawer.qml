@@ -5,6 +5,8 @@ import QtQuick 2.15
 import QtQuick.Controls 2.15
 import Lumenboard 1.0
 
+import "../elements"
+
 /** The side menu. */
 Drawer {
     id: root
@@ -52,7 +54,7 @@ Drawer {
         footer: Item {
             implicitHeight: version.implicitHeight + 5
 
-            Label {
+            PlainLabel {
                 id: version
 
                 anchors {
@@ -62,7 +64,6 @@ Drawer {
                     bottomMargin: 5
                 }
                 text: "v" + Qt.application.version
-                textFormat: Text.PlainText
             }
         }
     }

@@ -9,6 +9,7 @@ import QtQuick.Controls.Material 2.15
 import QtQuick.Window 2.15
 
 import "../common"
+import "../elements"
 
 /** One of the extra buttons below a notification. */
 Item {
@@ -85,7 +86,7 @@ Item {
                     sourceSize: Qt.size(control.icon.width, control.icon.height)
                 }
 
-                Label {
+                PlainLabel {
                     id: label
 
                     color: {
@@ -95,7 +96,6 @@ Item {
                     }
                     font: control.font
                     text: root.button ? root.button.text : ""
-                    textFormat: Text.PlainText
                 }
             }
         }

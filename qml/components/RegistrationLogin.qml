@@ -4,6 +4,8 @@
 import QtQuick 2.15
 import QtQuick.Controls 2.15
 
+import "../elements"
+
 /** The way to register at the screen: name and password, on the on-screen keyboard. */
 Grid {
     id: root
@@ -45,11 +47,10 @@ Grid {
         width: root.columnWidth
         spacing: 8
 
-        Label {
+        PlainLabel {
             id: heading
 
             text: qsTr("Login")
-            textFormat: Text.PlainText
         }
 
         LoginField {
@@ -70,11 +71,9 @@ Grid {
             onAccepted: registerButton.submit()
         }
 
-        Label {
+        PlainLabel {
             width: parent.width
             text: root.message === "" ? qsTr("Please login with your DeskHub account.") : root.message
-            textFormat: Text.PlainText
-            wrapMode: Text.Wrap
         }
 
         Button {
@@ -99,11 +98,9 @@ Grid {
         spacing: 16
         visible: root.offersQrCode
 
-        Label {
+        PlainLabel {
             width: parent.width
             text: qsTr("Alternatively, you can push the button below to scan a QR code and login online.")
-            textFormat: Text.PlainText
-            wrapMode: Text.Wrap
         }
 
         Button {

@@ -4,6 +4,8 @@
 import QtQuick 2.15
 import QtQuick.Controls 2.15
 
+import "../elements"
+
 /** The way to register by phone: a QR code that leads to the log-in. */
 Column {
     id: root
@@ -42,23 +44,19 @@ Column {
         }
     }
 
-    Label {
+    PlainLabel {
         id: hint
 
         width: parent.width
         horizontalAlignment: Text.AlignHCenter
         text: qsTr("Please scan the QR code and visit the contained web address.")
-        textFormat: Text.PlainText
-        wrapMode: Text.Wrap
     }
 
-    Label {
+    PlainLabel {
         width: parent.width
         horizontalAlignment: Text.AlignHCenter
         text: qsTr("Alternatively, you can push the button below to login using an on-screen keyboard.")
-        textFormat: Text.PlainText
         visible: root.offersKeyboard
-        wrapMode: Text.Wrap
     }
 
     Button {
