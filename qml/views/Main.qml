@@ -44,6 +44,20 @@ Page {
         }
     }
 
+    // The views that can be left say so; a start view has no such signals.
+    Connections {
+        ignoreUnknownSignals: true
+        target: stackView.currentItem
+
+        function onBackWanted() {
+            root.pop();
+        }
+
+        function onResetWanted() {
+            root.reset();
+        }
+    }
+
     StackView {
         id: stackView
 
