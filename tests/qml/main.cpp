@@ -31,12 +31,9 @@ extern "C" const char *__lsan_default_suppressions() // NOLINT(bugprone-reserved
 class Bench : public QObject
 {
     Q_OBJECT
-    Q_PROPERTY(int requestCount READ requestCount)
 
 public:
     Bench() { prepareEnvironment(); }
-
-    [[nodiscard]] int requestCount() const { return m_simulator->requestCount(Route::Schedule); }
 
     /** Address of something that would be counted as a request. */
     Q_INVOKABLE [[nodiscard]] QString countedUrl() const
