@@ -11,12 +11,12 @@ import "../elements"
 Drawer {
     id: root
 
-    /// the stack that menu entries push their views on
+    /// the stack on which menu entries push their views
     property StackView stackView
 
     width: parent.width / 3
     height: parent.height
-    // The style dims a dark page with a light veil.
+    // The dark style would dim the page with a light colour.
     Overlay.modal: Rectangle {
         color: "#99000000"
     }
@@ -38,7 +38,7 @@ Drawer {
                 objectName: "registerTransponder"
                 enabled: root.stackView !== null && root.stackView.depth === 1
                 font {
-                    // The style's capitals make "SS" of "ß", or worse.
+                    // The style's capitals would turn "ß" into "SS".
                     capitalization: Font.MixedCase
                     pointSize: 2 * Qt.application.font.pointSize
                 }

@@ -6,7 +6,7 @@ import QtQuick.Controls 2.15
 
 import "../elements"
 
-/** The way to register by phone: a QR code that leads to the log-in. */
+/** The log-in on a phone: a QR code with its address. */
 Column {
     id: root
 
@@ -14,9 +14,9 @@ Column {
     property real size: 200
     /// address of the code's image
     property url source
-    /// whether the person can log in at the screen instead
+    /// the person can log in on this screen instead
     property bool offersKeyboard: true
-    /// the image can not be had
+    /// the image could not be loaded
     readonly property bool hasFailed: image.status === Image.Error
 
     signal keyboardWanted
@@ -39,7 +39,7 @@ Column {
             }
             fillMode: Image.PreserveAspectFit
             source: root.source
-            // Whatever the service sends: no more is decoded than can be seen.
+            // Decode no more than is visible, however large the image is.
             sourceSize: Qt.size(width, height)
         }
     }

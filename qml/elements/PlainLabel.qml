@@ -4,7 +4,7 @@
 import QtQuick 2.15
 import QtQuick.Controls 2.15
 
-/** A label in the style's font and colours that shows its text as it is, never as markup. */
+/** A label that wraps its text and shows it as it is, never as markup. */
 Label {
     textFormat: Text.PlainText
     wrapMode: Text.Wrap
