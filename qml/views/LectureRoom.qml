@@ -99,7 +99,7 @@ FocusScope {
         xstyle: Style.eoLocationName
     }
 
-    ListView {
+    EventList {
         id: eventList
 
         objectName: "eventList"
@@ -110,43 +110,8 @@ FocusScope {
             bottom: asOf.top
         }
         width: parent.width / 3
-        clip: true
         model: root.events
-        section {
-            property: "startDateStr"
-            delegate: Item {
-                required property string section
-
-                width: eventList.width
-                height: heading.implicitHeight + 10
-
-                CenteredText {
-                    id: heading
-
-                    anchors.bottom: parent.bottom
-                    text: parent.section
-                    xstyle: Style.eoSection
-                }
-            }
-        }
-        delegate: EventSummary {
-            required property int index
-            required property var modelData
-
-            bgColor: index % 2 === 0 ? Style.list.cEven : Style.list.cOdd
-            event: modelData
-
-            MouseArea {
-                anchors.fill: parent
-                onClicked: carousel.open(parent.index)
-            }
-        }
-
-        VScrollbar {
-            moving: eventList.moving
-            visibleAreaRatio: eventList.visibleArea.heightRatio
-            visibleAreaY: eventList.visibleArea.yPosition
-        }
+        onTapped: carousel.open(index)
     }
 
     CenteredText {
