@@ -30,7 +30,7 @@ LumenboardCase {
         ];
     }
 
-    /** Whatever comes from outside is text: nothing of it is interpreted, and nothing fetched for it. */
+    /** Texts from outside are never interpreted as markup, and nothing is fetched for them. */
     function test_markupIsShownAsItIs(data) {
         const text = hostile.replace(/</g, "&lt;");
         bench.set("locationName", hostile);
