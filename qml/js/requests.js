@@ -4,8 +4,8 @@
 .import Lumenboard 1.0 as Lumenboard
 
 /**
- * @p text as the log may have it: without the token, and cut to a length fit for a line. The response to
- * a password is left out altogether, since it could echo the password in any spelling.
+ * Makes @p text fit for the log: without the token, and no longer than a line should be. The response
+ * to a password is left out altogether, since it could echo the password in any spelling.
  */
 function masked(text, token, hasPassword) {
     if (hasPassword)

@@ -46,10 +46,12 @@ Page {
         hasQrCodeFailed: qrView.hasFailed
         request: (path, method, body, onLoad, onError) => Requests.request(root.endpoint + path, method, body, onLoad, onError, busy)
         useKeyboard: (root.config.tpRegModeVK && root.config.preferredTpRegMode === LBConfig.TpRegVK) || !root.config.tpRegModeQR
-        onLoginAnswered: if (hasLoginError)
-            login.clearPassword();
-        else
-            login.clear()
+        onLoginAnswered: {
+            if (hasLoginError)
+                login.clearPassword();
+            else
+                login.clear();
+        }
         onRequestErrorChanged: if (requestError)
             login.clearPassword()
     }
