@@ -80,9 +80,8 @@ QtObject {
 
     /** The JSON object of a response; any other content counts as a failed request. */
     function objectOf(result) {
-        const data = result.data;
-        if (data !== null && typeof data === "object" && !Array.isArray(data))
-            return data;
+        if (result.data !== null && typeof result.data === "object")
+            return result.data;
         requestError = result;
         return null;
     }
