@@ -141,8 +141,8 @@ public Q_SLOTS:
 private:
     std::unique_ptr<Simulator> m_simulator;
     Translations m_translations;
-    FencedNetworkAccessManagerFactory m_network { RequestLimits { std::chrono::milliseconds(300),
-                                                                  std::chrono::seconds(1) } };
+    FencedNetworkAccessManagerFactory m_network { RequestLimits { std::chrono::seconds(1),
+                                                                  std::chrono::seconds(2) } };
     QStringList m_warnings;
 };
 
