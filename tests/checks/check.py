@@ -85,7 +85,7 @@ def translations():
 
 
 # Of what a person sees: a property or an assignment, and its value.
-VISIBLE = r"\b(?:text|title|placeholderText|message|property string \w+)\"?\s*(?::|\+?=)\s*(\{[^}]*\}|[^=\n].*)"
+VISIBLE = r"\b(?:text|title|heading|placeholderText|message|property string \w+)\"?\s*(?::|\+?=)\s*(\{[^}]*\}|[^=\n].*)"
 STRING = r'"(?:\\.|[^"\\])*"'
 
 
@@ -101,7 +101,7 @@ def qml_objects(path, text):
 
 
 def markup(sources):
-    """Complains of texts that neither themselves nor by their component's definition are plain."""
+    """Complains of texts that are not plain, by themselves or by the components they derive from."""
     objects = {path: list(qml_objects(path, text)) for path, text in sources.items()}
 
     def components(found):
