@@ -4,13 +4,13 @@
 .pragma library
 .import Lumenboard 1.0 as Lumenboard
 
-// How the size of a FontStyle is meant.
+// Units of the size of a FontStyle.
 var NoSize = 0;
 var PxSize = 1;
-var PtSize = 2; // sets pixels all the same
+var PtSize = 2; // sets pixels, too
 var RelSize = 3; // times the configured base size, in points
 
-/** A font to be applied to a font property: size, weight (or undefined) and further members. */
+/** Values for a font property: size, weight (or undefined) and further members. */
 function FontStyle(size, sizeType, weight, props) {
     this.size = size;
     this.sizeType = sizeType;
@@ -34,7 +34,7 @@ FontStyle.prototype.apply = function(font) {
         font[key] = this.props[key];
 };
 
-/** A colour and a FontStyle to be applied to a text item; either may be left out. */
+/** A colour and a FontStyle for a text item; either may be left out. */
 function TextStyle(color, font) {
     this.color = color;
     this.font = font;

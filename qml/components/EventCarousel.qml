@@ -5,7 +5,7 @@ import QtQuick 2.15
 
 import "../common"
 
-/** All events at large, one a page, to be swiped; a tap anywhere closes it. */
+/** All events in large type, one per page: a swipe turns the page, a tap anywhere closes it. */
 Item {
     id: root
 
@@ -18,12 +18,12 @@ Item {
         state = "shown";
     }
 
-    /** Id of the event that is read, -1 if none is. */
+    /** Id of the event on the open page, -1 if the carousel is closed. */
     function currentId(): int {
         return shown && pages.currentIndex >= 0 ? events[pages.currentIndex].id : -1;
     }
 
-    /** Stays at the event with @p id among new events; one that is gone closes the carousel. */
+    /** Finds the event with @p id again among new events, or closes the carousel if it is gone. */
     function keep(id: int) {
         if (!shown)
             return;
@@ -45,7 +45,7 @@ Item {
     scale: 0
     visible: opacity > 0
 
-    // Whoever taps beside the carousel means to close it, and not what lies below.
+    // A tap beside the carousel is meant to close it, not for what lies below.
     MouseArea {
         anchors {
             fill: parent

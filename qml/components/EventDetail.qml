@@ -7,24 +7,24 @@ import Lumenboard 1.0
 import "../common"
 import "../elements"
 
-/** One event at large: everything that is known of it, the description to be scrolled. */
+/** All that is known about one event in large type, with a description that can be scrolled. */
 Item {
     id: root
 
-    /// the LBEvent, or null: then nothing is shown
+    /// the LBEvent; null shows nothing
     property var event
     property bool showDate: true
     property alias bgColor: background.color
     property alias bgOpacity: background.opacity
     property int contentMargin: 5
-    /// room that the lines above the description may take before they are shortened, px
+    /// height that the lines above the description may take before they are cut, px
     readonly property real roomAbove: content.height * 0.9
 
     signal tapped
 
-    /** Lines of @p item's font that fit into @p share of the room; never less than one. */
+    /** How many lines in @p item's font fit into @p share of roomAbove; at least one. */
     function linesWithin(item: Item, share: real): int {
-        // Not by fontInfo, which announces itself from within the layout that this decides on.
+        // Not by fontInfo: it changes during the layout that depends on this.
         return Math.max(1, Math.floor(roomAbove * share / (item.font.pixelSize * 1.25)));
     }
 
@@ -111,7 +111,7 @@ Item {
                 horizontalCenter: parent.horizontalCenter
             }
             width: description.width
-            // Whole lines only: half a line at the lower edge looks like a fault.
+            // Whole lines only: half a line at the lower edge looks broken.
             height: Math.min(contentHeight, Math.floor(room / lineHeight) * lineHeight)
             clip: true
             visible: height > 0
@@ -128,7 +128,7 @@ Item {
                 xstyle: Style.edDescription
             }
 
-            // Measured apart: a text that is as wide as itself never comes to rest.
+            // Measured apart: a width bound to the implicit width would loop.
             StyledText {
                 id: natural
 

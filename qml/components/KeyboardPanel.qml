@@ -17,7 +17,7 @@ InputPanel {
 
     Component.onCompleted: {
         VirtualKeyboardSettings.locale = "de_DE";
-        // No other to change to: whoever comes next would have to find the way back.
+        // No other language to switch to: the next person would have to find the way back.
         VirtualKeyboardSettings.activeLocales = ["de_DE"];
     }
 

@@ -5,16 +5,18 @@ import QtQuick 2.15
 import QtQuick.Controls 2.15
 import Lumenboard 1.0
 
+import "../elements"
+
 /** The side menu. */
 Drawer {
     id: root
 
-    /// the stack that menu entries push their views on
+    /// the stack on which menu entries push their views
     property StackView stackView
 
     width: parent.width / 3
     height: parent.height
-    // The style dims a dark page with a light veil.
+    // The dark style would dim the page with a light colour.
     Overlay.modal: Rectangle {
         color: "#99000000"
     }
@@ -36,7 +38,7 @@ Drawer {
                 objectName: "registerTransponder"
                 enabled: root.stackView !== null && root.stackView.depth === 1
                 font {
-                    // The style's capitals make "SS" of "ß", or worse.
+                    // The style's capitals would turn "ß" into "SS".
                     capitalization: Font.MixedCase
                     pointSize: 2 * Qt.application.font.pointSize
                 }
@@ -52,7 +54,7 @@ Drawer {
         footer: Item {
             implicitHeight: version.implicitHeight + 5
 
-            Label {
+            PlainLabel {
                 id: version
 
                 anchors {
@@ -62,7 +64,6 @@ Drawer {
                     bottomMargin: 5
                 }
                 text: "v" + Qt.application.version
-                textFormat: Text.PlainText
             }
         }
     }

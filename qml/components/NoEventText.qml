@@ -6,7 +6,7 @@ import QtQuick 2.15
 import "../common"
 import "../elements"
 
-/** What stands in the place of an event when there is none. */
+/** The text that takes the place of an event when there is none. */
 StyledText {
     elide: Text.ElideRight
     horizontalAlignment: Text.AlignHCenter

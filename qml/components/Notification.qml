@@ -8,7 +8,7 @@ import Lumenboard 1.0
 import "../common"
 import "../elements"
 
-/** The card of one notification: icon, texts, controls, and below them its extra buttons. */
+/** One notice: icon, texts and controls, and the extra buttons below them. */
 Item {
     id: root
 
@@ -17,10 +17,10 @@ Item {
     property alias bgColor: background.color
     /// edge length of the side controls, px
     property int buttonSize: 75
-    /// see the timer below
+    /// see the first timer, px
     property int extraHeight: 0
 
-    /// follows the layout by assignment: a binding would run in circles with wrapped texts
+    /// the layout's implicit height; assigned, since a binding would loop with wrapped texts
     property real layoutHeight: 0
 
     readonly property bool isLoading: Boolean(notification) && notification.type === LBNotification.LOADING
@@ -28,15 +28,15 @@ Item {
     height: layoutHeight + extraHeight
     onYChanged: moved.restart()
 
-    // The list keeps the height from before the last layout pass of a card that is just being
-    // added; a pixel more makes it lay the card out again once the add transition is over.
+    // The list keeps the height that a new notice had before its last layout pass. One more pixel
+    // makes the list lay it out again once the add transition is over.
     Timer {
         interval: Style.notifications.td + 20
         running: true
         onTriggered: root.extraHeight += 1
     }
 
-    // A card that has just been moved by another one lies under a finger that meant its neighbour.
+    // A notice that another one has just moved may lie under a finger that meant its neighbour.
     Timer {
         id: moved
 
@@ -119,7 +119,7 @@ Item {
                 id: buttonRow
 
                 anchors.centerIn: parent
-                // Rather smaller than cut off: what is on a button has to be read before it is pressed.
+                // Shrink rather than cut: people have to read a button before they press it.
                 scale: Math.min(1, (root.width - 2 * 8) / Math.max(1, width))
                 spacing: 24
 

@@ -8,7 +8,7 @@ import QtQuick.Layouts 1.15
 
 import "../elements"
 
-/** The controls at the side of a notification card, each made only when it applies. */
+/** The controls at the side of a notice; all but the first exist only while they apply. */
 ColumnLayout {
     id: root
 

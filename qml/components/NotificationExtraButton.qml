@@ -9,14 +9,15 @@ import QtQuick.Controls.Material 2.15
 import QtQuick.Window 2.15
 
 import "../common"
+import "../elements"
 
-/** One of the extra buttons below a notification. */
+/** One of the extra buttons of a notice. */
 Item {
     id: root
 
     /// the LBNotificationButton
     property QtObject button
-    /// as high as the letters beside it, px
+    /// the height of the text beside it, px
     readonly property real iconSize: control.font.pointSize * Screen.logicalPixelDensity * 25.4 / 72
 
     signal pressedWhenEnabled
@@ -58,7 +59,7 @@ Item {
         id: control
 
         anchors.fill: parent
-        // Highlighted but disabled shows what was chosen: full colours, no effect.
+        // A disabled button that is highlighted shows a choice: in full colours, but without effect.
         enabled: Boolean(root.button) && (root.button.enabled || root.button.highlighted)
         font.pointSize: 3 * Qt.application.font.pointSize
         highlighted: Boolean(root.button) && root.button.highlighted
@@ -67,7 +68,7 @@ Item {
             width: root.iconSize
             height: root.iconSize
         }
-        // Shown by a content of its own: a button takes its text for markup where it looks like some.
+        // A content item of its own, because that of Button would interpret markup in the text.
         contentItem: Item {
             implicitWidth: content.width
             implicitHeight: content.height
@@ -85,7 +86,7 @@ Item {
                     sourceSize: Qt.size(control.icon.width, control.icon.height)
                 }
 
-                Label {
+                PlainLabel {
                     id: label
 
                     color: {
@@ -95,7 +96,6 @@ Item {
                     }
                     font: control.font
                     text: root.button ? root.button.text : ""
-                    textFormat: Text.PlainText
                 }
             }
         }

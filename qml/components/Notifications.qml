@@ -7,7 +7,7 @@ import Lumenboard 1.0
 
 import "../common"
 
-/** The live notifications, newest at the top, in a panel that leaves the rest of the screen usable. */
+/** The live notices, newest at the top, in a panel that leaves the rest of the screen usable. */
 Drawer {
     id: root
 
@@ -18,7 +18,7 @@ Drawer {
     edge: Qt.RightEdge
     interactive: false
     modal: false
-    // It slides, but is there with its first frame: whoever holds up a card looks for an answer.
+    // Slide in, but show something in the first frame: a person with a card waits for a response.
     enter: Transition {
         NumberAnimation {
             property: "position"
@@ -28,7 +28,7 @@ Drawer {
             easing.type: Easing.OutCubic
         }
     }
-    z: 1 // above the menu: a countdown goes on while that is open
+    z: 1 // above the menu: countdowns go on while it is open
     visible: LBAPI.notifications.length > 0
     background: Rectangle {
         color: Style.main.notificationsBg
@@ -45,7 +45,7 @@ Drawer {
         ListView {
             model: LBAPI.notifications
             spacing: 6
-            // Whoever comes next has to see what is new, wherever the last one scrolled to.
+            // The next person has to see what is new, wherever the last one scrolled to.
             onCountChanged: if (!moving)
                 positionViewAtBeginning()
             delegate: Notification {

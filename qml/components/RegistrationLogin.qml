@@ -4,19 +4,21 @@
 import QtQuick 2.15
 import QtQuick.Controls 2.15
 
-/** The way to register at the screen: name and password, on the on-screen keyboard. */
+import "../elements"
+
+/** The log-in on this screen: user name and password, typed on the on-screen keyboard. */
 Grid {
     id: root
 
     /// px
     property real columnWidth: 300
-    /// both columns side by side are no wider than this, px
+    /// the columns stand below each other if they do not fit into this width, px
     property real maximumWidth: 600
     /// a request is under way
     property bool isBusy: false
-    /// what the service says of the last try; empty before one
+    /// the response to the last try; empty before the first
     property string message
-    /// whether the person can use a phone instead
+    /// the person can use a phone instead
     property bool offersQrCode: true
     /// the field that is typed into, or null
     readonly property Item focusedField: username.activeFocus ? username : password.activeFocus ? password : null
@@ -25,11 +27,11 @@ Grid {
     signal qrCodeWanted
 
     function clear() {
-        username.text = ""; // unlike clear() nothing remembers what was there
+        username.text = ""; // unlike clear(), this leaves nothing to undo
         password.text = "";
     }
 
-    /** For another try. */
+    /** Prepares another try. */
     function clearPassword() {
         password.text = "";
         if (visible)
@@ -45,11 +47,10 @@ Grid {
         width: root.columnWidth
         spacing: 8
 
-        Label {
+        PlainLabel {
             id: heading
 
             text: qsTr("Login")
-            textFormat: Text.PlainText
         }
 
         LoginField {
@@ -70,11 +71,9 @@ Grid {
             onAccepted: registerButton.submit()
         }
 
-        Label {
+        PlainLabel {
             width: parent.width
             text: root.message === "" ? qsTr("Please login with your DeskHub account.") : root.message
-            textFormat: Text.PlainText
-            wrapMode: Text.Wrap
         }
 
         Button {
@@ -99,11 +98,9 @@ Grid {
         spacing: 16
         visible: root.offersQrCode
 
-        Label {
+        PlainLabel {
             width: parent.width
             text: qsTr("Alternatively, you can push the button below to scan a QR code and login online.")
-            textFormat: Text.PlainText
-            wrapMode: Text.Wrap
         }
 
         Button {

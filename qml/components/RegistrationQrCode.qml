@@ -4,7 +4,9 @@
 import QtQuick 2.15
 import QtQuick.Controls 2.15
 
-/** The way to register by phone: a QR code that leads to the log-in. */
+import "../elements"
+
+/** The log-in on a phone: a QR code with its address. */
 Column {
     id: root
 
@@ -12,9 +14,9 @@ Column {
     property real size: 200
     /// address of the code's image
     property url source
-    /// whether the person can log in at the screen instead
+    /// the person can log in on this screen instead
     property bool offersKeyboard: true
-    /// the image can not be had
+    /// the image could not be loaded
     readonly property bool hasFailed: image.status === Image.Error
 
     signal keyboardWanted
@@ -37,28 +39,24 @@ Column {
             }
             fillMode: Image.PreserveAspectFit
             source: root.source
-            // Whatever the service sends: no more is decoded than can be seen.
+            // Decode no more than is visible, however large the image is.
             sourceSize: Qt.size(width, height)
         }
     }
 
-    Label {
+    PlainLabel {
         id: hint
 
         width: parent.width
         horizontalAlignment: Text.AlignHCenter
         text: qsTr("Please scan the QR code and visit the contained web address.")
-        textFormat: Text.PlainText
-        wrapMode: Text.Wrap
     }
 
-    Label {
+    PlainLabel {
         width: parent.width
         horizontalAlignment: Text.AlignHCenter
         text: qsTr("Alternatively, you can push the button below to login using an on-screen keyboard.")
-        textFormat: Text.PlainText
         visible: root.offersKeyboard
-        wrapMode: Text.Wrap
     }
 
     Button {

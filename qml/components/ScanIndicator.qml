@@ -4,13 +4,13 @@
 import QtQuick 2.15
 import QtGraphicalEffects 1.15
 
-/** The picture of a card that is read, in the colour of how it goes: "scanning", "good", "bad". */
+/** The symbol of a card reader; its state "scanning", "good", "bad" or "" gives the colour. */
 Item {
     id: root
 
     /// edge length, px
     property real size: 100
-    /// of one way of the pulse while scanning, ms
+    /// half a period of the pulse while scanning, ms
     property int pulseDuration: 500
     property color tint: state === "good" ? "#aaffaa" : state === "bad" ? "#ffaaaa" : "#aaaaff"
 

@@ -6,7 +6,7 @@ import QtQuick 2.15
 import "../common"
 import "../elements"
 
-/** An underlined heading of the schedule view that makes room for what covers it. */
+/** An underlined heading of the schedule view that can fade out of the way. */
 CenteredText {
     id: root
 

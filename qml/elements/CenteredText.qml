@@ -8,7 +8,7 @@ StyledText {
     id: root
 
     width: parent ? parent.width : 0
-    // Undefined is the height of the text: a number here would make the text elide itself to it.
+    // Undefined leaves the height to the text; any number would make the text elide to it.
     height: text === "" ? 0 : undefined
     visible: text !== ""
     elide: Text.ElideRight

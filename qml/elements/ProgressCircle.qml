@@ -3,7 +3,7 @@
 
 import QtQuick 2.15
 
-/** An arc that shows how much of a span is reached. */
+/** An arc that shows how far currentValue has come between minValue and maxValue. */
 Canvas {
     id: root
 

@@ -3,7 +3,7 @@
 
 import QtQuick 2.15
 
-/** A text in one of the styles of Style; its content is never taken for markup. */
+/** A text in one of the styles of Style, shown as it is, never as markup. */
 Text {
     id: root
 

@@ -3,7 +3,7 @@
 
 import QtQuick 2.15
 
-/** A slim bar at the right edge of its parent that shows which part of a list is seen. */
+/** A slim bar at the right edge of its parent that shows which part of a list is visible. */
 Item {
     id: root
 
@@ -13,7 +13,7 @@ Item {
     property real visibleAreaY: 0
     /// height of the visible part, 0..1
     property real visibleAreaRatio: 1
-    /// the bar is seen only while the list moves
+    /// the list is moving; the bar is visible only then
     property bool moving: false
 
     width: 10

@@ -4,8 +4,8 @@
 .import Lumenboard 1.0 as Lumenboard
 
 /**
- * @p text for the log: without the token, and no longer than a line should be. What answers a password
- * is not shown at all: an echo of it may be spelt in more ways than could be looked for.
+ * Makes @p text fit for the log: without the token, and no longer than a line should be. The response
+ * to a password is left out altogether, since it could echo the password in any spelling.
  */
 function masked(text, token, hasPassword) {
     if (hasPassword)
@@ -15,9 +15,9 @@ function masked(text, token, hasPassword) {
 }
 
 /**
- * Asks a service with the current access token, and with a body as JSON if there is one. The answer
- * comes as {status, statusText, data}, where data is null if it is no JSON: to onLoad with a status
- * of success, else to onError. Neither is called after cancel() of what is returned.
+ * Sends a request with the current access token, and with @p body as JSON if there is one. The result
+ * {status, statusText, data} goes to onLoad if the status is 200 to 399, to onError otherwise; data is
+ * null if the response is not JSON. Returns an object with cancel(), after which neither is called.
  */
 function request(url, method, body, onLoad, onError, busyIndicator) {
     const token = Lumenboard.LBAPI.accessToken;

@@ -8,16 +8,16 @@ import "../common"
 import "../components"
 import "../elements"
 
-/** The schedule view: what runs now, what comes next, and the list of the room's day. */
+/** The schedule view: the current event, the next one, and all events of the room's day. */
 FocusScope {
     id: root
 
     readonly property LBEventLocation location: LBAPI.config.plenarLocation
-    /// the location's events, announced anew only with the location itself: a model that is set
-    /// again takes the list and the carousel back to their start under a visitor's finger
+    /// the location's events, assigned only when the location changes: a new model takes the list
+    /// and the carousel back to their start under a visitor's finger
     property var events: []
 
-    // Fresh data may come while somebody scrolls or reads: the place stays, and the page too.
+    // Fresh data may come while somebody scrolls or reads: keep the position and the open page.
     onLocationChanged: {
         const place = eventList.contentY;
         const shownId = carousel.currentId();
@@ -99,7 +99,7 @@ FocusScope {
         xstyle: Style.eoLocationName
     }
 
-    ListView {
+    EventList {
         id: eventList
 
         objectName: "eventList"
@@ -110,43 +110,8 @@ FocusScope {
             bottom: asOf.top
         }
         width: parent.width / 3
-        clip: true
         model: root.events
-        section {
-            property: "startDateStr"
-            delegate: Item {
-                required property string section
-
-                width: eventList.width
-                height: heading.implicitHeight + 10
-
-                CenteredText {
-                    id: heading
-
-                    anchors.bottom: parent.bottom
-                    text: parent.section
-                    xstyle: Style.eoSection
-                }
-            }
-        }
-        delegate: EventSummary {
-            required property int index
-            required property var modelData
-
-            bgColor: index % 2 === 0 ? Style.list.cEven : Style.list.cOdd
-            event: modelData
-
-            MouseArea {
-                anchors.fill: parent
-                onClicked: carousel.open(parent.index)
-            }
-        }
-
-        VScrollbar {
-            moving: eventList.moving
-            visibleAreaRatio: eventList.visibleArea.heightRatio
-            visibleAreaY: eventList.visibleArea.yPosition
-        }
+        onTapped: carousel.open(index)
     }
 
     CenteredText {

@@ -19,7 +19,7 @@ Page {
         stackView.pop();
     }
 
-    /** Back to the start view, as whoever comes next expects it. */
+    /** Back to the start view, for the next person. */
     function reset() {
         LBAPI.scanTransponder = false;
         if (drawer.item)
@@ -44,6 +44,20 @@ Page {
         }
     }
 
+    // The views that can be left say so; a start view has no such signals.
+    Connections {
+        ignoreUnknownSignals: true
+        target: stackView.currentItem
+
+        function onBackWanted() {
+            root.pop();
+        }
+
+        function onResetWanted() {
+            root.reset();
+        }
+    }
+
     StackView {
         id: stackView
 
@@ -56,8 +70,8 @@ Page {
         initialItem: Qt.resolvedUrl(root.config.initialItem)
         onCurrentItemChanged: if (currentItem)
             currentItem.forceActiveFocus()
-        // No start view has a text field, and the keyboard is by far the dearest item of the
-        // page: it comes with the first view that is pushed, before any field can take focus.
+        // The keyboard is by far the most expensive item of the page, and no start view has a text
+        // field. Load it with the first view that is pushed, before any field can take focus.
         onDepthChanged: if (depth > 1)
             keyboard.load()
     }
@@ -80,8 +94,8 @@ Page {
         }
     }
 
-    // Loaded by address and not by type: a type is compiled, with all that it imports, together
-    // with this file, and the first frame would wait for it.
+    // Loaded by URL: a type would be compiled with this file, together with all that it imports,
+    // and the first frame would wait for it.
     Loader {
         id: drawer
 
@@ -94,8 +108,7 @@ Page {
         }
     }
 
-    // Not needed for the first frame, but a swipe from the edge and a card have to find them soon
-    // after.
+    // Not needed for the first frame, but soon after it for a swipe from the edge and for a card.
     Timer {
         interval: 1000
         running: true

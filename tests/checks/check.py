@@ -85,21 +85,48 @@ def translations():
 
 
 # Of what a person sees: a property or an assignment, and its value.
-VISIBLE = r"\b(?:text|title|placeholderText|message|property string \w+)\"?\s*(?::|\+?=)\s*(\{[^}]*\}|[^=\n].*)"
+VISIBLE = r"\b(?:text|title|heading|placeholderText|message|property string \w+)\"?\s*(?::|\+?=)\s*(\{[^}]*\}|[^=\n].*)"
 STRING = r'"(?:\\.|[^"\\])*"'
+
+
+def qml_objects(path, text):
+    """Each object of a QML file: its line, type, the component that it defines, its own text format."""
+    for found in re.finditer(r"\b(?:component (\w+): )?([A-Z]\w*) \{", text):
+        line = text.count("\n", 0, found.start())
+        indent = re.match(" *", text.split("\n")[line])[0]
+        content = re.match(rf".*(?:\n{indent} .*|\n)*", text[found.end():])[0]
+        # The object's own properties are in its first line or indented by one step.
+        own = re.search(rf"(?:\A.*|\n{indent}    )\btextFormat: (?:\w+\.)?(\w+)", content)
+        yield line + 1, found[2], found[1] or (None if indent else path.stem), own and own[1]
+
+
+def markup(sources):
+    """Complains of texts that are not plain, by themselves or by the components they derive from."""
+    objects = {path: list(qml_objects(path, text)) for path, text in sources.items()}
+
+    def components(found):
+        return {name: (kind, shown) for _, kind, name, shown in found if name}
+
+    shared = components(each for found in objects.values() for each in found)
+    for path, found in objects.items():
+        for line, kind, _, shown in found:
+            known = {**shared, **components(found)}
+            while kind in known:
+                kind, inherited = known.pop(kind)  # a component may have the name of its base
+                shown = shown or inherited
+            if kind in ("Text", "Label", "TextArea", "TextEdit") and shown != "PlainText":
+                yield f"{path}:{line}: markup would be interpreted"
 
 
 @check
 def qml_texts():
-    for path in sorted(files("qml", suffixes={".qml"})):
-        text = re.sub(r"(?<!:)//.*", "", (ROOT / path).read_text())
+    sources = {path: re.sub(r"(?<!:)//.*", "", (ROOT / path).read_text())
+               for path in sorted(files("qml", suffixes={".qml"}))}
+    yield from markup(sources)
+    for path, text in sources.items():
         line = lambda match: 1 + text.count("\n", 0, match.start())
         for found in re.finditer(r"\bconsole\.\w+", text):
             yield f"{path}:{line(found)}: {found[0]}"
-        # The first line of the object; what belongs to it is indented deeper.
-        for found in re.finditer(r"^( *)(?:\w+: )?(?:Text|Label|TextArea|TextEdit) \{\n(?:\1 .*\n|\n)*", text, re.M):
-            if not re.search(r"\btextFormat: \w+\.PlainText\b", found[0]):
-                yield f"{path}:{line(found)}: markup would be interpreted"
         for found in re.finditer(VISIBLE, text):
             # Format strings of the locale are no words, nor are escapes and single letters.
             rest = re.sub(r"(qsTr|toLocale\w+|formatDateTime)\([^)]*\)", "", found[1])

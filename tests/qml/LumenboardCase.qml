@@ -4,11 +4,11 @@
 import QtQuick 2.15
 import QtTest 1.15
 
-/** A test case with room for what it tests, that fails on any complaint of the engine. */
+/** A test case that creates the program's components and fails on any warning of the engine. */
 TestCase {
     id: root
 
-    /** An object of one of the program's files, until the end of the test. */
+    /** An object of one of the program's files that lives until the end of the test. */
     function make(file, properties, parent) {
         const component = Qt.createComponent("qrc:/qml/" + file);
         compare(component.errorString(), "");
@@ -35,13 +35,13 @@ TestCase {
         return item.lineCount !== undefined && item.text !== "";
     }
 
-    /** What can be read at or below @p item, from top to bottom. */
+    /** The texts that are visible at or below @p item, from top to bottom. */
     function readable(item) {
         const top = each => each.mapToItem(item, 0, 0).y;
         return all(item, each => isText(each) && each.visible && each.height > 0).sort((a, b) => top(a) - top(b)).map(each => each.text);
     }
 
-    /** A schedule of room 1 with an event an hour, of which the second runs now; @p more is XML for each. */
+    /** A schedule of room 1 with an event per hour; the second is on now. @p more is XML for each event. */
     function schedule(titles, room, more) {
         const time = i => new Date(Date.now() + (i - 1.5) * 3600000).toISOString();
         const text = string => string.replace(/</g, "&lt;");

@@ -18,33 +18,30 @@
 using simulator::Route;
 using simulator::Simulator;
 
-/** For LeakSanitizer: Qt gives no picture back of a Canvas that is deleted within its scene. */
+/** For LeakSanitizer: Qt leaks the picture of a Canvas that is deleted within its scene. */
 extern "C" const char *__lsan_default_suppressions() // NOLINT(bugprone-reserved-identifier)
 {
     return "leak:libQt5Gui.so\nleak:libQt5Quick.so\nleak:ExternalRefCountData\n";
 }
 
 /**
- * What the QML tests reach as "bench" beside the program's own types: the services, the settings,
- * and what the engine complained about. Each test file begins with new singletons.
+ * The services, the settings and the engine's warnings, which QML tests reach as "bench". Each test
+ * file begins with new singletons.
  */
 class Bench : public QObject
 {
     Q_OBJECT
-    Q_PROPERTY(int requestCount READ requestCount)
 
 public:
     Bench() { prepareEnvironment(); }
 
-    [[nodiscard]] int requestCount() const { return m_simulator->requestCount(Route::Schedule); }
-
-    /** Address of something that would be counted as a request. */
+    /** An address whose requests are counted with those for schedules. */
     Q_INVOKABLE [[nodiscard]] QString countedUrl() const
     {
         return m_simulator->baseUrl().toString() + QStringLiteral("/rs/lumenboard/schedule/x.png");
     }
 
-    /** Serves @p xml from now on, and fetches it; returns when it is shown. */
+    /** Serves @p xml from now on, fetches it, and returns when it is shown. */
     Q_INVOKABLE bool show(const QString &xml)
     {
         m_simulator->setSchedule(xml.toUtf8());
@@ -58,7 +55,7 @@ public:
         QSettings().setValue(key, value);
     }
 
-    /** Leads the views to the registration service, with a token that is good there. */
+    /** Points the views at the registration service, with a valid token. */
     Q_INVOKABLE void logIn()
     {
         const auto addresses = m_simulator->kioskSettings();
@@ -89,13 +86,13 @@ public:
         return m_simulator->strayRequests().size();
     }
 
-    /** QML can not append to the list. */
+    /** QML cannot append to the list. */
     Q_INVOKABLE void addButton(Notification *notification, NotificationButton *button)
     {
         notification->addButton(button);
     }
 
-    /** All QML files of the program's resources. */
+    /** All QML files in the program's resources. */
     Q_INVOKABLE [[nodiscard]] QStringList qmlFiles() const
     {
         QDirIterator it(QStringLiteral(":/qml"), { QStringLiteral("*.qml") }, QDir::Files,
@@ -144,8 +141,8 @@ public Q_SLOTS:
 private:
     std::unique_ptr<Simulator> m_simulator;
     Translations m_translations;
-    FencedNetworkAccessManagerFactory m_network { RequestLimits { std::chrono::milliseconds(300),
-                                                                  std::chrono::seconds(1) } };
+    FencedNetworkAccessManagerFactory m_network { RequestLimits { std::chrono::seconds(1),
+                                                                  std::chrono::seconds(2) } };
     QStringList m_warnings;
 };
 

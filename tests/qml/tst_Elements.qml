@@ -7,27 +7,14 @@ import "qrc:/qml/common/Style.js" as S
 LumenboardCase {
     id: root
 
-    function test_circleFraction_data() {
-        return [
-            { tag: "below", min: 10, max: 20, value: 5, fraction: 0 },
-            { tag: "within", min: 10, max: 20, value: 12.5, fraction: 0.25 },
-            { tag: "above", min: 10, max: 20, value: 25, fraction: 1 },
-            { tag: "no span", min: 0, max: 0, value: 0, fraction: 0 },
-            { tag: "negative span", min: 20, max: 10, value: 15, fraction: 0 },
-        ];
-    }
-
-    function test_circleFraction(data) {
-        const circle = make("elements/ProgressCircle.qml", { minValue: data.min, maxValue: data.max, currentValue: data.value });
-        compare(circle.fraction(), data.fraction);
-    }
-
     function test_circlePainting_data() {
         // What is seen at the upper right, lower right, lower left and upper left: reached, to come, nothing.
         return [
             { tag: "half", change: {}, seen: "rrcc" },
-            { tag: "nothing reached", change: { currentValue: 0 }, seen: "cccc" },
-            { tag: "all", change: { currentValue: 100 }, seen: "rrrr" },
+            { tag: "below", change: { minValue: 60 }, seen: "cccc" },
+            { tag: "above", change: { maxValue: 40 }, seen: "rrrr" },
+            { tag: "no span", change: { minValue: 50, maxValue: 50 }, seen: "cccc" },
+            { tag: "negative span", change: { minValue: 60, maxValue: 40 }, seen: "cccc" },
             { tag: "from the right", change: { startAngle: 0 }, seen: "crrc" },
             { tag: "half of half a turn", change: { angleDelta: Math.PI }, seen: "rcnn" },
             { tag: "a quarter, anticlockwise", change: { anticlockwise: true, currentValue: 25 }, seen: "cccr" },

@@ -30,19 +30,19 @@ LumenboardCase {
         ];
     }
 
-    /** Whatever comes from outside is text: nothing of it is interpreted, and nothing fetched for it. */
+    /** Texts from outside are never interpreted as markup, and nothing is fetched for them. */
     function test_markupIsShownAsItIs(data) {
         const text = hostile.replace(/</g, "&lt;");
         bench.set("locationName", hostile);
         verify(bench.show(schedule([hostile, hostile, hostile], hostile, `<description>${text}</description><speakers><speaker>${text}</speaker></speakers><audiences><audience><id>1</id><mandatory>true</mandatory></audience></audiences>`)));
-        const requests = bench.requestCount;
+        const requests = bench.requests("schedule");
         const view = make(data.file, data.properties());
         waitForRendering(root);
         const texts = all(view, item => isText(item) && item.text.includes(hostile));
         verify(texts.length >= data.least, texts.length);
         for (const each of texts)
             compare(each.textFormat, Text.PlainText, each.parent);
-        compare(bench.requestCount, requests);
+        compare(bench.requests("schedule"), requests);
     }
 
     name: "Files"

@@ -70,7 +70,7 @@ LumenboardCase {
             tryCompare(withText(view, heading), "opacity", 0);
         mouseClick(view, data.x * width, data.y * height);
         tryCompare(carousel, "visible", false);
-        compare(carousel.shown, false); // a tap that reached the list would have opened it again
+        compare(carousel.shown, false); // a tap that reached the list would open it again
         tryCompare(withText(view, "Jetzt"), "opacity", 1);
     }
 

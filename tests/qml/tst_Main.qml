@@ -34,17 +34,14 @@ LumenboardCase {
         waitForRendering(view);
     }
 
-    function test_resetReturnsToTheStartView_data() {
-        return [{ tag: "by the view", reset: () => view.reset() }, { tag: "by the program", reset: () => LBAPI.emitReset() }];
-    }
-
-    function test_resetReturnsToTheStartView(data) {
+    function test_resetReturnsToTheStartView() {
         const menu = openMenu();
         verify(readable(menu.contentItem).includes("v0.8.0"));
-        stack.push(other);
-        stack.push(other);
-        LBAPI.scanTransponder = true;
-        data.reset();
+        mouseClick(findChild(menu.contentItem, "registerTransponder"));
+        tryCompare(menu, "visible", false);
+        compare([stack.depth, LBAPI.scanTransponder], [2, true]);
+        menu.open();
+        LBAPI.emitReset();
         compare([stack.depth, stack.currentItem.objectName, LBAPI.scanTransponder], [1, "", false]);
         tryCompare(menu, "visible", false);
     }

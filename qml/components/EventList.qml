@@ -1,0 +1,51 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import QtQuick 2.15
+
+import "../common"
+import "../elements"
+
+/** A list of events under headings of their days. */
+ListView {
+    id: root
+
+    signal tapped(int index)
+
+    clip: true
+    section {
+        property: "startDateStr"
+        delegate: Item {
+            required property string section
+
+            width: root.width
+            height: heading.implicitHeight + 10
+
+            CenteredText {
+                id: heading
+
+                anchors.bottom: parent.bottom
+                text: parent.section
+                xstyle: Style.eoSection
+            }
+        }
+    }
+    delegate: EventSummary {
+        required property int index
+        required property var modelData
+
+        bgColor: index % 2 === 0 ? Style.list.cEven : Style.list.cOdd
+        event: modelData
+
+        MouseArea {
+            anchors.fill: parent
+            onClicked: root.tapped(parent.index)
+        }
+    }
+
+    VScrollbar {
+        moving: root.moving
+        visibleAreaRatio: root.visibleArea.heightRatio
+        visibleAreaY: root.visibleArea.yPosition
+    }
+}

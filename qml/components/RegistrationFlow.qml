@@ -1,0 +1,145 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import QtQuick 2.15
+
+/** The way of one card from the reader to its owner's account: requests and states, no visuals. */
+QtObject {
+    id: root
+
+    enum State {
+        Scanning, // waits for a card
+        Checking, // asks the service about the card
+        Owned,
+        ByPhone, // the card is free: a QR code leads to the log-in
+        ByLogin, // the card is free: the log-in takes place on this screen
+        Registered,
+        Refused, // for good, unlike a wrong password
+        Failed // until retry()
+    }
+
+    /**
+     * Sends a request: function(path, method, body, onLoad, onError), with a path below the address of
+     * the service and the handlers of request() in requests.js. Returns an object with cancel().
+     */
+    property var request
+    /// prefers ByLogin to ByPhone
+    property bool useKeyboard: false
+    /// the image at qrCode could not be loaded
+    property bool hasQrCodeFailed: false
+
+    /// the card as the reader sent it; empty while scanning
+    property string tid
+    /// what the service knows about the card, or null
+    property var transponderStatus: null
+    /// the response to the last log-in, or null
+    property var registrationReponse: null
+    /// the result of a failed request, or null
+    property var requestError: null
+    /// the request under way, or null
+    property var pending: null
+
+    readonly property int state: {
+        if (requestError !== null)
+            return RegistrationFlow.Failed;
+        if (loginError !== undefined && !hasLoginError)
+            return loginError === null ? RegistrationFlow.Registered : RegistrationFlow.Refused;
+        if (tid === "")
+            return RegistrationFlow.Scanning;
+        if (transponderStatus === null || typeof transponderStatus.owned !== "boolean")
+            return RegistrationFlow.Checking;
+        if (transponderStatus.owned)
+            return RegistrationFlow.Owned;
+        if (useKeyboard)
+            return RegistrationFlow.ByLogin;
+        return qrCode === "" || hasQrCodeFailed ? RegistrationFlow.Failed : RegistrationFlow.ByPhone;
+    }
+    /// null after success, undefined before a response
+    readonly property var loginError: registrationReponse !== null ? registrationReponse.error : undefined
+    /// user name or password are wrong
+    readonly property bool hasLoginError: loginError === "login"
+    /// address of the QR code; empty if the service gives none that may be shown
+    readonly property string qrCode: transponderStatus !== null && transponderStatus.owned === false ? imageAddress(transponderStatus.qrCode) : ""
+    readonly property string owner: transponderStatus !== null ? text(transponderStatus.owner) : ""
+    /// the person that the response is about
+    readonly property string name: loginError !== undefined ? text(registrationReponse.name) : ""
+    readonly property string message: loginError !== undefined ? text(registrationReponse.message) : ""
+
+    /// a log-in came to a response, of whatever content
+    signal loginAnswered
+
+    /** @p value if it is a text, cut to what fits on a screen. */
+    function text(value): string {
+        return typeof value === "string" ? value.slice(0, 1000) : "";
+    }
+
+    /** @p value if it is an address on the net or the image itself; no service names local files. */
+    function imageAddress(value): string {
+        return typeof value === "string" && value.length < 1000000 && /^(https?:|data:image\/)/i.test(value) ? value : "";
+    }
+
+    /** The JSON object of a response; any other content counts as a failed request. */
+    function objectOf(result) {
+        if (result.data !== null && typeof result.data === "object")
+            return result.data;
+        requestError = result;
+        return null;
+    }
+
+    function send(path, method, body, onObject) {
+        cancel();
+        requestError = null;
+        pending = request(path, method, body, result => {
+            pending = null; // it would keep the password
+            onObject(objectOf(result), result);
+        }, result => {
+            pending = null;
+            requestError = result;
+        });
+    }
+
+    function cancel() {
+        if (pending)
+            pending.cancel();
+        pending = null;
+    }
+
+    /** Goes on with a card that was read; every card after the first is ignored. */
+    function takeCard(card: string) {
+        if (tid !== "")
+            return;
+        tid = card;
+        fetchStatus();
+    }
+
+    function fetchStatus() {
+        send(encodeURIComponent(tid) + "/", "GET", null, (status, result) => {
+            transponderStatus = status;
+            if (status && typeof status.owned !== "boolean")
+                requestError = result;
+        });
+    }
+
+    function register(username: string, password: string) {
+        registrationReponse = null;
+        send("", "POST", {
+            "username": username,
+            "password": password,
+            "tid": tid
+        }, (response, result) => {
+            registrationReponse = response;
+            loginAnswered();
+            if (response && response.error === undefined)
+                requestError = result;
+        });
+    }
+
+    /** Returns to the log-in where there is one, or asks about the card again. */
+    function retry() {
+        requestError = null;
+        if (state !== RegistrationFlow.Failed && state !== RegistrationFlow.Checking)
+            return;
+        transponderStatus = null;
+        fetchStatus();
+    }
+}

@@ -1,0 +1,32 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import QtQuick 2.15
+import QtQuick.Controls.Material 2.15
+
+import "../elements"
+
+/** A large heading, a text, and below them whatever else is put into it. */
+Column {
+    id: root
+
+    property alias heading: heading.text
+    property alias text: label.text
+
+    spacing: label.font.pixelSize
+
+    PlainLabel {
+        id: heading
+
+        width: parent.width
+        color: Material.accent
+        font.pointSize: 2 * label.font.pointSize
+        visible: text !== ""
+    }
+
+    PlainLabel {
+        id: label
+
+        width: parent.width
+    }
+}

@@ -1,0 +1,37 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import QtQuick 2.15
+
+/** Centres a column of items; scrolls one that is too high to the field that is typed into. */
+Flickable {
+    id: root
+
+    default property alias content: block.data
+    property alias spacing: block.spacing
+    /// the field that is typed into, or null
+    property Item focusedField
+    /// empty space below a column that is scrolled, px
+    property real roomBelow: 0
+    readonly property bool fits: block.height <= height
+
+    function showField() {
+        if (!focusedField) {
+            contentY = 0;
+            return;
+        }
+        const top = focusedField.mapToItem(contentItem, 0, 0).y;
+        contentY = Math.max(0, Math.min(top - (height - focusedField.height) / 2, contentHeight - height));
+    }
+
+    boundsBehavior: Flickable.StopAtBounds
+    contentHeight: fits ? height : block.height + roomBelow
+    onFocusedFieldChanged: showField()
+    onHeightChanged: showField()
+
+    Column {
+        id: block
+
+        anchors.centerIn: parent
+    }
+}
