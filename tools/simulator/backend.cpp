@@ -4,6 +4,7 @@
 #include "simulator/backend.h"
 
 #include "simulator/connection.h"
+#include "simulator/faults.h"
 
 #include <algorithm>
 #include <optional>

@@ -13,9 +13,6 @@
 
 namespace simulator {
 
-class RouteHandler;
-struct RecordedRequest;
-
 /** What a service sends, and how. */
 struct Response
 {
@@ -42,16 +39,5 @@ struct Response
  */
 [[nodiscard]] Response spoiledJson(Response good, Fault fault, const char *wrongTypes,
                                    const QStringList &texts);
-
-/// Whether the request still reaches the service, so that the fault spoils the response only.
-[[nodiscard]] bool letsRequestsThrough(Fault fault);
-
-/**
- * Applies a fault to a good response. Hang and Slow change only the time of a response, and Refuse
- * sends none: these three return it as it is.
- * @param newLocation the target of redirects
- */
-[[nodiscard]] Response spoiled(Response response, Fault fault, RouteHandler &handler,
-                               const QByteArray &newLocation, const RecordedRequest &request);
 
 } // namespace simulator
