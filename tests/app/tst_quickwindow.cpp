@@ -85,6 +85,7 @@ private Q_SLOTS:
     {
         const auto window = makeWindow();
         QuickWindow::applyHideMouseCursor(true);
+        QCOMPARE(QGuiApplication::overrideCursor()->shape(), Qt::BlankCursor);
         for (const bool hides : { false, true }) {
             press(*window, Qt::Key_F12, Qt::ShiftModifier);
             QCOMPARE(QGuiApplication::overrideCursor() != nullptr, hides);
