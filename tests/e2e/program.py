@@ -11,7 +11,7 @@ import threading
 
 
 class Program:
-    """Runs in a process group of its own, which end() kills if the program does not end by itself."""
+    """Runs in its own process group. end() kills the group if the program does not end."""
 
     def __init__(self, add_cleanup, *command, **variables):
         self.lines = []
