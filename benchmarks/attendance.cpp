@@ -25,22 +25,22 @@ namespace {
 
 using Clock = PostServer::Clock;
 
-constexpr int noticeMs = 300; // as long as the floor shows its rectangle
+constexpr int noticeMs = 300; // the same as in echo.cpp
 
-void waitUntil(const std::function<bool()> &isReached, const char *missed)
+void waitUntil(const std::function<bool()> &isReached, const char *error)
 {
-    constexpr auto longest = 20s;
-    constexpr unsigned long lookInterval = 250; // microseconds
+    constexpr auto timeout = 20s;
+    constexpr unsigned long pollInterval = 250; // microseconds
 
-    const auto end = Clock::now() + longest;
+    const auto end = Clock::now() + timeout;
     while (!isReached()) {
         if (Clock::now() > end)
-            throw std::runtime_error(missed);
-        QThread::usleep(lookInterval);
+            throw std::runtime_error(error);
+        QThread::usleep(pollInterval);
     }
 }
 
-/** What a side was seen to do, each in milliseconds since the card's bytes were sent. */
+/** Observed delays of one side, in milliseconds since the card's bytes were sent. */
 struct Delays
 {
     Sample screen;
@@ -48,7 +48,7 @@ struct Delays
     Sample body;
 };
 
-/** A program with a reader, a display and a server of its own. */
+/** A program with its own reader, display and server. */
 class Side
 {
 public:
@@ -60,9 +60,9 @@ public:
 
     void start(const QString &program, const QStringList &arguments = {});
     void stop() { m_process.reset(); }
-    /** Whether nothing is left to be seen of the tap before; asked again and again. */
-    [[nodiscard]] bool rests();
-    /** Taps, and adds what happens. */
+    /** Whether the screen no longer shows the last tap. Call it repeatedly. */
+    [[nodiscard]] bool isIdle();
+    /** Taps a card and appends the delays. */
     void tap(Delays &delays);
 
 private:
@@ -71,7 +71,7 @@ private:
     Screen m_screen;
     QProcessEnvironment m_environment = QProcessEnvironment::systemEnvironment();
     std::unique_ptr<MeasuredProcess> m_process;
-    quint64 m_restingPicture = 0;
+    quint64 m_idlePicture = 0;
     quint64 m_lastPicture = 0;
     Clock::time_point m_lastChange;
 };
@@ -91,7 +91,7 @@ Side::Side(simulator::SerialBus &bus, simulator::SerialBus::Device device, const
 
 void Side::start(const QString &program, const QStringList &arguments)
 {
-    constexpr unsigned long settlingMs = 4000; // what a start puts off is done by then
+    constexpr unsigned long startMs = 4000; // deferred work of a start is done by then
 
     m_process = std::make_unique<MeasuredProcess>(program, arguments, m_environment);
     try {
@@ -100,11 +100,11 @@ void Side::start(const QString &program, const QStringList &arguments)
     } catch (const std::runtime_error &e) {
         throw std::runtime_error(e.what() + m_process->log().toStdString());
     }
-    QThread::msleep(settlingMs);
-    m_restingPicture = m_screen.noticeSide();
+    QThread::msleep(startMs);
+    m_idlePicture = m_screen.noticeSide();
 }
 
-bool Side::rests()
+bool Side::isIdle()
 {
     constexpr auto pause = 150ms;
     constexpr auto longPause = 2s; // the page itself has changed
@@ -114,8 +114,8 @@ bool Side::rests()
     if (picture != std::exchange(m_lastPicture, picture))
         m_lastChange = now;
     if (now - m_lastChange > longPause)
-        m_restingPicture = picture;
-    return picture == m_restingPicture && now - m_lastChange > pause;
+        m_idlePicture = picture;
+    return picture == m_idlePicture && now - m_lastChange > pause;
 }
 
 void Side::tap(Delays &delays)
@@ -126,7 +126,7 @@ void Side::tap(Delays &delays)
         return std::chrono::duration<double, std::milli>(end - start).count();
     };
     m_reader.tap("0A1B2C3D");
-    waitUntil([this] { return m_screen.noticeSide() != m_restingPicture; },
+    waitUntil([this] { return m_screen.noticeSide() != m_idlePicture; },
               "a tap is not seen on the screen");
     delays.screen.values.append(msSince(Clock::now()));
     waitUntil([this, posts] { return m_server.count() != posts; }, "a tap is not posted");
@@ -135,81 +135,98 @@ void Side::tap(Delays &delays)
     delays.body.values.append(msSince(arrival.whole));
 }
 
-} // namespace
-
-/**
- * The floor does with a card what has to be done, with as little as Qt can do it with: a thread
- * that reads the same kind of line, a file written as durably, a bare POST, one rectangle on a bare
- * view. Both run side by side, each on a display of its own, and are tapped in turns.
- */
-void benchAttendance(Table &table, bool quick)
+/** Delays of the first card after each start, and of the later ones. */
+struct Result
 {
-    const int starts = quick ? 2 : 10;
-    const int taps = quick ? 15 : 20;
-    constexpr int warmUps = 2; // behind the first tap, which is told for itself
+    Delays first;
+    Delays later;
+};
 
-    simulator::SerialBus bus; // before there are threads
-    simulator::Simulator simulator;
-    if (!simulator.start())
-        throw std::runtime_error("the simulator does not start");
-    simulator.setSchedule(quietDocument(QDateTime::currentDateTime()));
-    Side kiosk(bus, {}, "DISPLAY", "LUMENBOARD_BENCH_SCREEN");
-    simulator::SerialBus::Device plain; // none that the kiosk would take
-    plain.vendorId = 0;
-    plain.description = QStringLiteral("Line");
-    Side floor(bus, plain, "LUMENBOARD_BENCH_FLOOR_DISPLAY", "LUMENBOARD_BENCH_FLOOR_SCREEN");
-
-    QSettings settings; // the kiosk's own, in the folder that scripts/bench made
+void writeSettings(const Side &kiosk, const simulator::Simulator &simulator)
+{
+    QSettings settings; // of the kiosk, in the folder from scripts/bench
     settings.clear();
     settings.setValue(keys::eventDataUrlTemplate, simulator.scheduleUrlTemplate());
     settings.setValue(keys::plenarLocationId, 1);
     settings.setValue(keys::refreshInterval, 3'600);
     settings.setValue(keys::attendanceLogUrl, kiosk.url());
-    settings.setValue(keys::tallyxMode, 0); // a question beside the answer would cost a tap twice
+    settings.setValue(keys::tallyxMode, 0); // no second notice for the question
     settings.sync();
-    const QTemporaryDir folder; // on the disk that the kiosk's records are on
+}
 
-    Delays kioskFirst;
-    Delays floorFirst;
-    Delays kioskDelays;
-    Delays floorDelays;
-    for (int start = 0; start < starts; ++start) {
-        kiosk.start(QStringLiteral(LUMENBOARD_PROGRAM));
-        floor.start(QStringLiteral(LUMENBOARD_ECHO),
-                    { floor.portName(), folder.path(), floor.url() });
-        const auto tap = [&kiosk, &floor](Side &side, Delays &delays) {
-            // Neither disturbs the other: a notice costs work as long as it is shown.
-            waitUntil([&] { return kiosk.rests() && floor.rests(); },
-                      "a notice does not leave the screen");
-            side.tap(delays);
-        };
-        tap(kiosk, kioskFirst);
-        tap(floor, floorFirst);
-        Delays ignored;
-        for (int i = -warmUps; i < taps; ++i) {
-            tap(floor, i < 0 ? ignored : floorDelays);
-            tap(kiosk, i < 0 ? ignored : kioskDelays);
-        }
-        kiosk.stop();
-        floor.stop();
-    }
+void tapInTurns(Side &kiosk, Side &floor, int taps, Result &kioskResult, Result &floorResult)
+{
+    constexpr int warmUps = 2; // after the first tap, which has its own lines
 
-    const auto line = [&table](const QString &what, const Sample &measured, const Sample &bare,
-                               double limit, double aim = Table::none) {
-        table.addRatio(QStringLiteral("attendance: card to ") + what, " ms", measured, bare, limit,
-                       aim);
-        table.addHighRatio(QStringLiteral("attendance: card to ") + what, " ms", measured, bare,
-                           limit, aim);
+    const auto tap = [&kiosk, &floor](Side &side, Delays &delays) {
+        // Wait for both sides: a visible notice costs processor time.
+        waitUntil([&] { return kiosk.isIdle() && floor.isIdle(); },
+                  "a notice does not leave the screen");
+        side.tap(delays);
     };
-    line(QStringLiteral("first change on the screen"), kioskDelays.screen, floorDelays.screen, 1.5,
-         1.25);
-    line(QStringLiteral("head of the POST"), kioskDelays.head, floorDelays.head, 1.25);
-    line(QStringLiteral("body of the POST"), kioskDelays.body, floorDelays.body, 1.25);
-    const auto first = [&table](const char *what, const Sample &measured, const Sample &bare) {
+    tap(kiosk, kioskResult.first);
+    tap(floor, floorResult.first);
+    Delays ignored;
+    for (int i = -warmUps; i < taps; ++i) {
+        tap(floor, i < 0 ? ignored : floorResult.later);
+        tap(kiosk, i < 0 ? ignored : kioskResult.later);
+    }
+}
+
+void addLines(Table &table, const Result &kiosk, const Result &floor)
+{
+    const auto add = [&table](const char *what, const Sample &measured, const Sample &bare,
+                              double limit, double aim = Table::none) {
+        const QString line = QStringLiteral("attendance: card to ") + QLatin1String(what);
+        table.addRatio(line, " ms", measured, bare, limit, aim);
+        table.addHighRatio(line, " ms", measured, bare, limit, aim);
+    };
+    add("first change on the screen", kiosk.later.screen, floor.later.screen, 1.5, 1.25);
+    add("head of the POST", kiosk.later.head, floor.later.head, 1.25);
+    add("body of the POST", kiosk.later.body, floor.later.body, 1.25);
+    const auto addFirst = [&table](const char *what, const Sample &measured, const Sample &bare) {
         table.addRatio(QStringLiteral("attendance: first card after the start to ")
                            + QLatin1String(what),
                        " ms", measured, bare, Table::none);
     };
-    first("first change on the screen", kioskFirst.screen, floorFirst.screen);
-    first("head of the POST", kioskFirst.head, floorFirst.head);
+    addFirst("first change on the screen", kiosk.first.screen, floor.first.screen);
+    addFirst("head of the POST", kiosk.first.head, floor.first.head);
+}
+
+} // namespace
+
+/**
+ * The floor does the minimum that a card requires: a thread that reads the same kind of line, a
+ * file written as durably, a bare POST, one rectangle on a bare view. Both run side by side, each
+ * on its own display, and are tapped alternately.
+ */
+void benchAttendance(Table &table, bool quick)
+{
+    const int starts = quick ? 2 : 10;
+    const int taps = quick ? 15 : 20;
+
+    simulator::SerialBus bus; // before any thread
+    simulator::Simulator simulator;
+    if (!simulator.start())
+        throw std::runtime_error("the simulator does not start");
+    simulator.setSchedule(quietDocument(QDateTime::currentDateTime()));
+    Side kiosk(bus, {}, "DISPLAY", "LUMENBOARD_BENCH_SCREEN");
+    simulator::SerialBus::Device plain; // not accepted by the kiosk
+    plain.vendorId = 0;
+    plain.description = QStringLiteral("Line");
+    Side floor(bus, plain, "LUMENBOARD_BENCH_FLOOR_DISPLAY", "LUMENBOARD_BENCH_FLOOR_SCREEN");
+    writeSettings(kiosk, simulator);
+    const QTemporaryDir folder; // on the same disk as the kiosk's records
+
+    Result kioskResult;
+    Result floorResult;
+    for (int start = 0; start < starts; ++start) {
+        kiosk.start(QStringLiteral(LUMENBOARD_PROGRAM));
+        floor.start(QStringLiteral(LUMENBOARD_ECHO),
+                    { floor.portName(), folder.path(), floor.url() });
+        tapInTurns(kiosk, floor, taps, kioskResult, floorResult);
+        kiosk.stop();
+        floor.stop();
+    }
+    addLines(table, kioskResult, floorResult);
 }

@@ -70,7 +70,7 @@ QByteArray scheduleDocument(int events, Times times)
     constexpr int eventsPerRoom = 50;
     constexpr int eventsPerGroup = 100;
     constexpr int quartersOfDay = 48; // from 8 to 20 o'clock
-    // An event's length is no multiple of it, so that no end is another one's start.
+    // Not a divisor of an event's length, so that no end is the start of another event.
     constexpr int distinctStep = 7;
 
     const int rooms = std::max(2, events / eventsPerRoom);
@@ -79,7 +79,7 @@ QByteArray scheduleDocument(int events, Times times)
     for (int i = 0; i < events; ++i) {
         const int offset
             = times == Times::Distinct ? i * distinctStep : i * 31 % quartersOfDay * quarter;
-        // Reckoned in UTC, where no hour is skipped, and written as a local time.
+        // Calculated in UTC, where no hour is skipped, and written as local time.
         QDateTime start = QDateTime(QDate::currentDate(), QTime(8, 0), Qt::UTC).addSecs(offset);
         start.setTimeSpec(Qt::LocalTime);
         list += event(i + 1, i % rooms + 1, i % (groups - 1) + 1, start, 6 * quarter);

@@ -34,7 +34,7 @@ void fill(const QString &folder, int records)
     }
 }
 
-/** Runs the program to its end and adds what it prints, if all was posted. */
+/** Runs the program to its end and appends its figures. Throws unless it posts all records. */
 void run(Drain &drain, const PostServer &server, int records, const QStringList &arguments)
 {
     const int before = server.count();
@@ -51,7 +51,7 @@ class Benchmark
 public:
     explicit Benchmark(PostServer::Acknowledges acknowledges);
 
-    /** Drains so many records in each of so many rounds, in turns with the floor. */
+    /** Drains @p records records per round, alternating with the floor. */
     void measure(int records, int rounds, Drain &kiosk, Drain &floor) const;
 
 private:
@@ -62,7 +62,7 @@ private:
 Benchmark::Benchmark(PostServer::Acknowledges acknowledges)
     : m_server(acknowledges)
 {
-    QSettings settings; // the kiosk's own, in the folder that scripts/bench made
+    QSettings settings; // of the kiosk, in the folder from scripts/bench
     settings.clear();
     settings.setValue(keys::attendanceLogUrl, QString::fromLatin1(m_server.url()));
     settings.setValue(keys::attendanceSpoolDir, m_folder.path());
@@ -90,15 +90,15 @@ void addRate(Table &table, const QString &what, const Drain &kiosk, const Drain 
 } // namespace
 
 /**
- * The floor posts the same from memory by Qt's own manager, as many at a time. With a server that
- * acknowledges as systems do, both mostly wait: Qt sends head and body one after the other, and the
- * body waits for the acknowledgement of the head. With one that does so at once the work is seen.
+ * The floor posts the same records from memory with Qt's own manager, the same number at a time.
+ * With ordinary TCP acknowledgements both sides mostly wait: Qt sends head and body separately, and
+ * the body waits for the acknowledgement of the head. Immediate ones show the actual work.
  */
 void benchDrain(Table &table, bool quick)
 {
     const int few = 100;
     const int many = quick ? 300 : 1'000;
-    const int most = quick ? 1'000 : 10'000;
+    const int max = quick ? 1'000 : 10'000;
     const int rounds = quick ? 1 : 5;
 
     const auto count = QStringLiteral("%1 records, %2");
@@ -107,7 +107,7 @@ void benchDrain(Table &table, bool quick)
     };
     {
         const Benchmark waiting(PostServer::Acknowledges::AsUsual);
-        for (const int records : { many, most }) {
+        for (const int records : { many, max }) {
             Drain kiosk;
             Drain floor;
             waiting.measure(records, 1, kiosk, floor);
@@ -118,7 +118,7 @@ void benchDrain(Table &table, bool quick)
     Drain base;
     Drain ignored;
     working.measure(few, rounds, base, ignored);
-    for (const int records : { many, most }) {
+    for (const int records : { many, max }) {
         Drain kiosk;
         Drain floor;
         working.measure(records, rounds, kiosk, floor);

@@ -23,7 +23,7 @@ namespace {
 
 constexpr auto noticeTime = 300ms;
 
-/** As durable as the kiosk's own records. */
+/** Writes a file as durably as the kiosk writes its records. */
 void writeDurably(const QByteArray &folder, const QByteArray &name, const QByteArray &content)
 {
     const QByteArray aside = folder + "/." + name;
@@ -38,7 +38,7 @@ void writeDurably(const QByteArray &folder, const QByteArray &name, const QByteA
     close(directory);
 }
 
-/** Shows, writes and posts what comes from a reader, with as little as that takes. */
+/** Shows, writes and posts the cards from a reader with minimal code. */
 class Echo : public QObject
 {
 public:
@@ -77,7 +77,7 @@ private:
         writeDurably(m_folder, "record", record);
         QNetworkRequest request(m_url);
         request.setHeader(QNetworkRequest::ContentTypeHeader, QStringLiteral("application/xml"));
-        request.setRawHeader("X-Plenar-Token", QByteArray(76, 'x')); // as long as a signature
+        request.setRawHeader("X-Plenar-Token", QByteArray(76, 'x')); // the length of a signature
         QNetworkReply *reply = m_manager->post(request, record);
         connect(reply, &QNetworkReply::finished, this, [this, reply] {
             reply->deleteLater();
@@ -104,7 +104,7 @@ private:
 
 } // namespace
 
-/** Arguments: serial port, folder, address. */
+/** Arguments: serial port, folder, URL. */
 int main(int argc, char *argv[])
 {
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling, true); // as the kiosk

@@ -3,7 +3,7 @@
 
 import QtQuick 2.15
 
-/** Nothing but a rectangle, where the kiosk shows its notices, for as long as the owner says. */
+/** A rectangle in the place of the kiosk's notices. The owner shows and hides it. */
 Item {
     Rectangle {
         objectName: "notice"

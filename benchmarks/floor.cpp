@@ -25,7 +25,7 @@ QStringList titles(QIODevice *document)
     return found;
 }
 
-/** Fetches the document by a manager of its own and builds the view anew, nothing more. */
+/** Fetches the document with a new manager and rebuilds the view. */
 void refresh(QObject *page, const QUrl &url, RefreshLoop *loop)
 {
     auto *manager = new QNetworkAccessManager;
@@ -39,7 +39,7 @@ void refresh(QObject *page, const QUrl &url, RefreshLoop *loop)
 
 } // namespace
 
-/** Without arguments the bare page; "--clock" shows the time, "--refresh URL ROUNDS" refreshes. */
+/** Shows the bare page. "--clock" shows the time, "--refresh URL ROUNDS" refreshes. */
 int main(int argc, char *argv[])
 {
     RefreshLoop::countObjects();

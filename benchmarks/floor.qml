@@ -6,16 +6,16 @@ import QtQuick.Controls 2.15
 import QtQuick.Controls.Material 2.15
 import QtQuick.VirtualKeyboard 2.15
 
-/** What any program of this kind costs: a page, a stack view and the keyboard. */
+/** The minimum for a program of this kind: a page, a stack view and the keyboard. */
 Page {
     id: root
 
-    /// whether it shows the time, as the clock view does
+    /// whether to show the time, as the clock view does
     property bool showsClock: false
-    /// the entries of a list; replaced as a whole by refresh()
+    /// the entries of the list; refresh() replaces them all
     property var entries: []
 
-    /** Builds the view anew around @p entries, as the kiosk does with a schedule. */
+    /** Rebuilds the view with @p entries, as the kiosk does with a schedule. */
     function refresh(entries) {
         root.entries = entries;
         stackView.clear(StackView.Immediate);

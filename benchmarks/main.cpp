@@ -26,8 +26,8 @@ int main(int argc, char *argv[])
         { "drain", benchDrain },
     } };
 
-    // As the program sets it. The rest of its environment stays out: a floor is as Qt ships it, and
-    // inherits what is set here.
+    // The same as in the program. The rest of the program's environment is not set, because the
+    // floors inherit this environment and must run with Qt's defaults.
     if (!qEnvironmentVariableIsSet("TZ"))
         qputenv("TZ", ":/etc/localtime");
     const QCoreApplication application(argc, argv);
@@ -37,7 +37,8 @@ int main(int argc, char *argv[])
     const bool quick = arguments.contains(QStringLiteral("--quick"));
 
     if (!qEnvironmentVariableIsSet("LUMENBOARD_BENCH_SCREEN")) {
-        std::fputs("Run this by scripts/bench: it writes settings and needs a display.\n", stderr);
+        std::fputs("Use scripts/bench: this program writes settings and needs a display.\n",
+                   stderr);
         return EXIT_FAILURE;
     }
     Table table;
@@ -50,7 +51,7 @@ int main(int argc, char *argv[])
         try {
             benchmark.run(table, quick);
         } catch (const std::exception &e) {
-            std::fprintf(stderr, "%s did not run to its end: %s\n", benchmark.name, e.what());
+            std::fprintf(stderr, "%s failed: %s\n", benchmark.name, e.what());
             status = EXIT_FAILURE;
         }
     }

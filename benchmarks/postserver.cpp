@@ -15,7 +15,7 @@
 
 namespace {
 
-QByteArray answer(int noticeMs)
+QByteArray responseFor(int noticeMs)
 {
     const QByteArray body
         = R"(<?xml version="1.0" encoding="UTF-8"?><attendanceResponse>)"
@@ -31,10 +31,10 @@ QByteArray answer(int noticeMs)
 void setOption(int socket, int option)
 {
     const int on = 1;
-    setsockopt(socket, IPPROTO_TCP, option, &on, sizeof on); // else it is slower, no more
+    setsockopt(socket, IPPROTO_TCP, option, &on, sizeof on); // on failure only slower
 }
 
-/** Length of the request at the start of @p bytes, 0 as long as its head is not whole. */
+/** Length of the request at the start of @p bytes, 0 while its head is incomplete. */
 int requestLength(const QByteArray &bytes)
 {
     static const QByteArray field = "content-length:";
@@ -58,7 +58,7 @@ struct PostServer::Connection
 
 PostServer::PostServer(Acknowledges acknowledges, int noticeMs)
     : m_acknowledgesAtOnce(acknowledges == Acknowledges::AtOnce)
-    , m_answer(answer(noticeMs))
+    , m_response(responseFor(noticeMs))
     , m_listener(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0))
 {
     constexpr int backlog = 16;
@@ -121,7 +121,7 @@ void PostServer::run()
         ::close(connection.socket);
 }
 
-/** Takes in what has come and answers if that makes a request whole; false when it is over. */
+/** Reads, and responds to a complete request. False at the end of the connection. */
 bool PostServer::serve(Connection &connection)
 {
     std::array<char, 4096> buffer {};
@@ -144,7 +144,7 @@ bool PostServer::serve(Connection &connection)
         m_lastArrival = connection.arrival;
     }
     ++m_count;
-    return ::send(connection.socket, m_answer.constData(), static_cast<size_t>(m_answer.size()),
+    return ::send(connection.socket, m_response.constData(), static_cast<size_t>(m_response.size()),
                   MSG_NOSIGNAL)
-        == m_answer.size();
+        == m_response.size();
 }

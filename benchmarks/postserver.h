@@ -11,16 +11,16 @@
 #include <thread>
 
 /**
- * Takes POSTs on this machine, notes when each arrives and answers as the service for attendance
- * does. Costs as little as can be: what is measured shares the processors with it. Has a thread of
- * its own.
+ * Accepts POST requests on this machine, records their times of arrival and responds like the
+ * attendance service. Uses little processor time, because it shares the processors with the
+ * measured programs. Has its own thread.
  */
 class PostServer
 {
 public:
     using Clock = std::chrono::steady_clock;
 
-    /** When the system tells a sender that its bytes have come; it affects who waits for that. */
+    /** When TCP acknowledges received bytes. Some senders wait for that. */
     enum class Acknowledges { AsUsual, AtOnce };
 
     struct Arrival
@@ -29,14 +29,14 @@ public:
         Clock::time_point whole; ///< the last byte of its body
     };
 
-    /** @p noticeMs is how long a notice with the answer shall stay. Throws std::runtime_error. */
+    /** The kiosk shows the response for @p noticeMs. Throws std::runtime_error. */
     explicit PostServer(Acknowledges acknowledges, int noticeMs = 1);
     PostServer(const PostServer &) = delete;
     PostServer &operator=(const PostServer &) = delete;
     ~PostServer();
 
     [[nodiscard]] QByteArray url() const;
-    /** How many POSTs have come. */
+    /** Number of POST requests. */
     [[nodiscard]] int count() const { return m_count; }
     [[nodiscard]] Arrival lastArrival() const;
 
@@ -47,12 +47,12 @@ private:
     [[nodiscard]] bool serve(Connection &connection);
 
     const bool m_acknowledgesAtOnce;
-    QByteArray m_answer;
+    QByteArray m_response;
     int m_listener = -1;
     int m_port = 0;
     std::atomic<bool> m_isEnding = false;
     std::atomic<int> m_count = 0;
-    mutable std::mutex m_mutex; ///< guards the next one
+    mutable std::mutex m_mutex; ///< protects m_lastArrival
     Arrival m_lastArrival;
     std::thread m_thread;
 };

@@ -10,11 +10,11 @@
 
 namespace {
 
-/** The sum of the numbers in the lines that @p key is a part of. */
+/** The sum of the numbers in the lines that contain @p key. */
 qint64 sumOf(const QString &path, const char *key)
 {
     QFile file(path);
-    file.open(QIODevice::ReadOnly); // what has just ended counts for nothing
+    file.open(QIODevice::ReadOnly); // a thread that has just ended counts 0
     const QList<QByteArray> lines = file.readAll().split('\n');
     qint64 sum = 0;
     for (const QByteArray &line : lines) {
@@ -71,7 +71,7 @@ QHash<QString, qint64> MeasuredProcess::switches() const
     QHash<QString, qint64> all;
     const QDir tasks(QStringLiteral("/proc/%1/task").arg(m_pid));
     const QStringList threads = tasks.entryList(QDir::Dirs | QDir::NoDotAndDotDot);
-    for (const QString &thread : threads) // by will and against it
+    for (const QString &thread : threads) // voluntary and involuntary
         all.insert(thread,
                    sumOf(tasks.filePath(thread + QStringLiteral("/status")), "ctxt_switch"));
     return all;
@@ -90,8 +90,8 @@ int MeasuredProcess::frames()
 
 QByteArray MeasuredProcess::output()
 {
-    constexpr int longest = 20 * 60'000; // milliseconds
-    if (!m_process.waitForFinished(longest) || m_process.exitCode() != 0)
+    constexpr int timeoutMs = 20 * 60'000;
+    if (!m_process.waitForFinished(timeoutMs) || m_process.exitCode() != 0)
         throw std::runtime_error("a measured program has failed");
     return m_process.readAllStandardOutput();
 }

@@ -7,12 +7,12 @@
 #include <QProcess>
 #include <QTemporaryFile>
 
-/** Megabytes that the process has written to and shares with nobody; @p pid may be "self". */
+/** Private dirty memory of the process in megabytes. @p pid may be "self". */
 [[nodiscard]] double dirtyMegabytes(const QString &pid);
-/** The most megabytes that the process ever had in memory; @p pid may be "self". */
+/** Peak resident memory of the process in megabytes. @p pid may be "self". */
 [[nodiscard]] double peakMegabytes(const QString &pid);
 
-/** A program that runs as long as this object, and what the system says of it. */
+/** Runs a program while this object exists, and measures it. */
 class MeasuredProcess
 {
 public:
@@ -24,13 +24,13 @@ public:
 
     [[nodiscard]] double dirtyMb() const { return dirtyMegabytes(m_pid); }
     [[nodiscard]] double cpuMs() const;
-    /** How often each thread was given the processor so far. */
+    /** Number of context switches of each thread so far. */
     [[nodiscard]] QHash<QString, qint64> switches() const;
-    /** What it has logged so far. */
+    /** Its log so far. */
     [[nodiscard]] QByteArray log();
-    /** How many frames its scene graph has drawn, by the lines that Qt logs for them. */
+    /** Number of frames so far, from the lines that Qt logs for them. */
     [[nodiscard]] int frames();
-    /** Waits for its end and returns what it printed. */
+    /** Waits for its end and returns its output. */
     [[nodiscard]] QByteArray output();
 
 private:

@@ -16,26 +16,26 @@
 
 namespace {
 
-/** Sends the same record again and again, as many at a time as the queue does. */
+/** Sends the same record repeatedly, with as many requests in flight as the queue. */
 void post(QNetworkAccessManager &manager, const QUrl &url, int count,
           const std::function<void()> &finish)
 {
-    constexpr int inFlight = 4;
+    constexpr int maxInFlight = 4;
 
     struct State
     {
         int unsent;
-        int unanswered;
+        int pending;
         std::function<void()> next;
     };
-    auto *state = new State { count, count, {} }; // for as long as the program runs
+    auto *state = new State { count, count, {} }; // never deleted: the program ends with it
     state->next = [&manager, url, finish, state] {
         if (state->unsent == 0)
             return;
         --state->unsent;
         QNetworkRequest request(url);
         request.setHeader(QNetworkRequest::ContentTypeHeader, QStringLiteral("application/xml"));
-        request.setRawHeader("X-Plenar-Token", QByteArray(76, 'x')); // as long as a signature
+        request.setRawHeader("X-Plenar-Token", QByteArray(76, 'x')); // the length of a signature
         QNetworkReply *reply
             = manager.post(request,
                            R"(<?xml version="1.0" encoding="UTF-8"?><attendance>)"
@@ -46,22 +46,22 @@ void post(QNetworkAccessManager &manager, const QUrl &url, int count,
             reply->deleteLater();
             if (reply->error() != QNetworkReply::NoError || reply->readAll().isEmpty())
                 qFatal("A bare POST has failed.");
-            if (--state->unanswered == 0)
+            if (--state->pending == 0)
                 finish();
             else
                 state->next();
         });
     };
-    for (int i = 0; i < inFlight; ++i)
+    for (int i = 0; i < maxInFlight; ++i)
         state->next();
 }
 
 } // namespace
 
 /**
- * Prints the seconds until all is sent and the most memory that it took, in megabytes. Without
- * arguments the kiosk's queue sends what is in its spool; with an address and a number a bare
- * manager posts as often.
+ * Prints the seconds until everything is sent, and the peak memory in megabytes. Without arguments
+ * the kiosk's queue sends its spool. With a URL and a number a bare manager sends that many
+ * requests.
  */
 int main(int argc, char *argv[])
 {

@@ -17,7 +17,7 @@ namespace {
 
 enum Quantity { Objects, Descriptors, Threads, Megabytes, QuantityCount };
 
-/** What a process held after so many refreshes, a value per sample. */
+/** What a process holds, with one value per sample. */
 using Holdings = std::array<Sample, QuantityCount>;
 
 Holdings holdings(const QString &program, const QStringList &arguments)
@@ -27,14 +27,14 @@ Holdings holdings(const QString &program, const QStringList &arguments)
     for (const QByteArray &line : lines) {
         const QList<QByteArray> words = line.split(' '); // the first is the round
         if (words.size() != QuantityCount + 1)
-            throw std::runtime_error("a sample can not be read");
+            throw std::runtime_error("a sample is unreadable");
         for (size_t i = 0; i < held.size(); ++i)
             held[i].values.append(words[static_cast<int>(i) + 1].toDouble());
     }
     return held;
 }
 
-/** How far the quantity ever was from where it was in the first sample of the run. */
+/** The largest difference of the quantity from the first sample of its run. */
 double largestChange(const QVector<Holdings> &runs, Quantity quantity)
 {
     double largest = 0;
@@ -48,8 +48,8 @@ double largestChange(const QVector<Holdings> &runs, Quantity quantity)
 } // namespace
 
 /**
- * The floor fetches the same bytes by Qt's own manager, walks through them, and builds a bare view
- * around a list of the titles. What its memory does meanwhile is what such a program can not help.
+ * The floor fetches the same bytes with Qt's own manager, walks through them, and builds a bare
+ * view with a list of the titles. The growth of its memory is unavoidable in such a program.
  */
 void benchRefresh(Table &table, bool quick)
 {
@@ -57,7 +57,7 @@ void benchRefresh(Table &table, bool quick)
     if (!simulator.start())
         throw std::runtime_error("the simulator does not start");
     simulator.setSchedule(scheduleDocument(1'000, Times::QuarterHours));
-    QSettings settings; // the kiosk's own, in the folder that scripts/bench made
+    QSettings settings; // of the kiosk, in the folder from scripts/bench
     settings.clear();
     settings.setValue(keys::eventDataUrlTemplate, simulator.scheduleUrlTemplate());
     settings.setValue(keys::plenarLocationId, 1);

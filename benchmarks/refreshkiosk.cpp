@@ -11,7 +11,7 @@
 
 #include <QGuiApplication>
 
-/** The kiosk as its program builds it, but with a refresh after the other. */
+/** The kiosk, refreshed continuously. */
 int main(int argc, char *argv[])
 {
     RefreshLoop::countObjects();
@@ -36,7 +36,7 @@ int main(int argc, char *argv[])
     RefreshLoop loop(
         &window, [&window] { window.reset(); }, QGuiApplication::arguments().value(1).toInt());
     bool started = false;
-    // Once per schedule, the first included, when all who follow it have heard of it.
+    // Queued, so that it runs once per schedule after all other receivers.
     QObject::connect(
         Config::instance(), &Config::locationChanged, &loop,
         [&loop, &started] {

@@ -17,15 +17,15 @@
 
 using namespace std::chrono_literals;
 
-// Qt's own table of hooks for tools, of which its headers for programs say nothing.
-extern quintptr Q_CORE_EXPORT qtHookData[]; // NOLINT: it is theirs
+// Qt's table of hooks for tools, which no public header declares.
+extern quintptr Q_CORE_EXPORT qtHookData[]; // NOLINT: Qt's name and type
 
 namespace {
 
 constexpr int addObjectHook = 3;
 constexpr int removeObjectHook = 4;
 
-std::atomic<int> s_objects { 0 }; // the hooks take no context
+std::atomic<int> s_objects { 0 }; // the hooks get no context
 
 int entries(const char *folder)
 {
@@ -47,20 +47,20 @@ RefreshLoop::RefreshLoop(QQuickView *view, std::function<void()> refresh, int ro
     , m_refresh(std::move(refresh))
     , m_rounds(rounds)
 {
-    // Emitted in the render thread, taken here.
+    // Emitted in the render thread.
     connect(view, &QQuickWindow::frameSwapped, this, &RefreshLoop::onFrameSwapped,
             Qt::QueuedConnection);
 }
 
 void RefreshLoop::start()
 {
-    constexpr auto pooledThreadLife = 30s; // of an idle one, by Qt's default
+    constexpr auto pooledThreadLife = 30s; // Qt's default for an idle thread
     QTimer::singleShot(pooledThreadLife + 5s, this, [this] { m_refresh(); });
 }
 
 void RefreshLoop::refreshed()
 {
-    m_awaitedFrames = 2; // the first may have been under way with the old data
+    m_awaitedFrames = 2; // the first may still show the old data
     m_view->update();
 }
 
@@ -71,13 +71,13 @@ void RefreshLoop::onFrameSwapped()
     if (--m_awaitedFrames > 0)
         m_view->update();
     else
-        QTimer::singleShot(0, this, &RefreshLoop::endRound); // what is to be deleted goes first
+        QTimer::singleShot(0, this, &RefreshLoop::endRound); // after deferred deletions
 }
 
 void RefreshLoop::endRound()
 {
     constexpr int roundsPerSample = 20;
-    constexpr auto settling = 300ms;
+    constexpr auto pause = 300ms;
 
     const auto next = [this] {
         if (m_round == m_rounds)
@@ -90,10 +90,10 @@ void RefreshLoop::endRound()
         next();
         return;
     }
-    QTimer::singleShot(settling, this, [this, next] {
-        // What QML has let go of is gone only then; when it would come by itself is chance.
+    QTimer::singleShot(pause, this, [this, next] {
+        // Otherwise it depends on chance whether unused QML objects still exist.
         m_view->engine()->collectGarbage();
-        QTimer::singleShot(settling, this, [this, next] {
+        QTimer::singleShot(pause, this, [this, next] {
             printSample();
             next();
         });

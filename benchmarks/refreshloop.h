@@ -10,24 +10,23 @@
 class QQuickView;
 
 /**
- * Refreshes a view many times, one after the other, and prints every so often what the process
- * holds: round, objects, descriptors, threads and megabytes of dirty memory. Ends the event loop
- * after the last round.
+ * Refreshes a view many times in a row and prints samples of the process: round, objects,
+ * descriptors, threads and megabytes of dirty memory. Ends the event loop after the last round.
  */
 class RefreshLoop : public QObject
 {
     Q_OBJECT
 
 public:
-    /** From now on every QObject is counted; before the first one is made. */
+    /** Counts all QObjects. Call before creating the first one. */
     static void countObjects();
 
-    /** Calls @p refresh, which leads to refreshed(), for each of the @p rounds. */
+    /** Calls @p refresh, which must lead to refreshed(), in each of the @p rounds. */
     RefreshLoop(QQuickView *view, std::function<void()> refresh, int rounds);
 
-    /** Begins once the threads that only a start needs have ended. */
+    /** Starts once the threads that only a start needs have ended. */
     void start();
-    /** The new data has been handed to the view. */
+    /** To be called when the view has the new data. */
     void refreshed();
 
 private:

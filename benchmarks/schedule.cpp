@@ -16,7 +16,7 @@
 
 namespace {
 
-/** Milliseconds of processor time of this thread: neighbours on the machine do not count. */
+/** Processor time of this thread in milliseconds, independent of other load. */
 double cpuMs()
 {
     timespec time {};
@@ -24,7 +24,7 @@ double cpuMs()
     return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
 }
 
-/** The bytes by way of a device, as a network reply hands them out; for both sides alike. */
+/** A device with the document, like a network reply. */
 std::unique_ptr<QBuffer> opened(QByteArray *document)
 {
     auto device = std::make_unique<QBuffer>(document);
@@ -46,7 +46,7 @@ double walkMs(QByteArray &document, int times)
     return (cpuMs() - start) / times;
 }
 
-/** From bytes to linked, sorted objects; their deletion is not part of it. */
+/** From bytes to linked, sorted objects, without their deletion. */
 double readMs(QByteArray &document, int times, int events)
 {
     std::vector<std::unique_ptr<EventData>> kept;
@@ -66,10 +66,10 @@ void benchSchedule(Table &table, bool quick)
 {
     constexpr double limit = 1.6;
     constexpr double aim = 1.3;
-    constexpr double mostGrowth = 1.1;
+    constexpr double maxGrowth = 1.1;
     constexpr int small = 1'000;
     constexpr int large = 100'000;
-    constexpr int eventsPerSample = 5'000; // a small document is read several times over
+    constexpr int eventsPerSample = 5'000; // reads a small document several times
 
     for (const Times times : { Times::QuarterHours, Times::Distinct }) {
         const auto name = times == Times::Distinct ? QStringLiteral("schedule, distinct times")
@@ -85,18 +85,18 @@ void benchSchedule(Table &table, bool quick)
                 const double walked = walkMs(document, repeats);
                 const double taken = readMs(document, repeats, events);
                 if (round < 0)
-                    continue; // warms up
+                    continue; // warm-up
                 walk.values.append(walked);
                 read.values.append(taken);
             }
             ratios[events] = read.median() / walk.median();
-            // The smallest has no limit of its own: it shows what a document costs at all.
+            // The smallest document has no limit: it shows the fixed cost.
             table.addRatio(QStringLiteral("%1: %2 events, CPU").arg(name).arg(events), " ms", read,
                            walk, events == 10 ? Table::none : limit,
                            events == 10 ? Table::none : aim);
         }
         const auto at = [&](int events) { return QString::number(ratios[events], 'f', 2); };
         table.add(name + QStringLiteral(": ratio at 100000 to that at 1000"), at(large), at(small),
-                  ratios[large] / ratios[small], mostGrowth);
+                  ratios[large] / ratios[small], maxGrowth);
     }
 }

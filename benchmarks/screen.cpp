@@ -16,8 +16,8 @@ Screen::Screen(const QString &path)
     if (m_file.open(QIODevice::ReadOnly))
         dump = m_file.map(0, m_file.size());
     if (!dump)
-        throw std::runtime_error("the picture of the display can not be read");
-    // A window dump: numbers of four bytes, then the colours of twelve bytes each, then the pixels.
+        throw std::runtime_error("the picture of the display is unreadable");
+    // An X window dump: header fields of 4 bytes, then colours of 12 bytes each, then the pixels.
     const auto field = [dump](int place) { return qFromBigEndian<quint32>(dump + 4 * place); };
     m_width = field(4);
     m_height = field(5);
@@ -27,11 +27,11 @@ Screen::Screen(const QString &path)
 
 bool Screen::showsContent() const
 {
-    // Letters of a title have strokes of some pixels: looking at every other one is enough.
+    // The strokes of a title are several pixels wide, so every second pixel is enough.
     constexpr quint32 columnStep = 2;
     constexpr quint32 rowStep = 3;
     constexpr uchar light = 0xc0;
-    constexpr int enough = 40;
+    constexpr int minPixels = 40;
 
     int found = 0;
     for (quint32 y = 0; y < m_height / 4; y += rowStep) {
@@ -39,13 +39,13 @@ bool Screen::showsContent() const
         for (quint32 x = m_width * 2 / 3; x < m_width; x += columnStep)
             found += std::min({ row[4 * x], row[4 * x + 1], row[4 * x + 2] }) >= light ? 1 : 0;
     }
-    return found >= enough;
+    return found >= minPixels;
 }
 
 quint64 Screen::noticeSide() const
 {
-    // A panel that slides in from the right is seen with its first pixel, a card within it soon.
-    // More would cost the programs memory bandwidth.
+    // Enough to see the first pixel of a panel that slides in from the right. A denser grid would
+    // cost the programs memory bandwidth.
     constexpr quint32 columnStep = 16;
     constexpr quint32 rowStep = 32;
     constexpr quint64 prime = 1'099'511'628'211; // of the Fowler-Noll-Vo hash

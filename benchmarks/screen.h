@@ -6,11 +6,11 @@
 #include <QFile>
 
 /**
- * The picture of a virtual display, looked at from outside.
+ * The picture of a virtual display.
  *
- * Xvfb keeps its picture in a file that it maps to memory (-fbdir), and this maps the same file.
- * So a look costs neither side a request, needs nothing in the programs that are looked at, and
- * sees what a person would: not that a frame was drawn, but that it has arrived.
+ * Maps the file in which Xvfb keeps its picture (-fbdir). Reading it costs the programs nothing,
+ * needs no code in them, and shows what a person sees: not that a frame was drawn, but that it has
+ * arrived.
  */
 class Screen
 {
@@ -18,9 +18,9 @@ public:
     /** @p path is the display's file. Throws std::runtime_error. */
     explicit Screen(const QString &path);
 
-    /** Whether light text stands in the upper right, where the programs show their content. */
+    /** Whether light text is in the upper right, where the programs show their content. */
     [[nodiscard]] bool showsContent() const;
-    /** A number for the right half, where notices appear: it differs when the picture does. */
+    /** A hash of the right half, where notices appear. */
     [[nodiscard]] quint64 noticeSide() const;
 
 private:

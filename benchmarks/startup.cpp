@@ -23,22 +23,22 @@ namespace {
 const auto kioskProgram = QStringLiteral(LUMENBOARD_PROGRAM);
 const auto floorProgram = QStringLiteral(LUMENBOARD_FLOOR);
 
-/** From just before the process is made until its content is seen on the display. */
+/** From the start of the process until the display shows its content. */
 double firstFrameMs(const Screen &screen, const QString &program)
 {
-    constexpr unsigned long lookInterval = 500; // microseconds
-    constexpr qint64 longest = 20'000; // milliseconds
+    constexpr unsigned long pollInterval = 500; // microseconds
+    constexpr qint64 timeoutMs = 20'000;
 
     QElapsedTimer clock;
     const auto waitFor = [&](bool content) {
         clock.start();
         while (screen.showsContent() != content) {
-            if (clock.hasExpired(longest))
+            if (clock.hasExpired(timeoutMs))
                 throw std::runtime_error("the display does not show what was expected");
-            QThread::usleep(lookInterval);
+            QThread::usleep(pollInterval);
         }
     };
-    waitFor(false); // what ran before has left
+    waitFor(false); // the last program is gone
     QElapsedTimer sinceStart;
     sinceStart.start();
     const MeasuredProcess process(program);
@@ -55,7 +55,7 @@ void benchFirstFrame(Table &table, int rounds)
         const double floorMs = firstFrameMs(screen, floorProgram);
         const double kioskMs = firstFrameMs(screen, kioskProgram);
         if (round < 0)
-            continue; // fills the caches
+            continue; // warm-up
         floor.values.append(floorMs);
         kiosk.values.append(kioskMs);
     }
@@ -69,8 +69,8 @@ void sleepFor(std::chrono::milliseconds time)
 }
 
 /**
- * One after the other: the picture that a program shares with the display counts for shared memory
- * only where the display shows it, and a window before it would make it private.
+ * Without another program: the picture counts as shared with the display only while the display
+ * shows it. Behind another window it would count as private memory.
  */
 double dirtyMbAlone(const QString &program)
 {
@@ -91,8 +91,7 @@ void benchMemory(Table &table, int rounds)
                    0.75);
 }
 
-/** Refreshes fall on full hours here, counted from midnight; none may fall into what is measured.
- */
+/** With the settings below the kiosk refreshes at full hours. Avoids a refresh while measuring. */
 void waitForQuietTime(std::chrono::seconds needed)
 {
     constexpr std::chrono::milliseconds hour = 1h;
@@ -105,10 +104,10 @@ void waitForQuietTime(std::chrono::seconds needed)
     sleepFor(left + refreshTime);
 }
 
-void benchScheduleIdle(Table &table, std::chrono::seconds settling, std::chrono::seconds time)
+void benchScheduleIdle(Table &table, std::chrono::seconds startDelay, std::chrono::seconds time)
 {
     MeasuredProcess process(kioskProgram);
-    sleepFor(settling);
+    sleepFor(startDelay);
     const int framesBefore = process.frames();
     const auto switchesBefore = process.switches();
     sleepFor(time);
@@ -126,13 +125,13 @@ void benchScheduleIdle(Table &table, std::chrono::seconds settling, std::chrono:
               static_cast<double>(wakeUps) / seconds, 0.5);
 }
 
-void benchClockIdle(Table &table, std::chrono::seconds settling, std::chrono::seconds time,
+void benchClockIdle(Table &table, std::chrono::seconds startDelay, std::chrono::seconds time,
                     int rounds)
 {
-    // Side by side, so that both see the same minutes change.
+    // Side by side, so that both show the same minutes.
     MeasuredProcess floorProcess(floorProgram, { QStringLiteral("--clock") });
     MeasuredProcess kioskProcess(kioskProgram);
-    sleepFor(settling);
+    sleepFor(startDelay);
     const int kioskFrames = kioskProcess.frames();
     const int floorFrames = floorProcess.frames();
     Sample kiosk;
@@ -154,7 +153,7 @@ void benchClockIdle(Table &table, std::chrono::seconds settling, std::chrono::se
 
 void benchStartup(Table &table, bool quick)
 {
-    const auto settling = quick ? 5s : 20s;
+    const auto startDelay = quick ? 5s : 20s;
     const auto idle = quick ? 15s : 60s;
     const int rounds = quick ? 3 : 21;
     const int slowRounds = quick ? 1 : 5;
@@ -162,7 +161,7 @@ void benchStartup(Table &table, bool quick)
     simulator::Simulator simulator;
     if (!simulator.start())
         throw std::runtime_error("the simulator does not start");
-    QSettings settings; // the kiosk's own, in the folder that scripts/bench made
+    QSettings settings; // of the kiosk, in the folder from scripts/bench
     settings.setValue(keys::eventDataUrlTemplate, simulator.scheduleUrlTemplate());
     settings.setValue(keys::plenarLocationId, 1);
     settings.setValue(keys::locationName, QStringLiteral("Kiosk 1"));
@@ -172,11 +171,11 @@ void benchStartup(Table &table, bool quick)
 
     benchFirstFrame(table, rounds);
     benchMemory(table, slowRounds);
-    waitForQuietTime(settling + idle);
+    waitForQuietTime(startDelay + idle);
     simulator.setSchedule(quietDocument(QDateTime::currentDateTime()));
-    benchScheduleIdle(table, settling, idle);
-    waitForQuietTime(settling + slowRounds * idle);
+    benchScheduleIdle(table, startDelay, idle);
+    waitForQuietTime(startDelay + slowRounds * idle);
     settings.setValue(keys::defaultView, 0); // the clock
     settings.sync();
-    benchClockIdle(table, settling, idle, slowRounds);
+    benchClockIdle(table, startDelay, idle, slowRounds);
 }

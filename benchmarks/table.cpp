@@ -11,7 +11,7 @@
 
 namespace {
 
-/** With about three digits. */
+/** The value with about three digits. */
 QString number(double value)
 {
     if (value == Table::none)
@@ -41,9 +41,9 @@ double Sample::high() const
 
 QString Sample::text(const char *unit) const
 {
-    const auto [least, most] = std::minmax_element(values.begin(), values.end());
+    const auto [min, max] = std::minmax_element(values.begin(), values.end());
     return QStringLiteral("%1%2 (%3..%4)")
-        .arg(number(median()), QLatin1String(unit), number(*least), number(*most));
+        .arg(number(median()), QLatin1String(unit), number(*min), number(*max));
 }
 
 void Table::add(const QString &what, const QString &measured, const QString &floor, double figure,
@@ -72,12 +72,12 @@ void Table::addHighRatio(const QString &what, const char *unit, const Sample &me
 }
 
 void Table::addRateRatio(const QString &what, const char *unit, const Sample &measured,
-                         const Sample &floor, double least)
+                         const Sample &floor, double min)
 {
     const double ratio = measured.median() / floor.median();
     m_lines.append({ what, measured.text(unit), floor.text(unit), number(ratio),
-                     QStringLiteral(">= ") + number(least), number(none),
-                     ratio >= least ? QStringLiteral("met") : QStringLiteral("NOT MET") });
+                     QStringLiteral(">= ") + number(min), number(none),
+                     ratio >= min ? QStringLiteral("met") : QStringLiteral("NOT MET") });
 }
 
 void Table::print() const

@@ -1,8 +1,8 @@
 # SPDX-FileCopyrightText: The Lumenboard developers
 # SPDX-License-Identifier: GPL-3.0-or-later
 
-# The asset and the translation tree. Their resource names are what QML and the font loader ask
-# for; the files keep the names under which they are published, hence the aliases.
+# The asset and the translation tree. QML and the font loader use the resource names. The files keep
+# their published names, hence the aliases.
 
 set(_assets "")
 function(_asset resource file)
@@ -50,7 +50,7 @@ file(CONFIGURE OUTPUT "${CMAKE_BINARY_DIR}/translation.qrc" CONTENT
   </qresource>
 </RCC>
 ")
-# Written out by hand: qt5_add_resources knows no dependency on a file that is generated itself.
+# Without qt5_add_resources, which can not depend on a generated file.
 add_custom_command(OUTPUT "${CMAKE_BINARY_DIR}/qrc_translation.cpp"
     COMMAND Qt5::rcc --name translation --format-version 3
             --output "${CMAKE_BINARY_DIR}/qrc_translation.cpp" "${CMAKE_BINARY_DIR}/translation.qrc"

@@ -1,7 +1,7 @@
 # SPDX-FileCopyrightText: The Lumenboard developers
 # SPDX-License-Identifier: GPL-3.0-or-later
 
-# Language level, warnings and definitions that every target of ours shares.
+# Language level, warnings and definitions of all our targets.
 
 set(CMAKE_CXX_STANDARD 17)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)

@@ -1,10 +1,10 @@
 # SPDX-FileCopyrightText: The Lumenboard developers
 # SPDX-License-Identifier: GPL-3.0-or-later
 #
-# What the scripts for people share. To be sourced.
+# Shared functions of the scripts. To be sourced.
 # shellcheck shell=bash
 
-# fail SENTENCE: ends the script with what is wrong and what to do about it.
+# fail SENTENCE: ends the script with a sentence that names the problem and its solution.
 fail() {
     echo "$*" >&2
     exit 1
@@ -15,7 +15,7 @@ print_help() {
     awk 'NR > 4 { if (!/^#/) exit; sub(/^# ?/, ""); print }' "scripts/${0##*/}"
 }
 
-# need_space FOLDER MEGABYTES WHAT: ends the script where the file system of FOLDER has less room.
+# need_space FOLDER MEGABYTES WHAT: ends the script if the file system of FOLDER has less free space.
 need_space() {
     local free
     free=$(df --output=avail -B 1M "$1" | tail -n 1 | tr -d ' ')
@@ -24,7 +24,7 @@ need_space() {
             "please make room and start again."
 }
 
-# build PRESET MEGABYTES: configures and builds it; MEGABYTES is what the finished build takes.
+# build PRESET MEGABYTES: configures and builds the preset. MEGABYTES is the size of the finished build.
 build() {
     local folder=$PWD/build/$1 log=$PWD/build/$1.log
     mkdir -p "$folder" ||

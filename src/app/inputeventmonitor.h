@@ -6,8 +6,8 @@
 #include <QObject>
 
 /**
- * Application-wide event filter that tells when somebody touches the screen or clicks. Keys and
- * moves do not count, and no event is consumed. GUI thread.
+ * Application-wide event filter that reports touches and clicks. Ignores keys and moves, and
+ * consumes no event. GUI thread.
  */
 class InputEventMonitor : public QObject
 {

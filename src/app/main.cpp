@@ -18,9 +18,9 @@
 namespace {
 
 /**
- * Leaves without the destructors of Qt's globals: they wait for name look-ups that hang, and with
- * them the whole process would (12 s have been seen), as does a network manager whose server is
- * amid an answer. Window and threads are gone by now, and settings are written when they change.
+ * Ends the process without the destructors of Qt's globals. These wait for hanging name look-ups
+ * (12 s seen) and for a server that is still sending a response. Window and threads are gone by
+ * now, and settings are written when they change.
  */
 [[noreturn]] void leave(int code)
 {
@@ -57,7 +57,7 @@ int main(int argc, char *argv[])
         const WorkerController workerController;
         code = runWindowPasses(termination);
     } catch (...) {
-        throw; // caught so that the window is unwound in order before the process ends
+        throw; // without this handler the process could end before the stack is unwound
     }
     leave(code);
 }

@@ -24,7 +24,7 @@ std::unique_ptr<PendingWindowState> pendingWindowState;
 
 namespace {
 
-/** Stateless, and outlives every engine. */
+/** Has no state and outlives every engine. */
 FencedNetworkAccessManagerFactory *networkFactory()
 {
     static FencedNetworkAccessManagerFactory factory;
@@ -43,7 +43,8 @@ QuickWindow::QuickWindow(QWindow *parent)
     engine()->setNetworkAccessManagerFactory(networkFactory());
     setTitle(QStringLiteral("Lumenboard"));
     setIcon(QIcon(QStringLiteral(":/icons/app.ico")));
-    // The background of the style: nothing flashes white before the first frame or after an error.
+    // The style's background, so that nothing flashes white before the first frame or after an
+    // error.
     setColor(QColor(0x30, 0x30, 0x30));
 }
 
@@ -70,7 +71,7 @@ void QuickWindow::reload()
 
 void QuickWindow::startFresh()
 {
-    // Now, and not when the new views are there: a card that is read meanwhile is not theirs.
+    // Now, not after the new views are loaded: a card read meanwhile is not meant for them.
     LBAPI::instance()->setScanTransponder(false);
     m_refreshTimer.stop();
     m_inactivityTimer.stop();
@@ -93,7 +94,7 @@ void QuickWindow::keyPressEvent(QKeyEvent *e)
         QQuickView::keyPressEvent(e);
 }
 
-/** The order matters: a key sequence of the platform may hide one of the fixed keys below it. */
+/** The order matters: a platform key sequence may equal one of the fixed keys below it. */
 bool QuickWindow::handleServiceKey(const QKeyEvent *e)
 {
     constexpr Qt::KeyboardModifiers everyModifier
@@ -148,8 +149,7 @@ void QuickWindow::rebuild()
 {
     LBAPI::instance()->setScanTransponder(false);
     pendingWindowState = std::make_unique<PendingWindowState>();
-    pendingWindowState->state = windowState();
-    pendingWindowState->geometry = geometry();
+    *pendingWindowState = { windowState(), geometry() };
     close();
 }
 
@@ -161,7 +161,7 @@ void QuickWindow::toggleFullScreen()
 
 void QuickWindow::showCentred()
 {
-    constexpr QSize largest(1920, 1200);
+    constexpr QSize maxSize(1920, 1200);
 
     leaveFullScreen();
     QRect available = screen()->availableGeometry();
@@ -171,14 +171,14 @@ void QuickWindow::showCentred()
     });
     if (shown != siblings.cend())
         available = (*shown)->availableGeometry();
-    QRect centred(QPoint(), available.size().boundedTo(largest));
+    QRect centred(QPoint(), available.size().boundedTo(maxSize));
     centred.moveCenter(available.center());
     setGeometry(centred);
 }
 
 void QuickWindow::showOnSecondScreen()
 {
-    // Not centred, and meant so: technicians know the window by its place.
+    // Deliberately not centred: technicians recognise the window by its place.
     constexpr double offset = 0.16;
     constexpr double share = 0.66;
 

@@ -9,22 +9,22 @@
 
 #include <memory>
 
-/** State and place of a window that is torn down to be built again. */
+/** State and geometry of a window that is about to be rebuilt. */
 struct PendingWindowState
 {
     Qt::WindowState state = Qt::WindowNoState;
     QRect geometry;
 };
 
-/** Set by the window when it closes itself for a rebuild, taken by the next window pass. */
+/** Set by a window that closes for a rebuild; taken by the next window pass. */
 extern std::unique_ptr<PendingWindowState> pendingWindowState;
 
 /**
- * The one top-level window: shows the main view and keeps the rhythm of the screen.
+ * The only top-level window: shows the main view, refreshes it and handles the service keys.
  *
- * While nobody touches the screen the refresh timer returns to the start view with fresh data at
- * each point of the refresh grid. A touch stops it, and the inactivity timer does the same once
- * after the last touch. Technicians have service keys. GUI thread.
+ * While nobody touches the screen, the refresh timer returns to the start view with fresh data at
+ * each point of the refresh grid. A touch stops the refresh timer, and the inactivity timer does
+ * the same once, some time after the last touch. GUI thread.
  */
 class QuickWindow : public QQuickView
 {
@@ -32,19 +32,19 @@ class QuickWindow : public QQuickView
 
 public:
     explicit QuickWindow(QWindow *parent = nullptr);
-    /** Ends the thread that reads cards. */
+    /** Stops the attendance thread. */
     ~QuickWindow() override;
 
-    /** Hides the mouse cursor over every window of the program, or shows it again. */
+    /** Hides or shows the mouse cursor over all windows of the program. */
     static void applyHideMouseCursor(bool hide);
 
     [[nodiscard]] QTimer *refreshTimer() { return &m_refreshTimer; }
     [[nodiscard]] QTimer *inactivityTimer() { return &m_inactivityTimer; }
 
 public Q_SLOTS:
-    /** Back to the start view, with fresh schedule data. */
+    /** Returns to the start view, with fresh schedule data. */
     void reset();
-    /** Loads the whole user interface anew, with fresh schedule data. */
+    /** Reloads the whole user interface, with fresh schedule data. */
     void reload();
 
 protected:

@@ -30,7 +30,7 @@ namespace {
 
 constexpr auto qmlModule = "Lumenboard";
 
-/** The process-wide objects belong to C++: an engine that goes must not take them along. */
+/** Keeps the ownership in C++: a destroyed engine must not delete a process-wide object. */
 template <typename T> QObject *provideSingleton(QQmlEngine *, QJSEngine *)
 {
     T *object = T::instance();
@@ -52,7 +52,7 @@ void loadFaces(const QString &pattern, std::initializer_list<const char *> faces
     }
 }
 
-/** For what an operator may set otherwise, to look into a fault. */
+/** For variables that an operator may set differently, for example to analyse a fault. */
 void setDefaultVariable(const char *name, const char *value)
 {
     if (!qEnvironmentVariableIsSet(name))
@@ -60,12 +60,12 @@ void setDefaultVariable(const char *name, const char *value)
 }
 
 /**
- * Shortens the way from an event to the picture, above all where the processor draws it.
+ * Shortens the time from an event to its frame, above all without a graphics processor.
  *
- * Items lie flat and in order, and no clip is turned or round: a depth and a stencil buffer would
- * save no work, and each frame would begin with clearing them, 4 bytes for every pixel. Qt's
- * wait of 5 ms before a frame, meant to gather events, gathers nothing here. 2 ms are left: a
- * card's record is on its way to the service before drawing takes the processor.
+ * Depth and stencil buffer cost 4 bytes per pixel that each frame clears, and save nothing: items
+ * are flat and drawn in order, and no clip is rotated or round. Qt waits 5 ms before a frame to
+ * collect events, of which there are few here. 2 ms remain, so that a card's record is on its way
+ * to the service before drawing takes the processor.
  */
 void prepareRendering()
 {
@@ -78,18 +78,18 @@ void prepareRendering()
 
 void prepareEnvironment()
 {
-    // Settings, spool files and caches are nobody else's business.
+    // Nobody else may read settings, spool files and caches.
     umask(S_IRWXG | S_IRWXO);
 
     qputenv("QT_IM_MODULE", "qtvirtualkeyboard");
-    // The keyboard stands in the main view or nowhere, never in a window of its own.
+    // The keyboard is part of the main view and never opens its own window.
     qputenv("QT_VIRTUALKEYBOARD_DESKTOP_DISABLE", "1");
     qputenv("QML_XHR_ALLOW_FILE_READ", "0");
     qputenv("QML_XHR_ALLOW_FILE_WRITE", "0");
-    // Without TZ the C library looks at the zone file anew for every local time that is made.
+    // Without TZ the C library checks the zone file for every local time.
     setDefaultVariable("TZ", ":/etc/localtime");
-    // Qt looks at all network interfaces every 10 s, of which nothing here depends: requests fail
-    // and succeed by what the system says at that moment.
+    // By default Qt polls all network interfaces every 10 s. Nothing depends on that: requests
+    // succeed or fail at the moment they are sent.
     setDefaultVariable("QT_BEARER_POLL_TIMEOUT", "86400000"); // ms
     prepareRendering();
 
@@ -134,7 +134,7 @@ void loadFonts()
     QFont font = QGuiApplication::font();
     font.setFamily(textFamily);
     QGuiApplication::setFont(font);
-    // The styles also name these; what a system puts in their place differs between machines.
+    // The styles also use these names, which each system would replace differently.
     QFont::insertSubstitution(QStringLiteral("MavenPro"), textFamily);
     QFont::insertSubstitution(QStringLiteral("Bandolino"), textFamily);
     QFont::insertSubstitution(QStringLiteral("Font Awesome"),
@@ -143,8 +143,7 @@ void loadFonts()
 
 void registerMetaTypes()
 {
-    // Registered on first use otherwise, and two threads that do so at once get in each other's
-    // way.
+    // Otherwise Qt registers these on first use, possibly in two threads at once.
     qRegisterMetaType<QNetworkReply::NetworkError>();
     qRegisterMetaType<QList<QSslError>>();
 
@@ -170,6 +169,6 @@ void registerQmlTypes()
     registerQmlType<NotificationButton>("LBNotificationButton");
     registerQmlType<NotificationsModel>("LBNotifications");
 
-    // Reached as a property of LBAPI, not through a provider.
+    // QML gets it as a property of LBAPI, not through a provider.
     QQmlEngine::setObjectOwnership(Config::instance(), QQmlEngine::CppOwnership);
 }

@@ -6,24 +6,24 @@
 #include <QTranslator>
 
 /**
- * The steps of the start before the first window, in the order in which main() takes them. Tests
- * and benchmarks take those that they need.
+ * The steps before the first window, in the order of main(). Tests and benchmarks call the steps
+ * that they need.
  */
 
-/** Environment, umask, style and attributes; before the application object is made. */
+/** Sets environment, umask, style and attributes. Call before creating the application object. */
 void prepareEnvironment();
 
-/** Names the application; before the first access to the settings. */
+/** Names the application. Call before the first access to the settings. */
 void nameApplication();
 
-/** The interface is German, whatever the system's locale. */
+/** Makes the interface German, whatever the system's locale is. */
 void setGermanLocale();
 
-/** Translations of Qt and of the program, in force as long as this object lives. */
+/** The translations of Qt and of the program. They apply while this object exists. */
 class Translations
 {
 public:
-    /** Loads and installs for the default locale; without them the program runs in English. */
+    /** Loads them for the default locale. Without them the program runs in English. */
     void install();
 
 private:
@@ -31,11 +31,11 @@ private:
     QTranslator m_program;
 };
 
-/** Loads the fonts of the asset tree; faces that this build does not carry are passed over. */
+/** Loads the fonts of the asset tree. Skips faces that this build does not contain. */
 void loadFonts();
 
 /** Registers every type that travels between threads or through properties. */
 void registerMetaTypes();
 
-/** Registers the module "Lumenboard" 1.0; before the first QML engine is made. */
+/** Registers the module "Lumenboard" 1.0. Call before creating the first QML engine. */
 void registerQmlTypes();

@@ -14,8 +14,8 @@
 namespace {
 
 /**
- * The pipe from the signal handler to the event loop. Global because a handler gets no context;
- * the handler may run in any thread, and writing a byte is all that is safe there.
+ * The pipe from the signal handler to the event loop. Global because a handler gets no context. The
+ * handler may run in any thread, where only functions such as write() are safe.
  */
 std::array<int, 2> s_pipe { -1, -1 };
 
@@ -23,12 +23,12 @@ void onSignal(int number)
 {
     const int keptErrno = errno;
     const auto byte = static_cast<char>(number);
-    // A full pipe already holds the news.
+    // A full pipe already wakes the event loop.
     [[maybe_unused]] const ssize_t written = write(s_pipe[1], &byte, 1);
     errno = keptErrno;
 }
 
-bool handle(int number)
+bool catchSignal(int number)
 {
     struct sigaction action
     {
@@ -44,7 +44,8 @@ bool handle(int number)
 TerminationSignals::TerminationSignals(QObject *parent)
     : QObject(parent)
 {
-    if (pipe2(s_pipe.data(), O_CLOEXEC | O_NONBLOCK) != 0 || !handle(SIGTERM) || !handle(SIGINT)) {
+    if (pipe2(s_pipe.data(), O_CLOEXEC | O_NONBLOCK) != 0 || !catchSignal(SIGTERM)
+        || !catchSignal(SIGINT)) {
         qWarning() << "Failed to catch termination signals:" << qt_error_string(errno);
         return;
     }
@@ -68,7 +69,7 @@ void TerminationSignals::onReadable()
 {
     char number = 0;
     if (read(s_pipe[0], &number, 1) != 1)
-        return; // nothing there after all
+        return; // spurious wake-up
     qInfo() << "Ending on signal" << static_cast<int>(number);
     m_requested = true;
     Q_EMIT requested();

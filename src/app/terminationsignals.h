@@ -9,7 +9,7 @@
 #include <memory>
 
 /**
- * Turns SIGTERM and SIGINT into a signal of the GUI thread, so that the program ends as if its
+ * Turns SIGTERM and SIGINT into a Qt signal in the GUI thread, so that the program ends as if its
  * window had been closed. One object per process.
  */
 class TerminationSignals : public QObject
@@ -20,7 +20,7 @@ public:
     explicit TerminationSignals(QObject *parent = nullptr);
     ~TerminationSignals() override;
 
-    /** Whether the process has been asked to end. */
+    /** Whether a signal has arrived. */
     [[nodiscard]] bool isRequested() const { return m_requested; }
 
 Q_SIGNALS:

@@ -10,19 +10,19 @@
 
 namespace {
 
-/** A number from @p least to @p most, both included. */
-int randomNumber(int least, int most)
+/** A number from @p min to @p max, both included. */
+int randomNumber(int min, int max)
 {
-    return QRandomGenerator64::global()->bounded(least, most + 1);
+    return QRandomGenerator64::global()->bounded(min, max + 1);
 }
 
-QString randomLetters(int least, int most)
+QString randomLetters(int min, int max)
 {
-    // German screens show umlauts: let them be seen too.
+    // With umlauts, which German screens must show.
     static const QString alphabet
         = QStringLiteral("abcdefghijklmnopqrstuvwxyzäöüßABCDEFGHIJKLMNOPQRSTUVWXYZÄÖÜ");
     QString letters;
-    for (int n = randomNumber(least, most); n > 0; --n)
+    for (int n = randomNumber(min, max); n > 0; --n)
         letters.append(alphabet.at(randomNumber(0, alphabet.size() - 1)));
     return letters;
 }
@@ -31,10 +31,10 @@ QString randomLetters(int least, int most)
 
 Notification *makeTestNotification()
 {
-    constexpr int mostWords = 12;
+    constexpr int maxWords = 12;
 
     QStringList words;
-    for (int n = randomNumber(1, mostWords); n > 0; --n)
+    for (int n = randomNumber(1, maxWords); n > 0; --n)
         words.append(randomLetters(5, 15));
     const bool hasTimeout = randomNumber(0, 1) == 1;
     const uint timeout = hasTimeout ? static_cast<uint>(randomNumber(5000, 9999)) : 0;

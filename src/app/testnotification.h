@@ -6,7 +6,7 @@
 class Notification;
 
 /**
- * A notification of random kind, texts, countdown and buttons, for a technician who wants to see
- * whether the screen shows them. The caller takes it over.
+ * A notification with random type, texts, countdown and buttons, for a technician who checks the
+ * screen. The caller owns it.
  */
 [[nodiscard]] Notification *makeTestNotification();

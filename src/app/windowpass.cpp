@@ -69,15 +69,15 @@ void wireWindow(QuickWindow &window, InputEventMonitor &monitor)
                    SIGNAL(hideMouseCursorChanged(bool)), &window, SLOT(setHideMouseCursor(bool)));
     connectChecked(config,
                    SIGNAL(inactivityTimeoutChanged(int)), &window, SLOT(setInactivityTimeout(int)));
-    // The new interval first, so that the reload already runs with it.
-    QObject::connect(config, &Config::configChanged, inactivity, [config, inactivity] {
-        inactivity->setInterval(config->inactivityTimeout() * 1000);
-    });
+    const auto applyInactivityTimeout
+        = [config, inactivity] { inactivity->setInterval(config->inactivityTimeout() * 1000); };
+    applyInactivityTimeout();
+    // Before the reload, so that it already uses the new interval.
+    QObject::connect(config, &Config::configChanged, inactivity, applyInactivityTimeout);
     QObject::connect(config, &Config::configChanged, &window, &QuickWindow::reload);
 
     QObject::connect(refresh, &QTimer::timeout, &window, &QuickWindow::reset);
     QObject::connect(inactivity, &QTimer::timeout, &window, &QuickWindow::reset);
     connectChecked(&monitor, SIGNAL(inputEvent()), refresh, SLOT(stop()));
     connectChecked(&monitor, SIGNAL(inputEvent()), inactivity, SLOT(start()));
-    inactivity->setInterval(config->inactivityTimeout() * 1000);
 }

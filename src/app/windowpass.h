@@ -8,10 +8,10 @@ class QuickWindow;
 class TerminationSignals;
 
 /**
- * Builds the window, runs the event loop and tears the window down, again for as long as the
- * window asks to be rebuilt. Returns the exit code of the last event loop.
+ * Builds the window, runs the event loop and destroys the window, and repeats this while the window
+ * requests a rebuild. Returns the exit code of the last event loop.
  */
 [[nodiscard]] int runWindowPasses(const TerminationSignals &termination);
 
-/** Connects @p window with settings, timers, input and engine. */
+/** Connects @p window to settings, timers, input and engine. */
 void wireWindow(QuickWindow &window, InputEventMonitor &monitor);

@@ -8,8 +8,8 @@
 class QThread;
 
 /**
- * Runs the configuration worker in a thread of its own, from construction to destruction. GUI
- * thread; stands on the entry point's stack for the whole run.
+ * Runs the configuration worker in its own thread from construction to destruction. Lives in the
+ * GUI thread, on the stack of main().
  */
 class WorkerController : public QObject
 {
@@ -17,7 +17,7 @@ class WorkerController : public QObject
 
 public:
     explicit WorkerController(QObject *parent = nullptr);
-    /** Waits for the thread, at most two seconds before it is terminated. */
+    /** Stops the thread, and terminates it after two seconds. */
     ~WorkerController() override;
 
 private:

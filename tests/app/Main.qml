@@ -4,7 +4,7 @@
 import QtQuick 2.15
 import Lumenboard 1.0
 
-/** Stands in for the interface: shows that it is there, and what it finds. */
+/** Replaces the interface: exists, and exposes what it finds in LBAPI. */
 Item {
     property string token: LBAPI.accessToken
     property int notices: LBAPI.notifications.length

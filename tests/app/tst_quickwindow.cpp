@@ -9,9 +9,7 @@
 #include "support/testcase.h"
 
 #include <QGuiApplication>
-#include <QQmlEngine>
 #include <QQuickItem>
-#include <QScreen>
 
 #include <csignal>
 
@@ -87,6 +85,7 @@ private Q_SLOTS:
     {
         const auto window = makeWindow();
         QuickWindow::applyHideMouseCursor(true);
+        QCOMPARE(QGuiApplication::overrideCursor()->shape(), Qt::BlankCursor);
         for (const bool hides : { false, true }) {
             press(*window, Qt::Key_F12, Qt::ShiftModifier);
             QCOMPARE(QGuiApplication::overrideCursor() != nullptr, hides);
@@ -95,20 +94,7 @@ private Q_SLOTS:
         QuickWindow::applyHideMouseCursor(false);
     }
 
-    void hearsTouchesAndClicksOnly()
-    {
-        InputEventMonitor monitor;
-        const QSignalSpy inputs(&monitor, &InputEventMonitor::inputEvent);
-        for (int type = QEvent::None; type < QEvent::User; ++type) {
-            QEvent event(static_cast<QEvent::Type>(type));
-            const int before = inputs.count();
-            QVERIFY2(!monitor.eventFilter(this, &event), "an event was consumed");
-            const bool isInput = type == QEvent::MouseButtonPress || type == QEvent::TouchBegin;
-            QCOMPARE(inputs.count() - before, isInput ? 1 : 0);
-        }
-    }
-
-    void showsOrSwallows()
+    void handlesTheTestNotificationKey()
     {
         constexpr auto all = Qt::ControlModifier | Qt::AltModifier | Qt::ShiftModifier;
         const auto window = makeWindow();
@@ -120,33 +106,7 @@ private Q_SLOTS:
         QCOMPARE(LBAPI::instance()->notifications()->length(), 1);
     }
 
-    void placesTheWindow()
-    {
-        const auto window = makeWindow();
-        window->show();
-        const QRect available = window->screen()->availableGeometry();
-        for (const auto state : { Qt::WindowFullScreen, Qt::WindowNoState, Qt::WindowFullScreen }) {
-            QVERIFY(press(*window, Qt::Key_F11));
-            QCOMPARE(window->windowState(), state);
-        }
-        QVERIFY(press(*window, Qt::Key_F11, Qt::AltModifier));
-        QCOMPARE(window->windowState(), Qt::WindowNoState);
-        QCOMPARE(window->geometry(),
-                 QRect(int(available.x() + 0.16 * available.width()),
-                       int(available.y() + 0.16 * available.height()),
-                       int(0.66 * available.width()), int(0.66 * available.height())));
-        press(*window, Qt::Key_F11);
-        QVERIFY(press(*window, Qt::Key_F11, Qt::ShiftModifier));
-        QCOMPARE(window->windowState(), Qt::WindowNoState);
-        QCOMPARE(window->size(), available.size().boundedTo(QSize(1920, 1200)));
-        // The platform without a screen keeps room for a frame.
-        const QPoint shift = window->geometry().center() - available.center();
-        QVERIFY(shift.manhattanLength() < 10);
-        Q_EMIT window->engine()->quit();
-        QVERIFY(!window->isVisible());
-    }
-
-    void endsTheScanModeBeforeItLoadsAnew()
+    void endsTheScanModeBeforeItReloads()
     {
         services();
         QuickWindow window;
@@ -169,7 +129,7 @@ private Q_SLOTS:
         const QRect place(10, 20, 300, 200);
         QRect lastPlace;
         QStringList seen;
-        QTimer steps; // one in each pass, as soon as the window is shown
+        QTimer steps; // one step in each pass, once the window is shown
         connect(&steps, &QTimer::timeout, this, [&] {
             const auto windows = QGuiApplication::topLevelWindows();
             auto *window = qobject_cast<QuickWindow *>(windows.value(0));
@@ -205,7 +165,7 @@ private Q_SLOTS:
     }
 
 private:
-    /** A window with its wiring and the services around it, not yet loaded. */
+    /** A connected window with services, not yet loaded. */
     std::unique_ptr<QuickWindow> makeWindow()
     {
         services();
@@ -214,7 +174,7 @@ private:
         return window;
     }
 
-    /** Whether the window took the key. */
+    /** Presses a key. Returns whether the window accepted it. */
     static bool press(QuickWindow &window, Qt::Key key, Qt::KeyboardModifiers modifiers = {})
     {
         QKeyEvent event(QEvent::KeyPress, key, modifiers);

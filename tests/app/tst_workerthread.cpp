@@ -10,7 +10,7 @@
 #include <cxxabi.h>
 #include <unistd.h>
 
-/** A worker that never comes back, in init() or in a slot that catches everything. */
+/** A worker that blocks forever, in init() or in a slot that catches everything. */
 class BlockedWorker : public QObject
 {
     Q_OBJECT
@@ -27,19 +27,19 @@ private Q_SLOTS:
     void init()
     {
         if (m_blocksInSlot)
-            QMetaObject::invokeMethod(this, "guardedSlot", Qt::QueuedConnection);
+            QMetaObject::invokeMethod(this, "catchingSlot", Qt::QueuedConnection);
         else
             block();
     }
 
-    void guardedSlot()
+    void catchingSlot()
     {
         try {
             block();
         } catch (abi::__forced_unwind &) {
             throw;
         } catch (...) {
-            qFatal("the end of a thread is no failure of ours");
+            qFatal("the end of a thread is not a failure");
         }
     }
 
@@ -63,7 +63,7 @@ private Q_SLOTS:
     {
         columns<bool>("blocksInSlot");
         row("in init()", false);
-        row("in a guarded slot", true);
+        row("in a slot that catches everything", true);
     }
 
     void endsABlockedWorker()
@@ -73,12 +73,12 @@ private Q_SLOTS:
         startWorkerThread(thread, worker);
         QTRY_VERIFY(worker->isBlocked);
         log().expect("terminating"_s);
-        log().allow("Qt has caught an exception"_s); // so Qt takes the end of the thread
+        log().allow("Qt has caught an exception"_s); // Qt sees the end of the thread as one
         QVERIFY(stopWorkerThread(thread, { "stopping", "terminating", "stopped" }));
         QVERIFY(thread.isFinished());
     }
 
-    void tellsOfAThreadThatDoesNotRun()
+    void reportsAThreadThatDoesNotRun()
     {
         QThread thread;
         QVERIFY(!stopWorkerThread(thread, { "stopping", "terminating", "stopped" }));

@@ -4,7 +4,7 @@
 #include <netdb.h>
 #include <unistd.h>
 
-/** Preloaded into a program: a name server that never answers. */
+/** For preloading: every name look-up hangs forever. */
 extern "C" int getaddrinfo(const char *, const char *, const addrinfo *, addrinfo **)
 {
     while (true)

@@ -1,21 +1,16 @@
 // SPDX-FileCopyrightText: The Lumenboard developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+#include "httptest.h"
 #include "simulator/commandinterpreter.h"
 #include "simulator/kioskrunner.h"
 #include "simulator/sampleday.h"
-#include "simulator/simulator.h"
 
 #include <QElapsedTimer>
-#include <QFile>
 #include <QMessageAuthenticationCode>
-#include <QNetworkAccessManager>
-#include <QNetworkReply>
 #include <QRandomGenerator>
-#include <QSignalSpy>
 #include <QTcpSocket>
 #include <QTemporaryFile>
-#include <QTest>
 #include <QtEndian>
 
 #include <csignal>
@@ -29,7 +24,7 @@ const QByteArray record = R"(<?xml version="1.0" encoding="UTF-8"?><attendance>)
                           "<clientTime>2024-05-13T10:05:00</clientTime><locationId>1</locationId>"
                           "<transponderId>169552957</transponderId></attendance>";
 
-/// A token as the kiosk makes it, with Qt's keyed hash where the simulator has its own.
+/** A token as the kiosk makes it, with the HMAC of Qt instead of the simulator's. */
 QByteArray token(const QByteArray &document, qint64 ageMs)
 {
     QByteArray time(8, 0);
@@ -43,34 +38,26 @@ QByteArray token(const QByteArray &document, qint64 ageMs)
 
 } // namespace
 
-class TestSimulator : public QObject
+class TestSimulator : public HttpTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init()
+    void dayHasACurrentAndANextEvent_data()
     {
-        m_manager = std::make_unique<QNetworkAccessManager>();
-        m_simulator = std::make_unique<Simulator>();
-        QVERIFY(m_simulator->start());
-    }
-    void cleanup() { m_simulator.reset(); }
-
-    void dayHasSomethingNowAndNext_data()
-    {
-        QTest::addColumn<QTime>("time");
+        columns<QTime>("time");
         for (const char *time :
              { "00:00:00", "04:59:00", "09:14:59", "14:30:00", "20:45:00", "23:50:00", "23:59:59" })
-            QTest::newRow(time) << QTime::fromString(QLatin1String(time));
+            row(time, QTime::fromString(QLatin1String(time)));
     }
 
-    void dayHasSomethingNowAndNext()
+    void dayHasACurrentAndANextEvent()
     {
-        QFETCH(QTime, time);
+        const auto time = at<QTime>("time");
         const QDateTime now(QDate(2024, 5, 13), time, Qt::UTC);
         const SampleDay day(now, { 1 });
-        QVERIFY2(day.events().size() >= 9, "too little happens");
-        int running = 0;
+        QVERIFY(day.events().size() >= 9);
+        int current = 0;
         int next = 0;
         int overlaps = 0;
         bool hasPast = false;
@@ -78,53 +65,50 @@ private Q_SLOTS:
         for (const SampleDay::Event &event : day.events()) {
             const qint64 wait = now.secsTo(event.start);
             QVERIFY(event.end > event.start && event.start.date() >= now.date());
-            QVERIFY2(wait <= 0 || wait >= 1800, "something begins too soon");
-            running += wait <= 0 && event.end > now ? 1 : 0;
+            QVERIFY2(wait <= 0 || wait >= 1800, "an event begins too soon");
+            current += wait <= 0 && event.end > now ? 1 : 0;
             next += wait >= 1800 && wait <= 3600 ? 1 : 0;
             overlaps += previousEnd > event.start ? 1 : 0;
             hasPast = hasPast || event.end <= now;
             previousEnd = event.end;
         }
-        QCOMPARE(running, 1);
-        QCOMPARE(next, 1);
-        QCOMPARE(overlaps, 1);
+        QCOMPARE(QVector<int>({ current, next, overlaps }), QVector<int>({ 1, 1, 1 }));
         QCOMPARE(hasPast, time > QTime(5, 0));
         QCOMPARE(previousEnd.date() == now.date(), time < QTime(23, 0));
     }
 
     void isStrict_data()
     {
-        QTest::addColumn<QByteArray>("request");
-        QTest::addColumn<QByteArray>("status");
-        const QByteArray host = "Host: localhost\r\n";
-        const auto row = [](const char *line, const QByteArray &headers, const char *status) {
-            QTest::addRow("%s, %d bytes of headers", line, headers.size()) << line
-                    + QByteArray("\r\n") + headers + "\r\n" << QByteArray(status);
+        columns<QByteArray, QByteArray>("head", "status");
+        const QByteArray good
+            = "GET /rs/lumenboard/schedule/2024-05-13 HTTP/1.1\r\nHost: localhost\r\n";
+        const auto request = [&good](const char *name, const char *part, const char *other,
+                                     const QByteArray &status) {
+            row(name, QByteArray(good).replace(part, other), status);
         };
-        row("GET /rs/lumenboard/schedule/2024-05-13 HTTP/1.1", host, "200");
-        row("GET /rs/lumenboard/schedule/2024-05-13 HTTP/1.1", "", "400");
-        row("GET /rs/lumenboard/schedule/2024-05-13 HTTP/1.1", host + host, "400");
-        row("GET /rs/lumenboard/schedule/2024-05-13 HTTP/1.0", host, "400");
-        row("HEAD /rs/lumenboard/schedule/2024-05-13 HTTP/1.1", host, "405");
-        row("GET /rs/lumenboard/schedule/2024-02-30 HTTP/1.1", host, "404");
-        row("GET /rs/lumenboard/plan/2024-05-13 HTTP/1.1", host, "404");
-        row("GET /rs/lumenboard-legacy/attendancelog HTTP/1.1", host, "405");
+        request("good", "1.1", "1.1", "200");
+        request("no host", "Host: localhost\r\n", "", "400");
+        request("two hosts", "Host", "Host: localhost\r\nHost", "400");
+        request("old version", "1.1", "1.0", "400");
+        request("other method", "GET", "HEAD", "405");
+        request("no such day", "05-13", "02-30", "404");
+        request("no such service", "schedule", "plan", "404");
+        request("attendance by GET", "/schedule/2024-05-13", "-legacy/attendancelog", "405");
     }
 
     void isStrict()
     {
-        QFETCH(QByteArray, request);
         QTcpSocket socket;
-        socket.connectToHost(QStringLiteral("127.0.0.1"), quint16(m_simulator->baseUrl().port()));
-        socket.write(request);
+        socket.connectToHost("127.0.0.1"_s, quint16(services().baseUrl().port()));
+        socket.write(at<QByteArray>("head") + "\r\n");
         QVERIFY(socket.waitForReadyRead());
-        QTEST(socket.readLine().split(' ').at(1), "status");
+        QCOMPARE(socket.readLine().split(' ').at(1), at<QByteArray>("status"));
     }
 
     void servesAFileAsItChanges()
     {
         QTemporaryFile file;
-        QVERIFY(file.open() && m_simulator->setScheduleFile(file.fileName(), nullptr));
+        QVERIFY(file.open() && services().setScheduleFile(file.fileName(), nullptr));
         for (const QByteArray &content : { QByteArray(), QByteArray("<schedule/>") }) {
             QVERIFY(file.write(content) == content.size() && file.flush());
             QNetworkReply *reply = getToday();
@@ -133,139 +117,127 @@ private Q_SLOTS:
         }
     }
 
-    void switchReleasesAndStopEndsWhatHangs()
+    void aNewFaultReleasesAndStopEndsPendingRequests()
     {
-        m_simulator->setFault(Route::Schedule, Fault::Hang);
+        services().setFault(Route::Schedule, Fault::Hang);
         QNetworkReply *released = getToday();
-        QTRY_COMPARE(m_simulator->requestCount(Route::Schedule), 1);
-        m_simulator->setFault(Route::Schedule, Fault::Drip);
+        QTRY_COMPARE(services().requestCount(Route::Schedule), 1);
+        services().setFault(Route::Schedule, Fault::Drip);
         QVERIFY(ends(released));
         QCOMPARE(released->error(), QNetworkReply::NoError);
 
         QNetworkReply *dripping = getToday();
         QTRY_VERIFY(dripping->header(QNetworkRequest::ContentLengthHeader).isValid());
-        m_simulator->setFault(Route::Schedule, Fault::Hang);
+        services().setFault(Route::Schedule, Fault::Hang);
         QVERIFY(ends(dripping));
         QNetworkReply *hanging = getToday();
-        QTRY_COMPARE(m_simulator->requestCount(Route::Schedule), 3);
-        QElapsedTimer timer;
-        timer.start();
-        m_simulator->stop();
-        QVERIFY2(timer.elapsed() < 1000, "stop() waited for somebody");
+        QTRY_COMPARE(services().requestCount(Route::Schedule), 3);
+        services().stop();
         QVERIFY(ends(hanging));
         QVERIFY(hanging->error() != QNetworkReply::NoError);
     }
 
     void attendanceIsChecked_data()
     {
-        QTest::addColumn<int>("status");
-        QTest::addColumn<QByteArray>("document");
-        QTest::addColumn<int>("ageMs");
-        const auto row
-            = [](const char *name, int status, const char *part, const char *other, int ageMs = 0) {
-                  QTest::newRow(name) << status << QByteArray(record).replace(part, other) << ageMs;
-              };
-        row("good", 200, "", "", 290'000);
-        row("re-sent", 200, "<locationId>", "<lag>-5</lag><locationId>");
-        row("unknown card", 200, ">169552957<", ">18446744073709551615<");
-        row("stale", 403, "", "", 310'000);
-        row("from the future", 403, "", "", -310'000);
-        row("no declaration", 400, R"(<?xml version="1.0" encoding="UTF-8"?>)", "");
-        row("wrong root", 400, "attendance>", "presence>");
-        row("element missing", 400, "<locationId>1</locationId>", "");
-        row("wrong order", 400, "</attendance>", "<lag>5</lag></attendance>");
-        row("cut off", 400, "</attendance>", "");
-        row("German time", 400, "2024-05-13T10", "13.05.2024 10");
-        row("lag in words", 400, "<locationId>", "<lag>5s</lag><locationId>");
-        row("hexadecimal card", 400, ">169552957<", ">0A1B2C3D<");
-        row("signed card", 400, ">169552957<", ">+169552957<");
+        columns<int, QByteArray, int>("status", "document", "ageMs");
+        const auto document = [](const char *name, int status, const QByteArray &part,
+                                 const QByteArray &other, int ageMs = 0) {
+            row(name, status, QByteArray(record).replace(part, other), ageMs);
+        };
+        document("good", 200, "1", "1", 290'000);
+        document("re-sent", 200, "<locationId>", "<lag>-5</lag><locationId>");
+        document("unknown card", 200, ">169552957<", ">18446744073709551615<");
+        document("stale", 403, "1", "1", 310'000);
+        document("from the future", 403, "1", "1", -310'000);
+        document("no declaration", 400, R"(<?xml version="1.0" encoding="UTF-8"?>)", "");
+        document("wrong root", 400, "attendance>", "presence>");
+        document("element missing", 400, "<locationId>1</locationId>", "");
+        document("wrong order", 400, "</attendance>", "<lag>5</lag></attendance>");
+        document("cut off", 400, "</attendance>", "");
+        document("German time", 400, "2024-05-13T10", "13.05.2024 10");
+        document("lag in words", 400, "<locationId>", "<lag>5s</lag><locationId>");
+        document("hexadecimal card", 400, ">169552957<", ">0A1B2C3D<");
+        document("signed card", 400, ">169552957<", ">+169552957<");
     }
 
     void attendanceIsChecked()
     {
-        QFETCH(int, status);
-        QFETCH(QByteArray, document);
-        QFETCH(int, ageMs);
+        const auto status = at<int>("status");
+        const auto document = at<QByteArray>("document");
+        const auto ageMs = at<int>("ageMs");
         const QByteArray good = token(document, ageMs);
         QCOMPARE(statusOf(log(document, token("another", ageMs))), 403);
         QCOMPARE(statusOf(log(document, good, "text/xml")), 415);
         QCOMPARE(statusOf(log(document, good)), status);
         QCOMPARE(statusOf(log(document, good)), 403); // replayed
-        const auto records = m_simulator->attendanceRecords();
+        const auto records = services().attendanceRecords();
         QCOMPARE(records.size(), status == 200 ? 1 : 0);
         for (const AttendanceRecord &each : records)
             QCOMPARE(each.lagMs.value_or(0), document.contains("lag") ? -5 : 0);
     }
 
-    void spoilsAnswersWhileTheFaultIsOn_data()
+    void spoilsResponses_data()
     {
-        QTest::addColumn<Route>("route");
-        QTest::addColumn<Fault>("fault");
-        QTest::addColumn<int>("logged");
-        QTest::addColumn<QByteArray>("text");
-        QTest::addColumn<int>("error");
-        const auto row = [](Route route, Fault fault, int logged, const char *text,
-                            QNetworkReply::NetworkError error = QNetworkReply::NoError) {
-            QTest::addRow("%s %s", qPrintable(nameOf(route)), qPrintable(nameOf(fault)))
-                << route << fault << logged << QByteArray(text) << int(error);
+        columns<Route, Fault, int, QByteArray, int>("route", "fault", "logged", "text", "error");
+        const auto response = [](Route route, Fault fault, int logged, const QByteArray &text,
+                                 QNetworkReply::NetworkError error = QNetworkReply::NoError) {
+            row(qPrintable(nameOf(route) + QLatin1Char(' ') + nameOf(fault)), route, fault, logged,
+                text, int(error));
         };
-        row(Route::Schedule, Fault::Drip, 0, "</schedule>");
-        row(Route::Schedule, Fault::Empty, 0, "");
-        row(Route::Schedule, Fault::EntityBomb, 0, "<!ENTITY");
-        row(Route::Schedule, Fault::Gzip, 0, "\x1f\x8b");
-        row(Route::Schedule, Fault::InvalidValue, 0, "<schedule");
-        row(Route::Schedule, Fault::Oversize, 0, "</schedule>");
-        row(Route::Schedule, Fault::WrongRoot, 0, "<menu");
-        row(Route::Attendance, Fault::CaptivePortal, 0, "<html");
-        row(Route::Attendance, Fault::NotFound, 0, "", QNetworkReply::ContentNotFoundError);
-        row(Route::Attendance, Fault::Redirect, 0, "Moved");
-        row(Route::Attendance, Fault::Refuse, 0, "", QNetworkReply::RemoteHostClosedError);
-        row(Route::Attendance, Fault::ServerError, 0, "", QNetworkReply::InternalServerError);
-        row(Route::Attendance, Fault::Drip, 1, "</attendanceResponse>");
-        row(Route::Attendance, Fault::Drop, 1, "<?xml", QNetworkReply::RemoteHostClosedError);
-        row(Route::Attendance, Fault::Hang, 1, "</attendanceResponse>");
-        row(Route::Attendance, Fault::InvalidValue, 1, "<timeout>5s</timeout>");
-        row(Route::Attendance, Fault::Slow, 1, "</attendanceResponse>");
-        row(Route::Attendance, Fault::Truncated, 1, "<attendanceResponse>");
-        row(Route::Attendance, Fault::WrongRoot, 1, "</attendance>");
+        response(Route::Schedule, Fault::Drip, 0, "</schedule>");
+        response(Route::Schedule, Fault::Empty, 0, "");
+        response(Route::Schedule, Fault::EntityBomb, 0, "<!ENTITY");
+        response(Route::Schedule, Fault::Gzip, 0, "\x1f\x8b");
+        response(Route::Schedule, Fault::InvalidValue, 0, "<schedule");
+        response(Route::Schedule, Fault::Oversize, 0, "</schedule>");
+        response(Route::Schedule, Fault::WrongRoot, 0, "<menu");
+        response(Route::Attendance, Fault::CaptivePortal, 0, "<html");
+        response(Route::Attendance, Fault::NotFound, 0, "", QNetworkReply::ContentNotFoundError);
+        response(Route::Attendance, Fault::Redirect, 0, "Moved");
+        response(Route::Attendance, Fault::Refuse, 0, "", QNetworkReply::RemoteHostClosedError);
+        response(Route::Attendance, Fault::ServerError, 0, "", QNetworkReply::InternalServerError);
+        response(Route::Attendance, Fault::Drip, 1, "</attendanceResponse>");
+        response(Route::Attendance, Fault::Drop, 1, "<?xml", QNetworkReply::RemoteHostClosedError);
+        response(Route::Attendance, Fault::Hang, 1, "</attendanceResponse>");
+        response(Route::Attendance, Fault::InvalidValue, 1, "<timeout>5s</timeout>");
+        response(Route::Attendance, Fault::Slow, 1, "</attendanceResponse>");
+        response(Route::Attendance, Fault::Truncated, 1, "<attendanceResponse>");
+        response(Route::Attendance, Fault::WrongRoot, 1, "</attendance>");
     }
 
-    void spoilsAnswersWhileTheFaultIsOn()
+    void spoilsResponses()
     {
-        QFETCH(Route, route);
-        QFETCH(Fault, fault);
-        QFETCH(QByteArray, text);
-        m_simulator->setDripInterval(std::chrono::milliseconds(fault == Fault::Slow ? 200 : 0));
-        m_simulator->setFault(route, fault);
+        const auto route = at<Route>("route");
+        const auto fault = at<Fault>("fault");
+        services().setDripInterval(std::chrono::milliseconds(fault == Fault::Slow ? 200 : 0));
+        services().setFault(route, fault);
         const auto ask
             = [&] { return route == Route::Schedule ? getToday() : log(record, token(record, 0)); };
         QElapsedTimer timer;
         timer.start();
         QNetworkReply *reply = ask();
-        QTRY_VERIFY(m_simulator->requestCount(route) > 0); // Qt asks twice if it is hung up on
-        QTEST(m_simulator->attendanceRecords().size(), "logged");
+        // Qt sends a request twice if the connection ends without a response.
+        QTRY_VERIFY(services().requestCount(route) > 0);
+        QCOMPARE(services().attendanceRecords().size(), at<int>("logged"));
         if (fault == Fault::Hang)
-            m_simulator->clearFaults();
+            services().clearFaults();
         QVERIFY(ends(reply));
         QVERIFY(fault != Fault::Slow || timer.elapsed() >= 200);
-        QTEST(int(reply->error()), "error");
+        QCOMPARE(int(reply->error()), at<int>("error"));
         const QByteArray body = reply->readAll();
-        QVERIFY(body.contains(text));
+        QVERIFY(body.contains(at<QByteArray>("text")));
         QCOMPARE(body.isEmpty(), fault == Fault::Empty || fault == Fault::Refuse);
         QCOMPARE(body.size() > 64 * 1024 * 1024, fault == Fault::Oversize);
 
-        m_simulator->clearFaults();
+        services().clearFaults();
         reply = ask();
         QVERIFY(ends(reply));
         QCOMPARE(reply->rawHeader("Content-Type"), QByteArray("application/xml; charset=utf-8"));
     }
 
-    void answersCommands_data()
+    void runsCommands_data()
     {
-        QTest::addColumn<QString>("answer");
-        const auto row = [](const char *command, const char *answer) {
-            QTest::newRow(command) << QString::fromLatin1(answer);
-        };
+        columns<QString>("output");
         row(" fault  schedule  entity-bomb ", "schedule: entity-bomb");
         row("fault schedule melt", "error: unknown fault \"melt\", try help");
         row("fault lunch hang", "error: unknown route \"lunch\", try faults");
@@ -279,96 +251,70 @@ private Q_SLOTS:
         row("dance", "error: unknown command \"dance\", try help");
     }
 
-    void answersCommands()
+    void runsCommands()
     {
         const QByteArray command = QTest::currentDataTag();
-        QFETCH(QString, answer);
-        CommandInterpreter interpreter(m_simulator.get());
+        const auto output = at("output");
+        CommandInterpreter interpreter(&services());
         const QSignalSpy quits(&interpreter, &CommandInterpreter::quitRequested);
-        m_simulator->setCommandHandler(
+        services().setCommandHandler(
             [&](const QString &line) { return interpreter.execute(line); });
-        m_simulator->setFault(Route::Schedule, Fault::NotFound);
-        QNetworkReply *reply = post(QStringLiteral("/control"), command);
+        services().setFault(Route::Schedule, Fault::NotFound);
+        QNetworkReply *reply = post("/control", command);
         QVERIFY(ends(reply));
-        QCOMPARE(QString::fromUtf8(reply->readAll()), answer + QLatin1Char('\n'));
+        QCOMPARE(QString::fromUtf8(reply->readAll()), output + QLatin1Char('\n'));
         QCOMPARE(quits.count(), command == "quit" ? 1 : 0);
-        const bool bomb = answer.endsWith(QLatin1String("entity-bomb"));
-        QCOMPARE(m_simulator->fault(Route::Schedule), bomb ? Fault::EntityBomb : Fault::NotFound);
+        const bool isBomb = output.endsWith("entity-bomb"_s);
+        QCOMPARE(services().fault(Route::Schedule), isBomb ? Fault::EntityBomb : Fault::NotFound);
     }
 
-    void auditTellsWhatCameTwice()
+    void auditCountsRepeatedRecords()
     {
-        CommandInterpreter interpreter(m_simulator.get());
+        CommandInterpreter interpreter(&services());
         const QByteArray other = QByteArray(record).replace("57</t", "58</t");
         for (const QByteArray &each : { record, other, record })
             QVERIFY(ends(log(each, token(each, 0))));
-        const QString audit = interpreter.execute(QStringLiteral("audit"));
-        QVERIFY(audit.contains(QLatin1String("attendance: 3 requests, 0 refused\n")));
-        QVERIFY(audit.contains(QLatin1String("records: 3 accepted, 2 distinct, 1 more than once")));
+        const QString audit = interpreter.execute("audit"_s);
+        QVERIFY(audit.contains("attendance: 3 requests, 0 refused\n"_s));
+        QVERIFY(audit.contains("records: 3 accepted, 2 distinct, 1 more than once"_s));
     }
 
     void runsTheKioskWithPrivateSettings()
     {
-        const QString url = QStringLiteral("'http://127.0.0.1:1/Hörsaal,;/'yyyy-MM-dd");
+        const QString url = "'http://127.0.0.1:1/Hörsaal,;/'yyyy-MM-dd"_s;
         KioskRunner kiosk;
-        QVERIFY2(kiosk.prepare({ { QStringLiteral("eventDataUrlTemplate"), url } }),
+        QVERIFY2(kiosk.prepare({ { "eventDataUrlTemplate"_s, url } }),
                  qPrintable(kiosk.errorString()));
-        QFile settings(kiosk.settingsPath());
-        QVERIFY(settings.open(QIODevice::ReadOnly));
-        QCOMPARE(settings.readAll(), "[General]\neventDataUrlTemplate=\"" + url.toUtf8() + "\"\n");
-        QCOMPARE(int(settings.permissions() & 0x77), 0);
+        QCOMPARE(settings::read(kiosk.settingsPath()),
+                 "[General]\neventDataUrlTemplate=\"%1\"\n"_s.arg(url));
+        QCOMPARE(int(QFile::permissions(kiosk.settingsPath()) & 0x77), 0);
 
-        QSignalSpy finished(&kiosk, &KioskRunner::finished);
-        const auto run = [&](const char *script) {
-            kiosk.start(QStringLiteral("sh"),
-                        { QStringLiteral("-c"), QString::fromLatin1(script) });
-        };
-        run("test -O \"$XDG_RUNTIME_DIR\" && grep -q eventDataUrlTemplate "
-            "\"$XDG_CONFIG_HOME/Kettlewood/Lumenboard2.conf\" && exit 7");
+        const QSignalSpy finished(&kiosk, &KioskRunner::finished);
+        kiosk.start("sh"_s,
+                    { "-c"_s,
+                      "test -O \"$XDG_RUNTIME_DIR\" && grep -q eventDataUrlTemplate "
+                      "\"$XDG_CONFIG_HOME/Kettlewood/Lumenboard2.conf\" && exit 7"_s });
         QTRY_COMPARE(finished.value(0).value(0).toInt(), 7);
-        run("exec tail -f /dev/null");
+        kiosk.start("tail"_s, { "-f"_s, "/dev/null"_s });
         kiosk.stop();
         QTRY_COMPARE(finished.value(1).value(0).toInt(), 128 + SIGTERM);
-        kiosk.start(QStringLiteral("/no/such/kiosk"), {});
+        kiosk.start("/no/such/kiosk"_s, {});
         QTRY_COMPARE(finished.value(2).value(0).toInt(), 127);
     }
 
 private:
     QNetworkReply *getToday()
     {
-        QNetworkRequest request(
-            QUrl(QDate::currentDate().toString(m_simulator->scheduleUrlTemplate())));
-        request.setRawHeader("Accept-Encoding", "identity");
-        return m_manager->get(request);
-    }
-    QNetworkReply *post(const QString &path, const QByteArray &body,
-                        const QList<QNetworkReply::RawHeaderPair> &headers = {})
-    {
-        QNetworkRequest request(m_simulator->baseUrl().resolved(QUrl(path)));
-        for (const auto &[name, value] : headers)
-            request.setRawHeader(name, value);
-        return m_manager->sendCustomRequest(request, "POST", body);
+        return get(today().path().toLatin1(), { { "Accept-Encoding", "identity" } });
     }
     QNetworkReply *log(const QByteArray &document, const QByteArray &signature,
                        const QByteArray &type = "application/xml")
     {
-        return post(QStringLiteral("/rs/lumenboard-legacy/attendancelog"), document,
+        return post("/rs/lumenboard-legacy/attendancelog", document,
                     { { "Content-Type", type }, { "X-Plenar-Token", signature } });
     }
-    static bool ends(QNetworkReply *reply)
-    {
-        return reply->isFinished() || QSignalSpy(reply, &QNetworkReply::finished).wait(60000);
-    }
-    static int statusOf(QNetworkReply *reply)
-    {
-        const auto status = QNetworkRequest::HttpStatusCodeAttribute;
-        return ends(reply) ? reply->attribute(status).toInt() : 0;
-    }
-
-    std::unique_ptr<QNetworkAccessManager> m_manager;
-    std::unique_ptr<Simulator> m_simulator;
 };
 
-QTEST_GUILESS_MAIN(TestSimulator)
+static const RegisterTest<TestSimulator> registered;
 
 #include "tst_simulator.moc"

@@ -2,37 +2,37 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "simulator/virtualreader.h"
+#include "support/testcase.h"
 
 #include <QSerialPort>
 #include <QSerialPortInfo>
-#include <QTest>
 
 using namespace simulator;
 
-class TestReader : public QObject
+class TestVirtualReader : public TestCase
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void isListedAsItPresentsItself()
+    void isListedWithItsDescription()
     {
         SerialBus bus;
-        VirtualReader maker(bus);
-        VirtualReader described(bus, { {}, 0, 0, {}, QStringLiteral("USB RFID Wedge") });
-        VirtualReader named(bus, { bus.nextPortName() + QStringLiteral("elatec"), 0x1a86, 1 });
-        QVERIFY(maker.plug() && described.plug() && named.plug());
+        VirtualReader reader(bus);
+        VirtualReader described(bus, { {}, 0, 0, {}, "USB RFID Wedge"_s });
+        VirtualReader named(bus, { bus.nextPortName() + "elatec"_s, 0x1a86, 1 });
+        QVERIFY(reader.plug() && described.plug() && named.plug());
         const auto info
-            = [](const VirtualReader &reader) { return QSerialPortInfo(reader.portName()); };
-        QCOMPARE(info(maker).vendorIdentifier(), quint16(0x09d8));
-        QCOMPARE(info(maker).description(), QStringLiteral("Card Reader"));
-        QCOMPARE(info(maker).manufacturer(), QStringLiteral("Elatec"));
+            = [](const VirtualReader &each) { return QSerialPortInfo(each.portName()); };
+        QCOMPARE(info(reader).vendorIdentifier(), quint16(0x09d8));
+        QCOMPARE(info(reader).description(), "Card Reader"_s);
+        QCOMPARE(info(reader).manufacturer(), "Elatec"_s);
         QVERIFY(!info(described).isNull() && !info(described).hasVendorIdentifier());
-        QCOMPARE(info(described).description(), QStringLiteral("USB RFID Wedge"));
+        QCOMPARE(info(described).description(), "USB RFID Wedge"_s);
         QCOMPARE(info(named).productIdentifier(), quint16(1));
-        QCOMPARE(QSerialPortInfo::availablePorts().first().portName(), maker.portName());
+        QCOMPARE(QSerialPortInfo::availablePorts().first().portName(), reader.portName());
     }
 
-    void vanishesAndComesBack()
+    void disappearsAndComesBack()
     {
         SerialBus bus;
         VirtualReader other(bus);
@@ -47,15 +47,15 @@ private Q_SLOTS:
             connect(&port, &QSerialPort::errorOccurred, &port, [&](auto error) {
                 errors += error;
                 if (error != QSerialPort::NoError)
-                    port.close(); // or a hang-up is told without end
+                    port.close(); // otherwise a hang-up is reported endlessly
             });
             QVERIFY(port.open(QIODevice::ReadOnly));
             QTRY_COMPARE(port.peek(99), QByteArray("stale"));
             reader.tap("0A1B2C3D");
             reader.send("half");
-            other.tap("none of this port's");
+            other.tap("for another port");
             QTRY_COMPARE(port.peek(99), QByteArray("stale0A1B2C3D\r\nhalf"));
-            QCOMPARE(errors, { QSerialPort::NoError }); // of opening
+            QCOMPARE(errors, { QSerialPort::NoError }); // from open()
 
             reader.unplug();
             QTRY_COMPARE(errors.count(), 2);
@@ -66,7 +66,7 @@ private Q_SLOTS:
         }
     }
 
-    void deliversWhatTheLineDoesNotTakeAtOnce()
+    void deliversMoreThanTheLineCanHold()
     {
         SerialBus bus;
         VirtualReader reader(bus);
@@ -80,6 +80,6 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestReader)
+static const RegisterTest<TestVirtualReader> registered;
 
 #include "tst_virtualreader.moc"

@@ -9,13 +9,13 @@
 
 namespace simulator {
 
-/** One card at one reader, as the events service has logged it. */
+/** One card at one reader, as logged by the events service. */
 struct AttendanceRecord
 {
     quint64 transponderId = 0;
     int locationId = 0;
     QDateTime clientTime; ///< when the card was read
-    std::optional<qint64> lagMs; ///< how long it waited in the spool; only re-sent ones tell
+    std::optional<qint64> lagMs; ///< time in the spool; only in re-sent records
     QDateTime acceptedAt;
 };
 

@@ -18,17 +18,17 @@ namespace {
     constexpr auto xmlType = "application/xml";
     constexpr auto responseType = "application/xml; charset=utf-8";
     constexpr int noticeTimeoutMs = 8000;
-    constexpr int oversizeBytes = 2'000'000; // the kiosk takes 1 MiB
+    constexpr int oversizeBytes = 2'000'000; // the kiosk accepts 1 MiB
 
-    /// What is wrong with the document, or an empty text and the record that it holds.
+    /// Reads the record. Returns what is wrong with the document, or an empty text.
     QString read(const QByteArray &document, AttendanceRecord *record)
     {
         QXmlStreamReader reader(document);
         if (reader.readNext() != QXmlStreamReader::StartDocument
             || reader.documentVersion() != QLatin1String("1.0"))
-            return QStringLiteral("The document lacks the XML declaration");
+            return QStringLiteral("The document has no XML declaration");
         if (!reader.readNextStartElement() || reader.name() != QLatin1String("attendance"))
-            return QStringLiteral("The document's root is not attendance");
+            return QStringLiteral("The root element is not attendance");
         QStringList names;
         QStringList values;
         while (reader.readNextStartElement()) {
@@ -38,14 +38,15 @@ namespace {
         while (!reader.atEnd())
             reader.readNext();
         if (reader.hasError())
-            return QStringLiteral("The document is broken: %1").arg(reader.errorString());
+            return QStringLiteral("The document is not well-formed: %1").arg(reader.errorString());
 
         const bool hasLag = names.value(1) == QLatin1String("lag");
         const auto expected = hasLag ? QStringLiteral("clientTime lag locationId transponderId")
                                      : QStringLiteral("clientTime locationId transponderId");
         const auto separator = QStringLiteral(" ");
         if (names.join(separator) != expected)
-            return QStringLiteral("Not \"%1\" but \"%2\"").arg(expected, names.join(separator));
+            return QStringLiteral("Expected the elements \"%1\", not \"%2\"")
+                .arg(expected, names.join(separator));
 
         std::array<bool, 4> good {};
         record->clientTime = isoDateTime(values.first());
@@ -59,11 +60,11 @@ namespace {
         good[3] = good[3] && matches(values.last(), "\\d+");
         return std::all_of(good.begin(), good.end(), [](bool each) { return each; })
             ? QString()
-            : QStringLiteral("A value can not be read: %1").arg(values.join(separator));
+            : QStringLiteral("Invalid value in: %1").arg(values.join(separator));
     }
 
-    /// @param holder empty for a card that is nobody's
-    QByteArray response(const AttendanceRecord &record, const QString &holder)
+    /// @param holder empty for an unassigned card
+    QByteArray responseDocument(const AttendanceRecord &record, const QString &holder)
     {
         const bool isKnown = !holder.isEmpty();
         QByteArray document;
@@ -106,24 +107,25 @@ bool AttendanceRoute::owns(const QByteArray & /*method*/, const QString &asked) 
     return asked == QLatin1String(path);
 }
 
-Answer AttendanceRoute::answer(const QString & /*path*/, const RecordedRequest &request)
+Response AttendanceRoute::respond(const QString & /*path*/, const RecordedRequest &request)
 {
     if (request.method != "POST")
-        return textAnswer(405, QStringLiteral("Attendance is logged by POST"));
+        return textResponse(405, QStringLiteral("Use POST to log attendance"));
     if (request.headers.value("content-type") != xmlType)
-        return textAnswer(415, QStringLiteral("A record is application/xml"));
+        return textResponse(415, QStringLiteral("The content type must be application/xml"));
     const QList<QByteArray> tokens = request.headers.values("x-plenar-token");
     const QString forgery = tokens.size() == 1 ? m_verifier.complaint(tokens.first(), request.body)
-                                               : QStringLiteral("A record needs exactly one token");
+                                               : QStringLiteral("Exactly one token is required");
     if (!forgery.isEmpty())
-        return textAnswer(403, forgery);
+        return textResponse(403, forgery);
     AttendanceRecord record;
     const QString complaint = read(request.body, &record);
     if (!complaint.isEmpty())
-        return textAnswer(400, complaint);
+        return textResponse(400, complaint);
 
     record.acceptedAt = QDateTime::currentDateTime();
-    Answer good { 200, responseType, response(record, m_holders.nameOf(record.transponderId)) };
+    Response good { 200, responseType,
+                    responseDocument(record, m_holders.nameOf(record.transponderId)) };
     good.takeEffect = [this, record] {
         const std::lock_guard lock(m_mutex);
         m_records.append(record);
@@ -131,7 +133,7 @@ Answer AttendanceRoute::answer(const QString & /*path*/, const RecordedRequest &
     return good;
 }
 
-Answer AttendanceRoute::spoil(Answer good, Fault fault, const RecordedRequest & /*request*/)
+Response AttendanceRoute::spoil(Response good, Fault fault, const RecordedRequest & /*request*/)
 {
     const auto timeout = "<timeout>" + QByteArray::number(noticeTimeoutMs);
     if (fault == Fault::WrongRoot)

@@ -16,8 +16,8 @@ namespace simulator {
 class CardHolders;
 
 /**
- * The events service's log of attendance: takes one signed record per POST and greets the person.
- * To cards that are nobody's it answers with a warning, and logs them.
+ * The attendance log of the events service: takes one signed record per POST and greets the person.
+ * It logs unassigned cards, too, and responds to them with a warning.
  */
 class AttendanceRoute : public RouteHandler
 {
@@ -26,17 +26,18 @@ public:
 
     explicit AttendanceRoute(const CardHolders &holders);
 
-    /// What was logged, in this order; a record that came twice is there twice.
+    /// All logged records in order of arrival, repeated ones included.
     [[nodiscard]] QVector<AttendanceRecord> records() const;
 
     [[nodiscard]] bool owns(const QByteArray &method, const QString &asked) const override;
-    [[nodiscard]] Answer answer(const QString &path, const RecordedRequest &request) override;
-    [[nodiscard]] Answer spoil(Answer good, Fault fault, const RecordedRequest &request) override;
+    [[nodiscard]] Response respond(const QString &path, const RecordedRequest &request) override;
+    [[nodiscard]] Response spoil(Response good, Fault fault,
+                                 const RecordedRequest &request) override;
 
 private:
     const CardHolders &m_holders;
     SignatureVerifier m_verifier;
-    mutable std::mutex m_mutex; ///< guards the next one
+    mutable std::mutex m_mutex; ///< protects m_records
     QVector<AttendanceRecord> m_records;
 };
 

@@ -4,6 +4,7 @@
 #include "simulator/backend.h"
 
 #include "simulator/connection.h"
+#include "simulator/faults.h"
 
 #include <algorithm>
 #include <optional>
@@ -16,8 +17,8 @@ namespace {
 
     constexpr auto controlPath = "/control";
     constexpr auto address = "127.0.0.1";
-    constexpr auto otherAddress = "127.0.0.2"; // another host, not just another port
-    constexpr auto movedPrefix = "/moved"; // where redirects lead: no fault applies there
+    constexpr auto otherAddress = "127.0.0.2"; // another host as well as another port
+    constexpr auto movedPrefix = "/moved"; // target of redirects; no fault applies there
     constexpr auto hangCheckInterval = 100ms;
     constexpr size_t chunkBytes = 65'536;
 
@@ -29,7 +30,7 @@ namespace {
         record.path = QString::fromStdString(request.target);
         record.body = QByteArray::fromStdString(request.body);
         for (const auto &[name, value] : request.headers) {
-            // The library adds the addresses of both ends as if they had been sent.
+            // The library adds the addresses of both ends as headers.
             if (name != "REMOTE_ADDR" && name != "REMOTE_PORT" && name != "LOCAL_ADDR"
                 && name != "LOCAL_PORT")
                 record.headers.insert(QByteArray::fromStdString(name).toLower(),
@@ -38,42 +39,49 @@ namespace {
         return record;
     }
 
-    /// What is wrong with the request as HTTP/1.1, or an empty text.
-    QString impropriety(const httplib::Request &request, const RecordedRequest &record)
+    /// What violates HTTP/1.1 in the request, or an empty text.
+    QString protocolError(const httplib::Request &request, const RecordedRequest &record)
     {
         if (request.version != "HTTP/1.1")
-            return QStringLiteral("Only HTTP/1.1 is spoken here");
+            return QStringLiteral("Only HTTP/1.1 is supported");
         const QList<QByteArray> hosts = record.headers.values("host");
         if (hosts.size() != 1 || hosts.first().isEmpty())
-            return QStringLiteral("A request needs exactly one Host");
+            return QStringLiteral("Exactly one Host header is required");
         if (record.headers.contains("content-length")
             && record.headers.contains("transfer-encoding"))
-            return QStringLiteral("Two lengths contradict each other");
+            return QStringLiteral("Content-Length and Transfer-Encoding exclude each other");
         if (record.method == "GET" && !record.body.isEmpty())
-            return QStringLiteral("A GET has no body");
+            return QStringLiteral("A GET request must not have a body");
         return {};
     }
 
-    /// Says how many of the bytes left may be sent now, 0 to end the connection.
+    /// Returns how many of the bytes left to send now, 0 to end the connection.
     using Gate = std::function<size_t(size_t sent, size_t left)>;
 
-    void send(const Answer &answer, const Gate &gate, httplib::Response &response)
+    void send(const Response &response, const Gate &gate, httplib::Response &out)
     {
-        response.status = answer.status;
-        for (const auto &[name, value] : answer.headers)
-            response.set_header(name.toStdString(), value.toStdString());
-        const std::string type = answer.contentType.toStdString();
-        if (answer.body.isEmpty()) {
-            response.set_content(std::string(), type);
+        out.status = response.status;
+        for (const auto &[name, value] : response.headers)
+            out.set_header(name.toStdString(), value.toStdString());
+        const std::string type = response.contentType.toStdString();
+        if (response.body.isEmpty()) {
+            out.set_content(std::string(), type);
             return;
         }
-        // The provider shares the body; set_content() would copy it for each request.
-        response.set_content_provider(
-            static_cast<size_t>(answer.body.size()), type,
-            [body = answer.body, gate](size_t offset, size_t left, httplib::DataSink &sink) {
+        // The provider shares the body. set_content() would copy it for each request.
+        out.set_content_provider(
+            static_cast<size_t>(response.body.size()), type,
+            [body = response.body, gate](size_t offset, size_t left, httplib::DataSink &sink) {
                 const size_t count = gate(offset, left);
                 return count > 0 && sink.write(body.constData() + offset, count);
             });
+    }
+
+    Gate halfOf(const QByteArray &body)
+    {
+        return [half = static_cast<size_t>(body.size()) / 2](size_t sent, size_t /*left*/) {
+            return sent < half ? std::min(half - sent, chunkBytes) : 0;
+        };
     }
 
     size_t wholeBody(size_t /*sent*/, size_t left)
@@ -99,14 +107,12 @@ bool Backend::start(quint16 port)
     stop();
     m_stopping = false;
     m_server = std::make_unique<HttpServer>(
-        [this](const httplib::Request &request, httplib::Response &response) {
-            handle(request, response);
+        [this](const httplib::Request &request, httplib::Response &out) { handle(request, out); });
+    m_otherServer = std::make_unique<HttpServer>(
+        [this](const httplib::Request &request, httplib::Response &out) {
+            recordStray(request, out);
         });
-    m_elsewhere = std::make_unique<HttpServer>(
-        [this](const httplib::Request &request, httplib::Response &response) {
-            catchStray(request, response);
-        });
-    if (m_elsewhere->start(otherAddress, 0) && m_server->start(address, port))
+    if (m_otherServer->start(otherAddress, 0) && m_server->start(address, port))
         return true;
     stop();
     return false;
@@ -120,7 +126,7 @@ void Backend::stop()
     }
     m_changed.notify_all();
     m_server.reset();
-    m_elsewhere.reset();
+    m_otherServer.reset();
 }
 
 void Backend::setFault(Route route, Fault fault)
@@ -160,27 +166,27 @@ QVector<RecordedRequest> Backend::strayRequests() const
     return m_strayRequests;
 }
 
-void Backend::handle(const httplib::Request &request, httplib::Response &response)
+void Backend::handle(const httplib::Request &request, httplib::Response &out)
 {
     const RecordedRequest record = recorded(request);
     if (record.path == QLatin1String(controlPath)) {
-        send(control(record), wholeBody, response);
+        send(control(record), wholeBody, out);
         return;
     }
     const QLatin1String moved(movedPrefix);
     const QString path
         = record.path.startsWith(moved) ? record.path.mid(moved.size()) : record.path;
     if (Service *service = ownerOf(record.method, path)) {
-        serve(*service, request, record, path, response);
+        serve(*service, request, record, path, out);
         return;
     }
     m_announce(QStringLiteral("%1 %2: 404, no such service")
                    .arg(QString::fromLatin1(record.method), record.path));
-    send(textAnswer(404, QStringLiteral("No such service")), wholeBody, response);
+    send(textResponse(404, QStringLiteral("No such service")), wholeBody, out);
 }
 
 void Backend::serve(Service &service, const httplib::Request &request, RecordedRequest record,
-                    const QString &path, httplib::Response &response)
+                    const QString &path, httplib::Response &out)
 {
     const QString subject
         = QStringLiteral("%1 %2: ").arg(QString::fromLatin1(record.method), record.path);
@@ -195,59 +201,55 @@ void Backend::serve(Service &service, const httplib::Request &request, RecordedR
         if (fault == Fault::Slow)
             until = QDeadlineTimer(m_dripInterval);
     }
-    Answer answer = take(service, request, record, path, fault);
+    Response response = take(service, request, record, path, fault);
 
-    if (fault == Fault::Refuse) {
+    const bool isHeld = fault == Fault::Hang || fault == Fault::Slow;
+    if (isHeld)
+        m_announce(subject
+                   + (fault == Fault::Hang ? QStringLiteral("hangs") : QStringLiteral("waits")));
+    if (fault == Fault::Refuse)
         m_announce(subject + QStringLiteral("the connection is refused"));
+    if (fault == Fault::Refuse || (isHeld && !hold(service, switches, until))) {
         HttpServer::currentConnection().abort();
         return;
     }
-    if (fault == Fault::Hang || fault == Fault::Slow) {
-        m_announce(subject
-                   + (fault == Fault::Hang ? QStringLiteral("hangs") : QStringLiteral("waits")));
-        if (!hold(service, switches, until)) {
-            HttpServer::currentConnection().abort();
-            return;
-        }
-    }
-    const QByteArray newBase = fault == Fault::RedirectAway ? elsewhere() : QByteArray(movedPrefix);
-    answer = spoiled(answer, fault, *service.handler, newBase + path.toUtf8(), record);
+    const QByteArray newBase
+        = fault == Fault::RedirectAway ? otherBaseUrl() : QByteArray(movedPrefix);
+    response = spoiled(response, fault, *service.handler, newBase + path.toUtf8(), record);
     m_announce(
-        subject + QStringLiteral("%1, %2 bytes").arg(answer.status).arg(answer.body.size())
+        subject + QStringLiteral("%1, %2 bytes").arg(response.status).arg(response.body.size())
         + (fault == Fault::None ? QString() : QStringLiteral(", fault %1").arg(nameOf(fault))));
 
     Gate gate = wholeBody;
-    if (answer.delivery == Answer::Delivery::Half)
-        gate = [half = static_cast<size_t>(answer.body.size()) / 2](size_t sent, size_t) {
-            return sent < half ? std::min(half - sent, chunkBytes) : 0;
-        };
-    else if (answer.delivery == Answer::Delivery::Drip)
+    if (response.delivery == Response::Delivery::Half)
+        gate = halfOf(response.body);
+    else if (response.delivery == Response::Delivery::Drip)
         gate = [this, &service, switches](size_t, size_t left) {
             return drip(service, switches, left);
         };
-    send(answer, gate, response);
+    send(response, gate, out);
 }
 
-Answer Backend::take(Service &service, const httplib::Request &request, RecordedRequest &record,
-                     const QString &path, Fault &fault)
+Response Backend::take(Service &service, const httplib::Request &request, RecordedRequest &record,
+                       const QString &path, Fault &fault)
 {
-    Answer answer;
+    Response response;
     if (fault != Fault::Refuse) {
-        const QString complaint = impropriety(request, record);
-        answer = complaint.isEmpty() ? service.handler->answer(path, record)
-                                     : textAnswer(400, complaint);
-        record.accepted = answer.status < 300;
+        const QString complaint = protocolError(request, record);
+        response = complaint.isEmpty() ? service.handler->respond(path, record)
+                                       : textResponse(400, complaint);
+        record.accepted = response.status < 300;
         if (!record.accepted)
             fault = Fault::None;
-        else if (answer.takeEffect && letsRequestsThrough(fault))
-            answer.takeEffect();
+        else if (response.takeEffect && letsRequestsThrough(fault))
+            response.takeEffect();
     }
     const std::lock_guard lock(m_mutex);
     service.requests.append(record);
-    return answer;
+    return response;
 }
 
-void Backend::catchStray(const httplib::Request &request, httplib::Response &response)
+void Backend::recordStray(const httplib::Request &request, httplib::Response &out)
 {
     const RecordedRequest record = recorded(request);
     m_announce(QStringLiteral("%1 %2: stray, at %3")
@@ -257,23 +259,23 @@ void Backend::catchStray(const httplib::Request &request, httplib::Response &res
         const std::lock_guard lock(m_mutex);
         m_strayRequests.append(record);
     }
-    send(jsonAnswer(200, {}), wholeBody, response);
+    send(jsonResponse(200, {}), wholeBody, out);
 }
 
-QByteArray Backend::elsewhere() const
+QByteArray Backend::otherBaseUrl() const
 {
-    return QByteArray("http://") + otherAddress + ':' + QByteArray::number(m_elsewhere->port());
+    return QByteArray("http://") + otherAddress + ':' + QByteArray::number(m_otherServer->port());
 }
 
-Answer Backend::control(const RecordedRequest &request)
+Response Backend::control(const RecordedRequest &request)
 {
     if (request.method != "POST")
-        return textAnswer(405, QStringLiteral("A command is sent by POST"));
+        return textResponse(405, QStringLiteral("Use POST to send a command"));
     const QString command = QString::fromUtf8(request.body).trimmed();
     m_announce(QStringLiteral("control: ") + command);
 
-    // Commands are executed in the owner's thread. It may be about to stop the server, and then
-    // does not come to it any more: hence a wait that ends with the server.
+    // Commands run in the owner's thread. That thread may be about to stop the server and then
+    // never runs the command, so the wait ends with the server, too.
     const auto result = std::make_shared<std::optional<QString>>();
     m_execute(command, [this, result](const QString &text) {
         {
@@ -284,8 +286,8 @@ Answer Backend::control(const RecordedRequest &request)
     });
     std::unique_lock lock(m_mutex);
     m_changed.wait(lock, [this, &result] { return m_stopping || result->has_value(); });
-    return result->has_value() ? textAnswer(200, **result)
-                               : textAnswer(503, QStringLiteral("The simulator ends"));
+    return result->has_value() ? textResponse(200, **result)
+                               : textResponse(503, QStringLiteral("The simulator is stopping"));
 }
 
 bool Backend::hold(const Service &service, int switches, QDeadlineTimer until)
@@ -294,7 +296,7 @@ bool Backend::hold(const Service &service, int switches, QDeadlineTimer until)
     std::unique_lock lock(m_mutex);
     const auto released = [&] { return m_stopping || service.switches != switches; };
     while (!until.hasExpired()) {
-        // A request that the other side gave up must not occupy its worker thread any longer.
+        // Release the worker thread when the client has disconnected.
         const auto wait = until.isForever()
             ? hangCheckInterval
             : std::min(hangCheckInterval, std::chrono::milliseconds(until.remainingTime()));

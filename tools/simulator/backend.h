@@ -30,9 +30,9 @@
 namespace simulator {
 
 /**
- * What lies between the HTTP workers and the Simulator: finds the route of a request, records it,
- * applies the fault and sends the answer. All functions can be called from any thread, start() and
- * stop() from the owner's alone.
+ * Connects the HTTP workers with the Simulator: finds the route of a request, records it, applies
+ * the fault and sends the response. Functions can be called from any thread, but start() and stop()
+ * only from the owner's.
  */
 class Backend
 {
@@ -42,8 +42,8 @@ public:
     using Execute = std::function<void(const QString &command, const Reply &reply)>;
 
     /**
-     * @param announce takes one line per event
-     * @param execute takes a command of the control address and answers it by calling the reply
+     * @param announce receives one line per event
+     * @param execute runs a command from the control address and passes its output to the reply
      * Both are called in a worker thread and must not wait for the owner's thread.
      */
     Backend(Announce announce, Execute execute);
@@ -65,36 +65,36 @@ public:
     [[nodiscard]] Fault fault(Route route) const;
     void setDripInterval(std::chrono::milliseconds interval);
     [[nodiscard]] QVector<RecordedRequest> requests(Route route) const;
-    /// What the other server was asked, to which only faults lead.
+    /// Requests to the other server. Only faults lead there.
     [[nodiscard]] QVector<RecordedRequest> strayRequests() const;
 
 private:
-    /** All about one route. */
+    /** State of one route. */
     struct Service
     {
         RouteHandler *handler;
         Fault fault = Fault::None;
-        int switches = 0; ///< how often the fault changed: what began before can tell and end
+        int switches = 0; ///< number of fault changes; a waiting request ends when it differs
         QVector<RecordedRequest> requests {};
     };
 
-    /// The way of one request, in a worker thread, as are the next functions.
+    /// Handles one request. Called in a worker thread, as are the next functions.
     void handle(const httplib::Request &request, httplib::Response &response);
     void serve(Service &service, const httplib::Request &request, RecordedRequest record,
                const QString &path, httplib::Response &response);
-    /// Shows the request to the service and records it.
-    /// @param fault is over for a request that the service refuses itself
-    [[nodiscard]] Answer take(Service &service, const httplib::Request &request,
-                              RecordedRequest &record, const QString &path, Fault &fault);
-    /// Takes note of a request that came to the other server, in a thread of that server.
-    void catchStray(const httplib::Request &request, httplib::Response &response);
-    /// The other server's base address. It listens whenever the first one does.
-    [[nodiscard]] QByteArray elsewhere() const;
-    [[nodiscard]] Answer control(const RecordedRequest &request);
-    /// Keeps a request until the fault is switched or the time is over (true), or until the server
-    /// stops or the other side gives up (false).
+    /// Passes the request to the service and records it.
+    /// @param fault reset to None if the service itself refuses the request
+    [[nodiscard]] Response take(Service &service, const httplib::Request &request,
+                                RecordedRequest &record, const QString &path, Fault &fault);
+    /// Records a request to the other server. Called in a thread of that server.
+    void recordStray(const httplib::Request &request, httplib::Response &response);
+    /// Base address of the other server, which runs while the first one does.
+    [[nodiscard]] QByteArray otherBaseUrl() const;
+    [[nodiscard]] Response control(const RecordedRequest &request);
+    /// Waits until the fault changes or the time is over (true), or until the server stops or the
+    /// client disconnects (false).
     [[nodiscard]] bool hold(const Service &service, int switches, QDeadlineTimer until);
-    /// Lets one drip interval pass. Returns how many of the bytes left may go then, 0 to end.
+    /// Waits for one drip interval. Returns how many of the bytes left to send now, 0 to end.
     [[nodiscard]] size_t drip(const Service &service, int switches, size_t left);
 
     [[nodiscard]] Service &service(Route route) { return m_services[static_cast<size_t>(route)]; }
@@ -115,18 +115,18 @@ private:
     PresenceStatusRoute m_presenceStatus { m_holders, m_presence };
     PresenceBookingRoute m_presenceBooking { m_holders, m_tokens, m_presence };
     RegistrationStatusRoute m_registrationStatus { m_holders, m_tokens,
-                                                   [this] { return elsewhere(); } };
+                                                   [this] { return otherBaseUrl(); } };
     RegistrationRoute m_registration { m_holders, m_tokens };
     RegistrationPageRoute m_registrationPage { m_holders };
-    std::unique_ptr<HttpServer> m_elsewhere; ///< outlives the next one, whose answers lead here
+    std::unique_ptr<HttpServer> m_otherServer; ///< outlives m_server, which redirects to it
     std::unique_ptr<HttpServer> m_server;
 
-    mutable std::mutex m_mutex; ///< guards everything below
+    mutable std::mutex m_mutex; ///< protects everything below
     std::condition_variable m_changed;
     bool m_stopping = false;
     QVector<RecordedRequest> m_strayRequests;
     std::chrono::milliseconds m_dripInterval = std::chrono::seconds(10);
-    /// In the order of Route. A new service is an enumerator, a handler above and a row here.
+    /// In the order of Route. A new service needs an enumerator, a handler above and a row here.
     std::array<Service, 9> m_services { {
         { &m_schedule },
         { &m_tokens },

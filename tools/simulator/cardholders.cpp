@@ -46,7 +46,7 @@ QString CardHolders::unknownCard(quint64 card)
 
 void CardHolders::assign(const CardRegistration &registration)
 {
-    // Names are looked up in the order of entry, so that a second owner would have no effect.
+    // nameOf() finds the first entry, so a second owner has no effect.
     const std::lock_guard lock(m_mutex);
     m_registrations.append(registration);
 }

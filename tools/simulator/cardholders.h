@@ -13,8 +13,8 @@
 namespace simulator {
 
 /**
- * The people who hold the cards 0A1B2C3D to 0A1B2C40, and whoever registers another one. All
- * services know the same ones. All functions can be called from any thread.
+ * The holders of the cards 0A1B2C3D to 0A1B2C40 and of every card registered later, shared by all
+ * services. All functions can be called from any thread.
  */
 class CardHolders
 {
@@ -22,19 +22,19 @@ public:
     CardHolders() = default;
     Q_DISABLE_COPY_MOVE(CardHolders)
 
-    /// The number of a card as a reader writes it, in eight hexadecimal digits.
+    /// The card number behind @p tid, the eight hexadecimal digits that a reader sends.
     [[nodiscard]] static std::optional<quint64> numberOf(const QString &tid);
-    /// Empty for a card that is nobody's.
+    /// Empty for an unassigned card.
     [[nodiscard]] QString nameOf(quint64 card) const;
-    /// What a service tells whoever holds a card that is nobody's.
+    /// The services' message for an unassigned card.
     [[nodiscard]] static QString unknownCard(quint64 card);
 
-    /// Gives a card to its new owner; one that somebody holds stays theirs.
+    /// Assigns a card to its new owner. The first owner of a card keeps it.
     void assign(const CardRegistration &registration);
     [[nodiscard]] QVector<CardRegistration> registrations() const;
 
 private:
-    mutable std::mutex m_mutex; ///< guards the next one
+    mutable std::mutex m_mutex; ///< protects m_registrations
     QVector<CardRegistration> m_registrations;
 };
 

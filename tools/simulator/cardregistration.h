@@ -8,12 +8,12 @@
 
 namespace simulator {
 
-/** One card that somebody has registered for themselves. */
+/** One registered card. */
 struct CardRegistration
 {
     QString tid; ///< as the kiosk sent it
     QString owner;
-    bool byPhone = false; ///< on the page that the QR code leads to
+    bool byPhone = false; ///< on the page behind the QR code
     QDateTime time;
 };
 

@@ -8,7 +8,7 @@
 
 namespace simulator {
 
-/** Lines from standard input as they come, in the thread's event loop. */
+/** Reads lines from standard input in the thread's event loop. */
 class CommandInput : public QObject
 {
     Q_OBJECT
@@ -17,9 +17,9 @@ public:
     explicit CommandInput(QObject *parent = nullptr);
 
 Q_SIGNALS:
-    /// A line without its end; empty ones are left out.
+    /// A line without its line end. Empty lines are skipped.
     void lineRead(const QString &line);
-    /// The input has ended; nothing follows.
+    /// End of input.
     void ended();
 
 private:

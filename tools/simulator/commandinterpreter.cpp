@@ -19,7 +19,7 @@ namespace {
         return QStringLiteral("error: ") + text;
     }
 
-    /// Bytes written as hexadecimal digits, with blanks where one likes; nothing for other text.
+    /// Decodes hexadecimal digits; blanks are ignored. Nothing for any other text.
     std::optional<QByteArray> bytesOf(const QString &text)
     {
         const QByteArray digits = text.toLatin1().replace(' ', "").toLower();
@@ -29,10 +29,10 @@ namespace {
 
     QString noBytes(const QString &text)
     {
-        return error(QStringLiteral("\"%1\" is no sequence of bytes in hex").arg(text));
+        return error(QStringLiteral("\"%1\" is not a sequence of bytes in hex").arg(text));
     }
 
-    /// Which card was read, and when: what tells one record from another.
+    /// Card and time of reading, which identify a record.
     using Sightings = QVector<QPair<quint64, QDateTime>>;
 
     QString repetitions(const char *title, const Sightings &sightings)
@@ -52,7 +52,7 @@ namespace {
 struct CommandInterpreter::Command
 {
     const char *name;
-    const char *arguments; ///< as the help shows them; empty if it takes none
+    const char *arguments; ///< as shown in the help; empty for none
     const char *effect;
     QString (CommandInterpreter::*function)(const QString &arguments);
 };
@@ -61,22 +61,22 @@ const QVector<CommandInterpreter::Command> &CommandInterpreter::commands()
 {
     using Self = CommandInterpreter;
     static const QVector<Command> list {
-        { "fault", "ROUTE KIND", "spoil the answers of a route", &Self::fault },
+        { "fault", "ROUTE KIND", "spoil the responses of a route", &Self::fault },
         { "faults", "", "list the faults of all routes", &Self::faults },
         { "schedule", "FILE|default", "serve a file or the generated day", &Self::schedule },
         { "configuration", "JSON|default", "serve this configuration", &Self::configuration },
         { "tap", "ID", "hold a card to the reader", &Self::tap },
         { "send", "HEX", "send these bytes from the reader", &Self::send },
-        { "stale", "HEX", "have these bytes in the line at the next plug", &Self::stale },
-        { "unplug", "", "pull the reader out", &Self::unplug },
-        { "plug", "", "put the reader back", &Self::plug },
+        { "stale", "HEX", "put these bytes into the line for the next plug", &Self::stale },
+        { "unplug", "", "unplug the reader", &Self::unplug },
+        { "plug", "", "plug the reader in", &Self::plug },
         { "requests", "", "list the latest requests", &Self::requests },
         { "audit", "", "count requests, records and bookings", &Self::audit },
-        { "records", "", "list the attendance records that were accepted", &Self::records },
-        { "bookings", "", "list the presence bookings that were accepted", &Self::bookings },
-        { "present", "ID", "have the holder of a card come", &Self::present },
-        { "absent", "ID", "have the holder of a card leave", &Self::absent },
-        { "registrations", "", "list the cards that were registered", &Self::registrations },
+        { "records", "", "list the accepted attendance records", &Self::records },
+        { "bookings", "", "list the accepted presence bookings", &Self::bookings },
+        { "present", "ID", "mark the holder of a card as present", &Self::present },
+        { "absent", "ID", "mark the holder of a card as absent", &Self::absent },
+        { "registrations", "", "list the registered cards", &Self::registrations },
         { "help", "", "show this text", &Self::help },
         { "quit", "", "end the kiosk and the simulator", &Self::quit },
     };
@@ -148,7 +148,7 @@ QString CommandInterpreter::configuration(const QString &arguments)
 {
     const bool isDefault = arguments == QLatin1String("default");
     m_simulator->setConfiguration(isDefault ? QByteArray() : arguments.toUtf8());
-    return QStringLiteral("the kiosk asks again within five minutes");
+    return QStringLiteral("the kiosk fetches it within five minutes");
 }
 
 QString CommandInterpreter::requests(const QString & /*arguments*/)
@@ -246,11 +246,11 @@ QString CommandInterpreter::registrations(const QString & /*arguments*/)
     return lines.isEmpty() ? QStringLiteral("no registrations yet") : lines.join(QLatin1Char('\n'));
 }
 
-QString CommandInterpreter::readerProblem(bool hasToBePlugged) const
+QString CommandInterpreter::readerProblem(bool mustBePlugged) const
 {
     if (!m_reader)
         return error(QStringLiteral("there is no reader, see --no-reader and --run"));
-    if (hasToBePlugged && !m_reader->isPlugged())
+    if (mustBePlugged && !m_reader->isPlugged())
         return error(QStringLiteral("the reader is not plugged in"));
     return {};
 }
@@ -306,7 +306,7 @@ QString CommandInterpreter::plug(const QString & /*arguments*/)
                             : error(m_reader->errorString());
 }
 
-// NOLINTNEXTLINE(readability-convert-member-functions-to-static): the commands are of one type
+// NOLINTNEXTLINE(readability-convert-member-functions-to-static): all commands have one type
 QString CommandInterpreter::help(const QString & /*arguments*/)
 {
     QString text;

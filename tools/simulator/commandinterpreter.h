@@ -10,24 +10,24 @@ namespace simulator {
 class Simulator;
 class VirtualReader;
 
-/** The simulator's commands as lines of text, from wherever they come. */
+/** Executes the simulator's commands, given as lines of text. */
 class CommandInterpreter : public QObject
 {
     Q_OBJECT
 
 public:
-    /// @param simulator what the commands act on; not owned
+    /// @param simulator the object of the commands; not owned
     explicit CommandInterpreter(Simulator *simulator, QObject *parent = nullptr);
 
-    /// The reader that the commands act on; none if null. Not owned.
+    /// The reader for the commands, not owned. Null for none.
     void setReader(VirtualReader *reader) { m_reader = reader; }
-    /// Executes one line and returns the answer without a line end; an error begins with "error:".
+    /// Executes one line and returns its output without a line end. An error begins with "error:".
     [[nodiscard]] QString execute(const QString &line);
-    /// Sets a fault written as two words, the same as the command "fault" and `--fault` do.
+    /// Sets a fault by name, for the command "fault" and the option `--fault`.
     [[nodiscard]] QString setFault(const QString &route, const QString &fault);
 
 Q_SIGNALS:
-    /// Emitted within execute(); connect it queued, for the answer has yet to be delivered.
+    /// Emitted within execute(). Connect it queued: the output has yet to be delivered.
     void quitRequested();
 
 private:
@@ -51,8 +51,8 @@ private:
     [[nodiscard]] QString stale(const QString &arguments);
     [[nodiscard]] QString unplug(const QString &arguments);
     [[nodiscard]] QString plug(const QString &arguments);
-    /// What keeps the reader from sending, or an empty text.
-    [[nodiscard]] QString readerProblem(bool hasToBePlugged) const;
+    /// Why the reader can not be used, or an empty text.
+    [[nodiscard]] QString readerProblem(bool mustBePlugged) const;
     [[nodiscard]] QString help(const QString &arguments);
     [[nodiscard]] QString quit(const QString &arguments);
 

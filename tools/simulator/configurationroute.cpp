@@ -9,7 +9,7 @@ namespace simulator {
 namespace {
 
     constexpr auto jsonType = "application/json";
-    constexpr int longTextBytes = 900'000; // the kiosk takes 1 MiB in all
+    constexpr int longTextBytes = 900'000; // the kiosk accepts 1 MiB in all
 
     constexpr auto defaultDocument = R"({
   "locationId": 101,
@@ -19,7 +19,7 @@ namespace {
 }
 )";
 
-    /// Each value of another kind than its key wants.
+    /// Every value has a type or range that its key does not allow.
     QByteArray hostileDocument()
     {
         return R"({ "locationId": [1, 2], "locationName": ")"
@@ -47,17 +47,17 @@ bool ConfigurationRoute::owns(const QByteArray & /*method*/, const QString &aske
     return asked == QLatin1String(path);
 }
 
-Answer ConfigurationRoute::answer(const QString & /*path*/, const RecordedRequest &request)
+Response ConfigurationRoute::respond(const QString & /*path*/, const RecordedRequest &request)
 {
     if (request.method != "GET")
-        return textAnswer(405, QStringLiteral("The configuration can only be fetched by GET"));
+        return textResponse(405, QStringLiteral("Use GET to fetch the configuration"));
     if (const auto refusal = m_tokens.refusalOf(request))
         return *refusal;
     const std::lock_guard lock(m_mutex);
     return { 200, jsonType, m_document.isEmpty() ? QByteArray(defaultDocument) : m_document };
 }
 
-Answer ConfigurationRoute::spoil(Answer good, Fault fault, const RecordedRequest & /*request*/)
+Response ConfigurationRoute::spoil(Response good, Fault fault, const RecordedRequest & /*request*/)
 {
     if (fault == Fault::HostileValues)
         good.body = hostileDocument();

@@ -11,25 +11,26 @@ namespace simulator {
 
 class TokenRoute;
 
-/** The configuration service: one document for whoever holds a token. */
+/** The configuration service: serves one document to every client with a token. */
 class ConfigurationRoute : public RouteHandler
 {
 public:
     static constexpr auto path = "/lumenboards/api/config/";
 
-    /// @param tokens knows which tokens are good
+    /// @param tokens checks the tokens
     explicit ConfigurationRoute(const TokenRoute &tokens);
 
-    /// Serves this JSON; empty goes back to the configuration of the sample day's first room.
+    /// Serves this JSON. Empty restores the configuration for the sample day's first room.
     void setDocument(const QByteArray &json);
 
     [[nodiscard]] bool owns(const QByteArray &method, const QString &path) const override;
-    [[nodiscard]] Answer answer(const QString &path, const RecordedRequest &request) override;
-    [[nodiscard]] Answer spoil(Answer good, Fault fault, const RecordedRequest &request) override;
+    [[nodiscard]] Response respond(const QString &path, const RecordedRequest &request) override;
+    [[nodiscard]] Response spoil(Response good, Fault fault,
+                                 const RecordedRequest &request) override;
 
 private:
     const TokenRoute &m_tokens;
-    std::mutex m_mutex; ///< guards everything below
+    std::mutex m_mutex; ///< protects m_document
     QByteArray m_document;
 };
 

@@ -26,10 +26,10 @@ Connection::Connection(int socket, int stopEvent)
     : m_socket(socket)
     , m_stopEvent(stopEvent)
 {
-    // Without it the body of an answer on a kept connection waits for a delayed acknowledgement.
+    // Otherwise the body of a response on a kept connection waits for a delayed acknowledgement.
     const int on = 1;
     ::setsockopt(m_socket, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
-    ::fcntl(m_socket, F_SETFD, FD_CLOEXEC); // the kiosk that we start must not hold it open
+    ::fcntl(m_socket, F_SETFD, FD_CLOEXEC); // the kiosk that we start must not inherit it
 }
 
 Connection::~Connection()
@@ -93,7 +93,7 @@ void Connection::get_remote_ip_and_port(std::string &ip, int &port) const
 
 void Connection::get_local_ip_and_port(std::string &ip, int &port) const
 {
-    // Both ends are on this machine, and nobody here asks for the ports.
+    // Both ends are on this machine, and no handler reads the ports.
     ip = "127.0.0.1";
     port = 0;
 }

@@ -10,25 +10,25 @@
 namespace simulator {
 
 /**
- * One accepted connection as the HTTP library reads and writes it, used by one worker thread.
- * Unlike the library's own stream it ends its waits as soon as the server stops: it then reads no
- * more and writes only what the other side takes at once.
+ * One accepted connection, read and written by the HTTP library in one worker thread. Unlike the
+ * library's own stream it stops waiting as soon as the server stops: it then reads nothing more and
+ * writes only what the client accepts at once.
  */
 class Connection : public httplib::Stream
 {
 public:
-    /// Takes the socket over and closes it in the end.
+    /// Takes ownership of the socket.
     /// @param stopEvent a descriptor that becomes readable, and stays so, when the server stops
     Connection(int socket, int stopEvent);
     Connection(const Connection &) = delete;
     Connection &operator=(const Connection &) = delete;
     ~Connection() override;
 
-    /// Waits for the first byte of a request; false at the end of the connection or of the time.
+    /// Waits for the first byte of a request. False on time-out or at the end of the connection.
     [[nodiscard]] bool waitForRequest(std::chrono::milliseconds timeout);
-    /// Whether the other side has closed the connection.
+    /// Whether the client has closed the connection.
     [[nodiscard]] bool peerHasGone() const;
-    /// Ends the connection now: nothing is read or written any more.
+    /// Ends the connection at once.
     void abort() const;
 
     [[nodiscard]] bool is_readable() const override;
@@ -40,12 +40,12 @@ public:
     [[nodiscard]] socket_t socket() const override { return m_socket; }
 
 private:
-    /// Waits until the socket is ready for the poll events or the time has passed.
+    /// Waits until the socket is ready for the poll events. False on time-out.
     [[nodiscard]] bool waitFor(short events, std::chrono::milliseconds timeout) const;
 
     const int m_socket;
     const int m_stopEvent;
-    std::vector<char> m_buffer; ///< what was received and not yet read, from m_position on
+    std::vector<char> m_buffer; ///< received data, unread from m_position on
     size_t m_position = 0;
 };
 

@@ -13,7 +13,7 @@
 namespace simulator {
 Q_NAMESPACE
 
-/** The services that the simulator plays, each by a handler of its own. */
+/** The simulated services, each with its own handler. */
 enum class Route {
     Schedule,
     Token,
@@ -23,47 +23,47 @@ enum class Route {
     PresenceBooking,
     RegistrationStatus,
     Registration,
-    RegistrationPage ///< what a phone sees: the QR code and the page that it leads to
+    RegistrationPage ///< for phones: the QR code and the page behind it
 };
 Q_ENUM_NS(Route)
 
-/** What can be wrong with the answers of a route. */
+/** Faults of a route. */
 enum class Fault {
     None,
     Empty, ///< 200 without a body
-    Truncated, ///< half a document, sent as if it were whole
-    BrokenJson, ///< a JSON document that is cut off
+    Truncated, ///< half a document, sent as if it were complete
+    BrokenJson, ///< incomplete JSON
     EmptyList, ///< 200 with []
-    WrongRoot, ///< a well-formed document of another kind
-    InvalidValue, ///< a document with a value that can not be read
+    WrongRoot, ///< well-formed, but another kind of document
+    InvalidValue, ///< a document with an invalid value
     Huge, ///< about 50 MB of valid document
     Oversize, ///< more than 64 MB of valid document
     EntityBomb, ///< a small document that expands to gigabytes
     CaptivePortal, ///< 200 with the login page of a guest network
-    Redirect, ///< 302 to the same path below /moved, where the good answer waits
-    RedirectAway, ///< 307 to another server, which records whoever comes
+    Redirect, ///< 302 to the same path below /moved, which sends the good response
+    RedirectAway, ///< 307 to another server, which records every request
     NotFound, ///< 404
     ServerError, ///< 500
-    Refuse, ///< the connection ends without an answer, as if nobody listened
-    Drop, ///< the connection ends amid the body
-    Hang, ///< no answer until the fault is switched
+    Refuse, ///< the connection ends without a response
+    Drop, ///< the connection ends in the middle of the body
+    Hang, ///< no response until the fault changes
     Drip, ///< the headers, then one byte per drip interval
-    Slow, ///< the good answer, one drip interval later
-    Gzip, ///< a compressed body nobody asked for
-    WrongCredentials, ///< 401, whoever asks
+    Slow, ///< the good response, one drip interval late
+    Gzip, ///< a compressed body, although not requested
+    WrongCredentials, ///< 401 for every request
     TinyExpiry, ///< a token that is valid for one second
-    NoRefreshToken, ///< a token alone, as today's servers answer client credentials
+    NoRefreshToken, ///< only an access token, as current servers issue for client credentials
     ExpiredRefreshToken, ///< refresh tokens are refused
-    HostileValues ///< a document with values that nobody should trust
+    HostileValues ///< a document with values that a client must not trust
 };
 Q_ENUM_NS(Fault)
 
-/** What a presence booking says, as the service numbers it. */
+/** Types of presence bookings, numbered as in the service. */
 enum class PresenceType {
-    Auto, ///< coming or leaving, whichever it was not the last time
+    Auto, ///< the opposite of the last booking
     In,
     Out,
-    Continuous ///< seen in passing, taken like Auto
+    Continuous ///< read in passing; treated like Auto
 };
 Q_ENUM_NS(PresenceType)
 
@@ -75,7 +75,7 @@ template <typename Enum> [[nodiscard]] QString nameOf(Enum value)
     return hyphenated(QMetaEnum::fromType<Enum>().valueToKey(static_cast<int>(value)));
 }
 
-/// All enumerators, which have to count from 0.
+/// All enumerators. They must count from 0.
 template <typename Enum> [[nodiscard]] std::vector<Enum> values()
 {
     std::vector<Enum> list;
@@ -84,7 +84,7 @@ template <typename Enum> [[nodiscard]] std::vector<Enum> values()
     return list;
 }
 
-/// The words for all enumerators, in their order.
+/// The words for all enumerators, in order.
 template <typename Enum> [[nodiscard]] QStringList names()
 {
     QStringList list;

@@ -17,9 +17,9 @@ namespace {
 
     constexpr auto keepAliveTimeout = 30s;
     constexpr size_t keepAliveRequests = 1'000'000;
-    constexpr size_t workerThreads = 32; // an open connection occupies one
+    constexpr size_t workerThreads = 32; // each open connection needs one
 
-    // The library hands no connection to a handler; a thread serves one connection at a time.
+    // The library passes no connection to a handler. A thread serves one connection at a time.
     thread_local const Connection *s_connection = nullptr;
 
 } // namespace
@@ -34,10 +34,10 @@ HttpServer::HttpServer(const Handler &handler)
     Patch(everyPath, handler);
     Delete(everyPath, handler);
     Options(everyPath, handler);
-    // Both are only announced to the client: the connection is kept by the loop below.
+    // Only announced to the client: process_and_close_socket() keeps the connection.
     set_keep_alive_timeout(keepAliveTimeout.count());
     set_keep_alive_max_count(keepAliveRequests);
-    // The default would let a second simulator share the port, each getting half of the requests.
+    // By default a second simulator could share the port and take half of the requests.
     set_socket_options([](socket_t socket) {
         const int on = 1;
         ::setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
@@ -59,8 +59,8 @@ bool HttpServer::start(const char *address, quint16 port)
         return false;
     m_port = static_cast<quint16>(bound);
 
-    // The library asks for its workers right after it began to listen. A stop() before that moment
-    // would have no effect, so wait for it.
+    // The library creates its workers once it listens. An earlier stop() would have no effect, so
+    // wait for that.
     std::promise<void> listening;
     new_task_queue = [&listening] {
         auto *pool = new httplib::ThreadPool(workerThreads);

@@ -14,25 +14,25 @@ namespace simulator {
 class Connection;
 
 /**
- * HTTP in threads of its own. Adds to the library's server that all requests go to
- * one handler, that stop() waits for nobody but the handler, and that the handler can look at the
+ * An HTTP server with its own threads. Unlike the library's server it passes all requests to one
+ * handler, waits in stop() for nothing but the handler, and gives the handler access to the
  * connection of its request.
  */
 class HttpServer : public httplib::Server
 {
 public:
-    /// @param handler called in the worker threads, several at a time
+    /// @param handler called in several worker threads at once
     explicit HttpServer(const Handler &handler);
     Q_DISABLE_COPY_MOVE(HttpServer)
     ~HttpServer() override;
 
-    /// Listens on the port, on a free one if it is 0, and is ready on return. To be called once.
+    /// Listens on the port, or on a free one if it is 0, and is ready on return. Call it once.
     [[nodiscard]] bool start(const char *address, quint16 port);
     [[nodiscard]] quint16 port() const { return m_port; }
-    /// Ends all connections and threads. A handler that waits must have been released before.
+    /// Ends all connections and threads. Release waiting handlers first.
     void stop();
 
-    /// The connection of the request that the calling worker thread handles at the moment.
+    /// The connection of the request that the calling worker thread is handling.
     [[nodiscard]] static const Connection &currentConnection();
 
 private:

@@ -73,7 +73,7 @@ bool KioskRunner::prepare(const QMap<QString, QString> &settings)
     const auto ownerOnly = QFile::ReadOwner | QFile::WriteOwner;
     for (const QString &path : qAsConst(paths)) {
         if (!QDir().mkpath(path) || !QFile::setPermissions(path, ownerOnly | QFile::ExeOwner)) {
-            m_errorString = QStringLiteral("Cannot make the folder %1").arg(path);
+            m_errorString = QStringLiteral("Cannot create the folder %1").arg(path);
             return false;
         }
     }
@@ -103,7 +103,7 @@ void KioskRunner::start(const QString &program, const QStringList &arguments)
 
 void KioskRunner::stop()
 {
-    // A child that has not become the kiosk yet would take the signal for our own.
+    // A child before its exec() would handle the signal with our own handler.
     if (!m_process.waitForStarted())
         return;
     m_process.terminate();
@@ -113,7 +113,7 @@ void KioskRunner::stop()
 void KioskRunner::onFinished(int exitCode, QProcess::ExitStatus exitStatus)
 {
     m_killTimer.stop();
-    // After a crash Qt gives the signal for an exit code.
+    // After a crash Qt reports the signal as the exit code.
     Q_EMIT finished(exitStatus == QProcess::NormalExit ? exitCode : crashedStatus + exitCode);
 }
 

@@ -11,16 +11,16 @@
 namespace simulator {
 
 /**
- * Runs the kiosk as a child with settings, data and cache of its own, so that nothing of the
- * user's is touched. The child's output goes where ours goes; it has no standard input.
+ * Runs the kiosk as a child process with private settings, data and cache. The child shares our
+ * output and has no standard input.
  */
 class KioskRunner : public QObject
 {
     Q_OBJECT
 
 public:
-    /// @param home the folder that holds all the kiosk's files and stays in the end, for a second
-    /// run to find; empty for a temporary one
+    /// @param home the folder for all files of the kiosk, kept for the next run; empty for a
+    /// temporary one
     explicit KioskRunner(const QString &home = {}, QObject *parent = nullptr);
     Q_DISABLE_COPY_MOVE(KioskRunner)
     ~KioskRunner() override;
@@ -28,21 +28,21 @@ public:
     /// Where the kiosk reads its settings.
     [[nodiscard]] QString settingsPath() const;
     [[nodiscard]] QString errorString() const { return m_errorString; }
-    /// Whether the kiosk was started and has not ended.
+    /// Whether the kiosk is running.
     [[nodiscard]] bool isRunning() const { return m_process.state() != QProcess::NotRunning; }
 
-    /// Makes the folders and writes the settings; those of an earlier run that are not named stay.
+    /// Creates the folders and writes the settings. Other settings of an earlier run stay.
     [[nodiscard]] bool prepare(const QMap<QString, QString> &settings);
-    /// Further environment variables for the kiosk.
+    /// Additional environment variables for the kiosk.
     void setVariables(const QMap<QString, QString> &variables) { m_variables = variables; }
-    /// Ends in one finished(), also when the program can not be started.
+    /// Leads to exactly one finished(), even if the program can not be started.
     void start(const QString &program, const QStringList &arguments);
-    /// Asks the kiosk to end and ends it by force if it has not after five seconds.
+    /// Terminates the kiosk, and kills it after five seconds.
     void stop();
 
 Q_SIGNALS:
-    /// @param status the exit status as a shell gives it: 128 and the signal after a crash, 127 if
-    /// the program could not be started, with errorString() set
+    /// @param status the exit status as in a shell: 128 plus the signal after a crash, 127 if the
+    /// program could not be started; errorString() is then set
     void finished(int status);
 
 private:

@@ -27,11 +27,11 @@ using simulator::VirtualReader;
 namespace {
 
 constexpr auto description = R"(
-Plays the services around the kiosk and its card reader on this machine, and the kiosk with them.
+Simulates the kiosk's services and card reader on this machine, and runs the kiosk with them.
 
-Commands are read line by line from standard input ("help" lists them) and from POST requests to
-/control. The end of standard input ends the simulator, but not when a kiosk runs and the input is
-no terminal: then the kiosk decides. In the background use --no-stdin.)";
+Reads commands, one per line, from standard input ("help" lists them) and from POST requests to
+/control. The simulator ends at the end of standard input; with --run and an input that is not a
+terminal it ends with the kiosk. Use --no-stdin in the background.)";
 
 struct Options
 {
@@ -65,57 +65,61 @@ QPair<QString, QString> pairOf(const QString &text)
 {
     const int sign = text.indexOf(QLatin1Char('='));
     if (sign <= 0)
-        fail(QStringLiteral("\"%1\" lacks a name or an equals sign").arg(text));
+        fail(QStringLiteral("\"%1\" is not of the form NAME=VALUE").arg(text));
     return { text.left(sign), text.mid(sign + 1) };
+}
+
+void declareOptions(QCommandLineParser &parser)
+{
+    const auto add = [&parser](const char *name, const char *text, const char *value = "") {
+        parser.addOption(
+            { QString::fromLatin1(name), QString::fromLatin1(text), QString::fromLatin1(value) });
+    };
+    add("port", "Serve on this port of 127.0.0.1; default: a free one.", "N");
+    add("schedule", "Serve this file for every day.", "FILE");
+    add("configuration", "Start with this configuration.", "JSON");
+    add("fault", "Start with this fault; repeatable.", "ROUTE=KIND");
+    add("no-stdin", "Do not read commands from standard input.");
+    add("run", "Start the kiosk, and end with it and its exit status.", "PROGRAM");
+    add("no-reader", "Start the kiosk without the simulated card reader.");
+    add("home", "Keep the kiosk's files here; default: a temporary folder.", "DIR");
+    add("set", "Write this setting for the kiosk; repeatable.", "KEY=VALUE");
+    parser.addPositionalArgument(QStringLiteral("args"),
+                                 QStringLiteral("Arguments for the kiosk, after --."),
+                                 QStringLiteral("[-- args...]"));
+    parser.setApplicationDescription(QString::fromLatin1(description).trimmed());
+    parser.addHelpOption();
+    parser.addVersionOption();
 }
 
 Options parseOptions()
 {
     QCommandLineParser parser;
-    parser.setApplicationDescription(QString::fromLatin1(description).trimmed());
-    parser.addHelpOption();
-    parser.addVersionOption();
-    const auto add = [&parser](const char *name, const char *text, const char *value = "") {
-        QCommandLineOption option(QString::fromLatin1(name), QString::fromLatin1(text),
-                                  QString::fromLatin1(value));
-        parser.addOption(option);
-        return option;
-    };
-    const auto port = add("port", "Serve on this port of 127.0.0.1; by default a free one.", "N");
-    const auto schedule = add("schedule", "Serve this file for every day.", "FILE");
-    const auto configuration = add("configuration", "Begin with this configuration.", "JSON");
-    const auto fault = add("fault", "Begin with this fault; repeatable.", "ROUTE=KIND");
-    const auto noInput = add("no-stdin", "Read no commands from standard input.");
-    const auto run = add("run", "Start the kiosk and end with it and its status.", "PROGRAM");
-    const auto noReader = add("no-reader", "Start the kiosk without a made-up card reader.");
-    const auto home
-        = add("home", "Keep the kiosk's files here; by default in a temporary folder.", "DIR");
-    const auto set = add("set", "Write this setting for the kiosk; repeatable.", "KEY=VALUE");
-    parser.addPositionalArgument(QStringLiteral("args"),
-                                 QStringLiteral("Arguments for the kiosk, after --."),
-                                 QStringLiteral("[-- args...]"));
+    declareOptions(parser);
     parser.process(*QCoreApplication::instance());
+    const auto value = [&parser](const char *name) { return parser.value(QLatin1String(name)); };
+    const auto isSet = [&parser](const char *name) { return parser.isSet(QLatin1String(name)); };
 
     Options options;
-    bool numeric = true;
-    if (parser.isSet(port))
-        options.port = parser.value(port).toUShort(&numeric);
-    if (!numeric)
-        fail(QStringLiteral("\"%1\" is no port").arg(parser.value(port)));
-    options.schedule = parser.value(schedule);
-    options.configuration = parser.value(configuration).toUtf8();
-    options.faults = parser.values(fault);
-    options.readsInput = !parser.isSet(noInput);
-    options.hasReader = !parser.isSet(noReader);
-    options.program = parser.value(run);
+    bool isPort = true;
+    if (isSet("port"))
+        options.port = value("port").toUShort(&isPort);
+    if (!isPort)
+        fail(QStringLiteral("\"%1\" is not a port").arg(value("port")));
+    options.schedule = value("schedule");
+    options.configuration = value("configuration").toUtf8();
+    options.faults = parser.values(QStringLiteral("fault"));
+    options.readsInput = !isSet("no-stdin");
+    options.hasReader = !isSet("no-reader");
+    options.program = value("run");
     options.arguments = parser.positionalArguments();
     if (options.program.isEmpty() && !options.arguments.isEmpty())
-        fail(QStringLiteral("arguments for a kiosk, but no --run"));
-    options.home = parser.value(home);
-    const QStringList settings = parser.values(set);
+        fail(QStringLiteral("arguments for the kiosk need --run"));
+    options.home = value("home");
+    const QStringList settings = parser.values(QStringLiteral("set"));
     for (const QString &each : settings) {
-        const auto [key, value] = pairOf(each);
-        options.settings.insert(key, value);
+        const auto [key, text] = pairOf(each);
+        options.settings.insert(key, text);
     }
     return options;
 }
@@ -128,9 +132,9 @@ void startSimulator(Simulator &simulator, CommandInterpreter &interpreter, const
     simulator.setConfiguration(options.configuration);
     for (const QString &each : options.faults) {
         const auto [route, fault] = pairOf(each);
-        const QString answer = interpreter.setFault(route, fault);
-        if (answer.startsWith(QLatin1String("error")))
-            fail(answer);
+        const QString output = interpreter.setFault(route, fault);
+        if (output.startsWith(QLatin1String("error")))
+            fail(output);
     }
     simulator.setCommandHandler(
         [&interpreter](const QString &command) { return interpreter.execute(command); });
@@ -139,20 +143,20 @@ void startSimulator(Simulator &simulator, CommandInterpreter &interpreter, const
     printLine(QStringLiteral("Simulator ready at %1").arg(simulator.baseUrl().toString()));
 }
 
-/** The made-up reader and what it is plugged into. */
+/** The simulated reader and its bus. */
 struct ReaderSetup
 {
     SerialBus bus;
     VirtualReader reader { bus };
 };
 
-/// The reader that the kiosk will find, none if it can not be made.
+/// Plugs in the reader for the kiosk. Null on failure.
 std::unique_ptr<ReaderSetup> plugReader(KioskRunner &kiosk, CommandInterpreter &interpreter)
 {
     if (SerialBus::preloadLibrary().isEmpty()) {
         printLine(
             QStringLiteral("No card reader: the library that shows it to the kiosk is missing,"
-                           " install umockdev"));
+                           " please install umockdev"));
         return nullptr;
     }
     auto setup = std::make_unique<ReaderSetup>();
@@ -179,7 +183,7 @@ void startKiosk(KioskRunner &kiosk, const Simulator &simulator, const Options &o
         printLine(QStringLiteral("kiosk exited with status %1").arg(status));
         QCoreApplication::exit(status);
     });
-    // From the event loop, which a failure to start has to end.
+    // From the event loop, because a failure to start ends it.
     QMetaObject::invokeMethod(
         &kiosk, [&kiosk, options] { kiosk.start(options.program, options.arguments); },
         Qt::QueuedConnection);
@@ -194,7 +198,7 @@ int main(int argc, char *argv[])
     QCoreApplication::setApplicationVersion(QStringLiteral(SIMULATOR_VERSION));
     const Options options = parseOptions();
 
-    std::unique_ptr<ReaderSetup> reader; // outlives the kiosk, which looks at its files
+    std::unique_ptr<ReaderSetup> reader; // outlives the kiosk, which uses its files
     Simulator simulator;
     CommandInterpreter interpreter(&simulator);
     KioskRunner kiosk(options.home);
@@ -213,7 +217,7 @@ int main(int argc, char *argv[])
     startSimulator(simulator, interpreter, options);
     if (!options.program.isEmpty()) {
         startKiosk(kiosk, simulator, options);
-        // After all that can fail, which would leave its files behind, and before the event loop.
+        // After everything that can fail(), which would leave its files behind.
         if (options.hasReader)
             reader = plugReader(kiosk, interpreter);
     }

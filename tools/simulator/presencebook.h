@@ -13,27 +13,27 @@
 
 namespace simulator {
 
-/** Who is present, and all that was booked. All functions can be called from any thread. */
+/** Who is present, and all bookings. All functions can be called from any thread. */
 class PresenceBook
 {
 public:
     PresenceBook() = default;
     Q_DISABLE_COPY_MOVE(PresenceBook)
 
-    /// What was booked, in this order; a booking that came twice is there twice.
+    /// All bookings in order of arrival, repeated ones included.
     [[nodiscard]] QVector<PresenceBooking> bookings() const;
-    /// When the card's holder came; nothing if absent. In the beginning all are.
+    /// When the card's holder came; nothing if absent. Initially everyone is absent.
     [[nodiscard]] std::optional<QDateTime> presentSince(quint64 card) const;
     void setPresent(quint64 card, bool present);
 
-    /// Whether the booking would be one of coming. Without a direction it is the other one.
+    /// Whether the booking means coming. Without a direction it toggles the presence.
     [[nodiscard]] bool isArrival(const PresenceBooking &booking) const;
     void enter(const PresenceBooking &booking);
 
 private:
     void set(quint64 card, bool present, const QDateTime &time);
 
-    mutable std::mutex m_mutex; ///< guards everything below
+    mutable std::mutex m_mutex; ///< protects everything below
     QHash<quint64, QDateTime> m_presentSince;
     QVector<PresenceBooking> m_bookings;
 };

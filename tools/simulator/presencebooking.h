@@ -9,14 +9,14 @@
 
 namespace simulator {
 
-/** One card at one screen, as the presence service has booked it. */
+/** One card at one screen, as booked by the presence service. */
 struct PresenceBooking
 {
     quint64 tid = 0;
     PresenceType type = PresenceType::Auto;
     QDateTime time; ///< when the card was read
     int locationId = 0;
-    qint64 logDelay = 0; ///< both in milliseconds; clocks jump, so they can be negative
+    qint64 logDelay = 0; ///< both in milliseconds; negative after a clock change
     qint64 transmissionDelay = 0;
     QDateTime acceptedAt;
 };

@@ -17,10 +17,10 @@
 namespace simulator {
 namespace {
 
-    template <typename Integer> constexpr auto most = std::numeric_limits<Integer>::max();
-    template <typename Integer> constexpr auto least = std::numeric_limits<Integer>::min();
+    using Int32 = std::numeric_limits<int>;
+    using Int64 = std::numeric_limits<qint64>;
 
-    /** A key whose value is an integer within bounds. */
+    /** A key with an integer value within bounds. */
     struct IntegerKey
     {
         const char *name;
@@ -29,31 +29,31 @@ namespace {
         qint64 value = 0;
     };
 
-    /// What is wrong with the document, or an empty text and the booking that it holds.
+    /// Reads the booking. Returns what is wrong with the document, or an empty text.
     QString read(const QByteArray &body, PresenceBooking *booking)
     {
         QJsonParseError problem {};
         const QJsonDocument document = QJsonDocument::fromJson(body, &problem);
         if (problem.error != QJsonParseError::NoError)
-            return QStringLiteral("The body is no JSON: %1").arg(problem.errorString());
+            return QStringLiteral("The body is not JSON: %1").arg(problem.errorString());
         const QJsonObject object = document.object();
         const auto expected = QStringLiteral("locationId logDelay tid time transmissionDelay type");
         const QString keys = object.keys().join(QLatin1Char(' '));
         if (!document.isObject() || keys != expected)
-            return QStringLiteral("Not an object of \"%1\" but \"%2\"").arg(expected, keys);
+            return QStringLiteral("Expected an object with \"%1\", not \"%2\"").arg(expected, keys);
 
         const QString time = object.value(QLatin1String("time")).toString();
         booking->time = isoDateTime(time);
         if (!booking->time.isValid())
-            return QStringLiteral("No ISO 8601 time: \"%1\"").arg(time);
+            return QStringLiteral("Not an ISO 8601 time: \"%1\"").arg(time);
 
-        // A record can wait for weeks, which is more than 32 bits hold.
+        // A record can wait for weeks, which exceeds 32 bits.
         std::array<IntegerKey, 5> integers { {
             { "type", 0, int(PresenceType::Continuous) },
-            { "tid", 0, most<qint64> },
-            { "locationId", least<int>, most<int> },
-            { "logDelay", least<qint64>, most<qint64> },
-            { "transmissionDelay", least<qint64>, most<qint64> },
+            { "tid", 0, Int64::max() },
+            { "locationId", Int32::min(), Int32::max() },
+            { "logDelay", Int64::min(), Int64::max() },
+            { "transmissionDelay", Int64::min(), Int64::max() },
         } };
         for (IntegerKey &each : integers) {
             const QJsonValue value = object.value(QLatin1String(each.name));
@@ -61,7 +61,7 @@ namespace {
             each.value = number.toLongLong();
             const bool isInteger = value.isDouble() && double(each.value) == value.toDouble();
             if (!isInteger || each.value < each.from || each.value > each.to)
-                return QStringLiteral("\"%1\" is no integer as expected: %2")
+                return QStringLiteral("\"%1\" is not an integer within its bounds: %2")
                     .arg(QLatin1String(each.name), number.toString());
         }
         booking->type = PresenceType(integers[0].value);
@@ -87,17 +87,17 @@ bool PresenceBookingRoute::owns(const QByteArray &method, const QString &asked) 
     return method == "POST" && asked == QLatin1String(PresenceStatusRoute::path);
 }
 
-Answer PresenceBookingRoute::answer(const QString & /*asked*/, const RecordedRequest &request)
+Response PresenceBookingRoute::respond(const QString & /*asked*/, const RecordedRequest &request)
 {
     const QByteArray type = request.headers.value("content-type");
     if (type.split(';').first().trimmed() != "application/json")
-        return textAnswer(415, QStringLiteral("A booking is application/json"));
+        return textResponse(415, QStringLiteral("The content type must be application/json"));
     if (!m_tokens.isAuthorized(request.headers.value("authorization")))
-        return textAnswer(401, QStringLiteral("No token that was issued here"));
+        return textResponse(401, QStringLiteral("Unknown or expired token"));
     PresenceBooking booking;
     const QString complaint = read(request.body, &booking);
     if (!complaint.isEmpty())
-        return textAnswer(400, complaint);
+        return textResponse(400, complaint);
 
     booking.acceptedAt = QDateTime::currentDateTime();
     const QString name = m_holders.nameOf(booking.tid);
@@ -107,12 +107,13 @@ Answer PresenceBookingRoute::answer(const QString & /*asked*/, const RecordedReq
     const QString message = name.isEmpty()
         ? CardHolders::unknownCard(booking.tid)
         : greeting.arg(name, booking.time.toLocalTime().toString(QStringLiteral("HH:mm")));
-    Answer good = jsonAnswer(200, { { QStringLiteral("message"), message } });
+    Response good = jsonResponse(200, { { QStringLiteral("message"), message } });
     good.takeEffect = [this, booking] { m_book.enter(booking); };
     return good;
 }
 
-Answer PresenceBookingRoute::spoil(Answer good, Fault fault, const RecordedRequest & /*request*/)
+Response PresenceBookingRoute::spoil(Response good, Fault fault,
+                                     const RecordedRequest & /*request*/)
 {
     return spoiledJson(std::move(good), fault, R"({"message":[]})", { QStringLiteral("message") });
 }

@@ -11,16 +11,17 @@ class CardHolders;
 class PresenceBook;
 class TokenRoute;
 
-/** The presence service's log: books that somebody comes or leaves, and says good day. */
+/** The log of the presence service: books coming and leaving, and greets the person. */
 class PresenceBookingRoute : public RouteHandler
 {
 public:
-    /// @param book takes the bookings, those of cards that are nobody's too
+    /// @param book receives the bookings, also of unassigned cards
     PresenceBookingRoute(const CardHolders &holders, const TokenRoute &tokens, PresenceBook &book);
 
     [[nodiscard]] bool owns(const QByteArray &method, const QString &asked) const override;
-    [[nodiscard]] Answer answer(const QString &asked, const RecordedRequest &request) override;
-    [[nodiscard]] Answer spoil(Answer good, Fault fault, const RecordedRequest &request) override;
+    [[nodiscard]] Response respond(const QString &asked, const RecordedRequest &request) override;
+    [[nodiscard]] Response spoil(Response good, Fault fault,
+                                 const RecordedRequest &request) override;
 
 private:
     const CardHolders &m_holders;

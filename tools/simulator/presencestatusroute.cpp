@@ -14,22 +14,22 @@ namespace {
 
     constexpr auto queryMark = QLatin1Char('?');
 
-    /// What is wrong with the query, or an empty text and the card that it asks for.
+    /// Reads the card from the query. Returns what is wrong with the query, or an empty text.
     QString read(const QString &query, quint64 *card)
     {
         const QUrlQuery items(query);
         const QString transponder = items.queryItemValue(QStringLiteral("transponder"));
         const QString location = items.queryItemValue(QStringLiteral("location"));
         if (items.queryItems().size() != 2 || transponder.isEmpty() || location.isEmpty())
-            return QStringLiteral("A query has exactly a transponder and a location");
+            return QStringLiteral("Expected exactly one transponder and one location");
         bool isCard = false;
         bool isLocation = false;
         *card = transponder.toULongLong(&isCard);
         (void)location.toInt(&isLocation);
         if (!isCard || !matches(transponder, "\\d+"))
-            return QStringLiteral("No number of a transponder: %1").arg(transponder);
+            return QStringLiteral("Not a transponder number: %1").arg(transponder);
         if (!isLocation || !matches(location, "-?\\d+"))
-            return QStringLiteral("No number of a location: %1").arg(location);
+            return QStringLiteral("Not a location number: %1").arg(location);
         return {};
     }
 
@@ -46,35 +46,35 @@ bool PresenceStatusRoute::owns(const QByteArray &method, const QString &asked) c
     return method != "POST" && asked.section(queryMark, 0, 0) == QLatin1String(path);
 }
 
-Answer PresenceStatusRoute::answer(const QString &asked, const RecordedRequest &request)
+Response PresenceStatusRoute::respond(const QString &asked, const RecordedRequest &request)
 {
     if (request.method != "GET")
-        return textAnswer(405, QStringLiteral("Presence is asked by GET and booked by POST"));
+        return textResponse(405, QStringLiteral("Use GET for the status and POST for a booking"));
     if (request.headers.values("accept") != QList<QByteArray> { "application/json" })
-        return textAnswer(406, QStringLiteral("The status is JSON"));
-    // Whoever sends a token where none is asked for spreads it.
+        return textResponse(406, QStringLiteral("The Accept header must be application/json"));
+    // A token that is not needed must not be sent.
     if (request.headers.contains("authorization"))
-        return textAnswer(400, QStringLiteral("The status is told without a token"));
+        return textResponse(400, QStringLiteral("The status query takes no token"));
     quint64 card = 0;
     const QString complaint = read(asked.section(queryMark, 1), &card);
     if (!complaint.isEmpty())
-        return textAnswer(400, complaint);
+        return textResponse(400, complaint);
 
     const auto messageKey = QStringLiteral("message");
     const QString name = m_holders.nameOf(card);
     if (name.isEmpty())
-        return jsonAnswer(200, { { messageKey, CardHolders::unknownCard(card) } });
+        return jsonResponse(200, { { messageKey, CardHolders::unknownCard(card) } });
     const auto since = m_book.presentSince(card);
-    return jsonAnswer(200,
-                      { { QStringLiteral("name"), name },
-                        { QStringLiteral("present"), since.has_value() },
-                        { messageKey,
-                          since ? QStringLiteral("Sie sind seit %1 Uhr anwesend.")
-                                      .arg(since->toLocalTime().toString(QStringLiteral("HH:mm")))
-                                : QStringLiteral("Sie sind nicht als anwesend gebucht.") } });
+    return jsonResponse(200,
+                        { { QStringLiteral("name"), name },
+                          { QStringLiteral("present"), since.has_value() },
+                          { messageKey,
+                            since ? QStringLiteral("Sie sind seit %1 Uhr anwesend.")
+                                        .arg(since->toLocalTime().toString(QStringLiteral("HH:mm")))
+                                  : QStringLiteral("Sie sind nicht als anwesend gebucht.") } });
 }
 
-Answer PresenceStatusRoute::spoil(Answer good, Fault fault, const RecordedRequest & /*request*/)
+Response PresenceStatusRoute::spoil(Response good, Fault fault, const RecordedRequest & /*request*/)
 {
     return spoiledJson(std::move(good), fault, R"({"name":5,"present":"ja","message":[]})",
                        { QStringLiteral("name"), QStringLiteral("message") });

@@ -10,18 +10,19 @@ namespace simulator {
 class CardHolders;
 class PresenceBook;
 
-/** The presence service's question and answer: is the holder of a card there, and who is it? */
+/** The status query of the presence service: who holds a card, and are they present? */
 class PresenceStatusRoute : public RouteHandler
 {
 public:
-    static constexpr auto path = "/rs/log/v2"; ///< bookings are posted to the same
+    static constexpr auto path = "/rs/log/v2"; ///< also the path for bookings
 
     PresenceStatusRoute(const CardHolders &holders, const PresenceBook &book);
 
-    /// Whatever is not posted: a method that the service does not know is refused here.
+    /// Every method but POST; respond() refuses the unknown ones.
     [[nodiscard]] bool owns(const QByteArray &method, const QString &asked) const override;
-    [[nodiscard]] Answer answer(const QString &asked, const RecordedRequest &request) override;
-    [[nodiscard]] Answer spoil(Answer good, Fault fault, const RecordedRequest &request) override;
+    [[nodiscard]] Response respond(const QString &asked, const RecordedRequest &request) override;
+    [[nodiscard]] Response spoil(Response good, Fault fault,
+                                 const RecordedRequest &request) override;
 
 private:
     const CardHolders &m_holders;

@@ -10,7 +10,7 @@
 namespace simulator {
 namespace {
 
-    constexpr int quietModules = 4; // the white edge that readers need
+    constexpr int quietModules = 4; // the white border that scanners need
     constexpr int modulePixels = 8;
 
 } // namespace
@@ -25,7 +25,7 @@ QByteArray qrCodeSvg(const QByteArray &text)
         &QRcode_free);
     if (!code)
         return {};
-    // One path for all modules: no light shines through where two of them meet.
+    // One path for all modules: no gaps show where two of them meet.
     QByteArray path;
     for (int i = 0; i < code->width * code->width; ++i) {
         if ((code->data[i] & 1) != 0)

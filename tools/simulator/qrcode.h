@@ -7,7 +7,7 @@
 
 namespace simulator {
 
-/// The text as a QR code, drawn as an SVG document; empty if the text is too long for one.
+/// The text as a QR code in an SVG document. Empty if the text is too long.
 [[nodiscard]] QByteArray qrCodeSvg(const QByteArray &text);
 
 } // namespace simulator

@@ -15,10 +15,10 @@ struct RecordedRequest
 {
     QDateTime time;
     QByteArray method;
-    QString path; ///< the request target as sent, with its query
+    QString path; ///< the request target, with its query
     QMultiMap<QByteArray, QByteArray> headers; ///< names in lower case
     QByteArray body;
-    bool accepted = false; ///< it passed the strict checks, whatever fault met it afterwards
+    bool accepted = false; ///< it passed the strict checks, whatever fault applied afterwards
 };
 
 } // namespace simulator

@@ -51,7 +51,7 @@ bool RegistrationPageRoute::owns(const QByteArray & /*method*/, const QString &a
     return asked.startsWith(QLatin1String(pathPrefix));
 }
 
-Answer RegistrationPageRoute::answer(const QString &asked, const RecordedRequest &request)
+Response RegistrationPageRoute::respond(const QString &asked, const RecordedRequest &request)
 {
     const QString rest = asked.mid(QLatin1String(pathPrefix).size());
     const QString tid = rest.section(QLatin1Char('/'), 0, 0);
@@ -59,27 +59,27 @@ Answer RegistrationPageRoute::answer(const QString &asked, const RecordedRequest
     const auto card = CardHolders::numberOf(tid);
     const bool isImage = file == QLatin1String(imageName);
     if (!card || rest == tid || (!isImage && !file.isEmpty()))
-        return textAnswer(404, QStringLiteral("No card has this address"));
+        return textResponse(404, QStringLiteral("No card at this address"));
     const bool isPosted = request.method == "POST";
     if (request.method != "GET" && (isImage || !isPosted))
-        return textAnswer(405, QStringLiteral("The page knows GET and its own form"));
+        return textResponse(405, QStringLiteral("Use GET, or the form of the page"));
     if (isImage)
         return { 200, svgType, qrCodeSvg(pageUrl(request, tid).toLatin1()) };
     return page(tid, *card, isPosted);
 }
 
-Answer RegistrationPageRoute::page(const QString &tid, quint64 card, bool isPosted)
+Response RegistrationPageRoute::page(const QString &tid, quint64 card, bool isPosted)
 {
     const QString owner = m_holders.nameOf(card);
     const QString name = QString::fromUtf8(RegistrationRoute::person);
     QString content;
-    Answer answer;
+    Response response;
     if (!owner.isEmpty()) {
-        answer.status = isPosted ? 409 : 200;
+        response.status = isPosted ? 409 : 200;
         content = QStringLiteral("<p>Diese Karte ist bereits zugeordnet: %1.</p>").arg(owner);
     } else if (isPosted) {
         content = QStringLiteral("<p>Die Karte wurde %1 zugeordnet.</p>").arg(name);
-        answer.takeEffect = [this, tid, name] {
+        response.takeEffect = [this, tid, name] {
             m_holders.assign({ tid, name, true, QDateTime::currentDateTime() });
         };
     } else {
@@ -87,12 +87,13 @@ Answer RegistrationPageRoute::page(const QString &tid, quint64 card, bool isPost
                                  "registrieren</button></form>")
                       .arg(name);
     }
-    answer.contentType = "text/html; charset=utf-8";
-    answer.body = QString::fromUtf8(pageTemplate).arg(tid, content).toUtf8();
-    return answer;
+    response.contentType = "text/html; charset=utf-8";
+    response.body = QString::fromUtf8(pageTemplate).arg(tid, content).toUtf8();
+    return response;
 }
 
-Answer RegistrationPageRoute::spoil(Answer good, Fault fault, const RecordedRequest & /*request*/)
+Response RegistrationPageRoute::spoil(Response good, Fault fault,
+                                      const RecordedRequest & /*request*/)
 {
     if (good.contentType != svgType)
         return good;
@@ -100,7 +101,7 @@ Answer RegistrationPageRoute::spoil(Answer good, Fault fault, const RecordedRequ
         good.body = "Kein Bild";
     else if (fault == Fault::Oversize)
         good.body += QByteArray(oversizeBytes, ' ');
-    else if (fault == Fault::HostileValues) // a small document that wants gigabytes of pixels
+    else if (fault == Fault::HostileValues) // a small document with gigabytes of pixels
         good.body.replace(" width=\"", " width=\"90").replace(" height=\"", " height=\"90");
     return good;
 }

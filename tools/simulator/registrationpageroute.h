@@ -10,27 +10,28 @@ namespace simulator {
 class CardHolders;
 
 /**
- * What a phone sees of the registration: the QR code's image and the page that it leads to, where
- * one button stands for the whole log-in and gives the card to RegistrationRoute's known user.
+ * Registration by phone: the image of the QR code and the page behind it. One button on the page
+ * replaces the log-in and assigns the card to RegistrationRoute's known user.
  */
 class RegistrationPageRoute : public RouteHandler
 {
 public:
     static constexpr auto pathPrefix = "/iddb/transponder-registration/"; ///< before "TID/"
-    static constexpr auto imageName = "qr.svg"; ///< behind the page's path
+    static constexpr auto imageName = "qr.svg"; ///< below the page's path
 
     explicit RegistrationPageRoute(CardHolders &holders);
 
-    /// Where the code for the card is drawn, at the address by which the request came.
+    /// Address of the card's QR code, on the host that the request named.
     [[nodiscard]] static QString imageUrl(const RecordedRequest &request, const QString &tid);
 
     [[nodiscard]] bool owns(const QByteArray &method, const QString &asked) const override;
-    [[nodiscard]] Answer answer(const QString &asked, const RecordedRequest &request) override;
-    /// For the image alone.
-    [[nodiscard]] Answer spoil(Answer good, Fault fault, const RecordedRequest &request) override;
+    [[nodiscard]] Response respond(const QString &asked, const RecordedRequest &request) override;
+    /// Spoils the image only.
+    [[nodiscard]] Response spoil(Response good, Fault fault,
+                                 const RecordedRequest &request) override;
 
 private:
-    [[nodiscard]] Answer page(const QString &tid, quint64 card, bool isPosted);
+    [[nodiscard]] Response page(const QString &tid, quint64 card, bool isPosted);
 
     CardHolders &m_holders;
 };

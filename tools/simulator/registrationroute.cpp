@@ -11,18 +11,45 @@
 #include <QJsonDocument>
 
 #include <algorithm>
+#include <array>
 
 namespace simulator {
 namespace {
 
-    /// The service refuses in words for the person, with a status that says it was understood.
-    Answer outcome(const QJsonValue &error, const QString &name, const QString &message)
+    /// The service reports a refusal in the body, with status 200.
+    Response outcome(const QJsonValue &error, const QString &name, const QString &message)
     {
         QJsonObject object { { QStringLiteral("error"), error },
                              { QStringLiteral("message"), message } };
         if (!name.isEmpty())
             object.insert(QStringLiteral("name"), name);
-        return jsonAnswer(200, object);
+        return jsonResponse(200, object);
+    }
+
+    struct Account
+    {
+        const char *user;
+        const char *password;
+        const char *person;
+        bool isLocked;
+    };
+
+    using Self = RegistrationRoute;
+    constexpr std::array<Account, 3> accounts { {
+        { Self::userName, Self::password, Self::person, false },
+        { Self::lockedUserName, Self::password, Self::lockedPerson, true },
+        { Self::shortUserName, Self::shortPassword, Self::shortPerson, false },
+    } };
+
+    /// The account for the user name and password, or null.
+    const Account *accountOf(const QJsonObject &login)
+    {
+        const QString user = login.value(QLatin1String("username")).toString();
+        const QString password = login.value(QLatin1String("password")).toString();
+        const auto found = std::find_if(accounts.begin(), accounts.end(), [&](const Account &each) {
+            return user == QLatin1String(each.user) && password == QString::fromUtf8(each.password);
+        });
+        return found == accounts.end() ? nullptr : found;
     }
 
 } // namespace
@@ -38,41 +65,38 @@ bool RegistrationRoute::owns(const QByteArray &method, const QString &asked) con
     return method == "POST" && asked == QLatin1String(RegistrationStatusRoute::pathPrefix);
 }
 
-Answer RegistrationRoute::answer(const QString & /*asked*/, const RecordedRequest &request)
+Response RegistrationRoute::respond(const QString & /*asked*/, const RecordedRequest &request)
 {
     if (const auto refusal = m_tokens.refusalOf(request))
         return *refusal;
     const QString type = QString::fromLatin1(request.headers.value("content-type")).toLower();
     if (!matches(type, "application/json(; ?charset=utf-8)?"))
-        return textAnswer(415, QStringLiteral("A registration is application/json in UTF-8"));
+        return textResponse(415,
+                            QStringLiteral("The content type must be application/json in UTF-8"));
     const QJsonObject object = QJsonDocument::fromJson(request.body).object();
     const bool hasTexts = std::all_of(object.begin(), object.end(),
                                       [](const QJsonValue &each) { return each.isString(); });
     if (!hasTexts || object.keys().join(QLatin1Char(' ')) != QLatin1String("password tid username"))
-        return textAnswer(400, QStringLiteral("Not an object of password, tid and username"));
+        return textResponse(400,
+                            QStringLiteral("Expected an object with password, tid and username"));
     const QString tid = object.value(QLatin1String("tid")).toString();
     const auto card = CardHolders::numberOf(tid);
     if (!card)
-        return textAnswer(400, QStringLiteral("No number of a card: %1").arg(tid));
+        return textResponse(400, QStringLiteral("Not a card number: %1").arg(tid));
 
-    const QString user = object.value(QLatin1String("username")).toString();
-    const bool isLocked = user == QLatin1String(lockedUserName);
-    const bool isShort = user == QLatin1String(shortUserName);
-    const bool isKnown = isLocked || isShort || user == QLatin1String(userName);
-    const QString expected = QString::fromUtf8(isShort ? shortPassword : password);
-    if (!isKnown || object.value(QLatin1String("password")).toString() != expected)
+    const Account *account = accountOf(object);
+    if (!account)
         return outcome(QStringLiteral("login"), {},
                        QStringLiteral("Benutzername oder Passwort ist falsch."));
-    if (isLocked)
-        return outcome(QStringLiteral("locked"), QString::fromUtf8(lockedPerson),
-                       QStringLiteral("Das Konto ist gesperrt."));
-    const QString name = QString::fromUtf8(isShort ? shortPerson : person);
+    const QString name = QString::fromUtf8(account->person);
+    if (account->isLocked)
+        return outcome(QStringLiteral("locked"), name, QStringLiteral("Das Konto ist gesperrt."));
     const QString owner = m_holders.nameOf(*card);
     if (!owner.isEmpty() && owner != name)
         return outcome(QStringLiteral("owned"), {},
                        QStringLiteral("Die Karte ist bereits jemand anderem zugeordnet."));
-    Answer good = outcome(QJsonValue::Null, name,
-                          QStringLiteral("Die Karte wurde Ihrem Konto zugeordnet."));
+    Response good = outcome(QJsonValue::Null, name,
+                            QStringLiteral("Die Karte wurde Ihrem Konto zugeordnet."));
     if (owner.isEmpty())
         good.takeEffect = [this, tid, name] {
             m_holders.assign({ tid, name, false, QDateTime::currentDateTime() });
@@ -80,7 +104,7 @@ Answer RegistrationRoute::answer(const QString & /*asked*/, const RecordedReques
     return good;
 }
 
-Answer RegistrationRoute::spoil(Answer good, Fault fault, const RecordedRequest & /*request*/)
+Response RegistrationRoute::spoil(Response good, Fault fault, const RecordedRequest & /*request*/)
 {
     return spoiledJson(std::move(good), fault, R"({"error":5,"name":[],"message":{}})",
                        { QStringLiteral("name"), QStringLiteral("message") });

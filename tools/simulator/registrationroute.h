@@ -11,8 +11,8 @@ class CardHolders;
 class TokenRoute;
 
 /**
- * The registration service's log-in: gives a card to whoever knows their password. Knows three
- * accounts: one is locked, one is quickly typed on a touch screen.
+ * The log-in of the registration service: assigns a card by user name and password. There are
+ * three accounts: one is locked, one is quick to type on a touch screen.
  */
 class RegistrationRoute : public RouteHandler
 {
@@ -21,7 +21,7 @@ public:
     static constexpr auto person = "Kim Übungsfrau-Beispiel";
     static constexpr auto lockedUserName = "robin";
     static constexpr auto lockedPerson = "Robin Mustermensch";
-    static constexpr auto password = "Größe-42!"; ///< of both
+    static constexpr auto password = "Größe-42!"; ///< of both accounts
     static constexpr auto shortUserName = "mia";
     static constexpr auto shortPerson = "Mia Kurz";
     static constexpr auto shortPassword = "Öl";
@@ -29,8 +29,9 @@ public:
     RegistrationRoute(CardHolders &holders, const TokenRoute &tokens);
 
     [[nodiscard]] bool owns(const QByteArray &method, const QString &asked) const override;
-    [[nodiscard]] Answer answer(const QString &asked, const RecordedRequest &request) override;
-    [[nodiscard]] Answer spoil(Answer good, Fault fault, const RecordedRequest &request) override;
+    [[nodiscard]] Response respond(const QString &asked, const RecordedRequest &request) override;
+    [[nodiscard]] Response spoil(Response good, Fault fault,
+                                 const RecordedRequest &request) override;
 
 private:
     CardHolders &m_holders;

@@ -19,10 +19,10 @@ namespace {
 } // namespace
 
 RegistrationStatusRoute::RegistrationStatusRoute(const CardHolders &holders,
-                                                 const TokenRoute &tokens, Elsewhere elsewhere)
+                                                 const TokenRoute &tokens, BaseUrl otherBaseUrl)
     : m_holders(holders)
     , m_tokens(tokens)
-    , m_elsewhere(std::move(elsewhere))
+    , m_otherBaseUrl(std::move(otherBaseUrl))
 {
 }
 
@@ -31,32 +31,33 @@ bool RegistrationStatusRoute::owns(const QByteArray &method, const QString &aske
     return method != "POST" && asked.startsWith(QLatin1String(pathPrefix));
 }
 
-Answer RegistrationStatusRoute::answer(const QString &asked, const RecordedRequest &request)
+Response RegistrationStatusRoute::respond(const QString &asked, const RecordedRequest &request)
 {
     if (request.method != "GET")
-        return textAnswer(405, QStringLiteral("The status can only be fetched by GET"));
+        return textResponse(405, QStringLiteral("Use GET to fetch the status"));
     if (const auto refusal = m_tokens.refusalOf(request))
         return *refusal;
     const QString rest = asked.mid(QLatin1String(pathPrefix).size());
     const QString tid = rest.chopped(rest.endsWith(QLatin1Char('/')) ? 1 : 0);
     const auto card = CardHolders::numberOf(tid);
     if (!card || rest == tid)
-        return textAnswer(404, QStringLiteral("No card has this address"));
+        return textResponse(404, QStringLiteral("No card at this address"));
     const QString owner = m_holders.nameOf(*card);
     if (!owner.isEmpty())
-        return jsonAnswer(200, { { ownedKey, true }, { ownerKey, owner } });
-    return jsonAnswer(
+        return jsonResponse(200, { { ownedKey, true }, { ownerKey, owner } });
+    return jsonResponse(
         200, { { ownedKey, false }, { qrCodeKey, RegistrationPageRoute::imageUrl(request, tid) } });
 }
 
-Answer RegistrationStatusRoute::spoil(Answer good, Fault fault, const RecordedRequest & /*request*/)
+Response RegistrationStatusRoute::spoil(Response good, Fault fault,
+                                        const RecordedRequest & /*request*/)
 {
     const bool hasCode = good.body.contains(qrCodeKey.data());
     good = spoiledJson(std::move(good), fault, R"({"owned":"ja","owner":7,"qrCode":[]})",
                        { ownerKey });
     if (fault == Fault::HostileValues && hasCode) {
         QJsonObject object = QJsonDocument::fromJson(good.body).object();
-        object.insert(qrCodeKey, QString::fromLatin1(m_elsewhere() + "/qr.svg"));
+        object.insert(qrCodeKey, QString::fromLatin1(m_otherBaseUrl() + "/qr.svg"));
         good.body = QJsonDocument(object).toJson(QJsonDocument::Compact);
     }
     return good;

@@ -12,26 +12,28 @@ namespace simulator {
 class CardHolders;
 class TokenRoute;
 
-/** The registration service's first answer: whose card it is, or how to register it by phone. */
+/** The status query of the registration service: who owns a card, or how to register it by phone.
+ */
 class RegistrationStatusRoute : public RouteHandler
 {
 public:
     static constexpr auto pathPrefix = "/iddb/api/transponder-registration/"; ///< before "TID/"
-    using Elsewhere = std::function<QByteArray()>;
+    using BaseUrl = std::function<QByteArray()>;
 
-    /// @param elsewhere the base of another server's addresses, for a hostile QR code
+    /// @param otherBaseUrl base address of another server, for a hostile QR code
     RegistrationStatusRoute(const CardHolders &holders, const TokenRoute &tokens,
-                            Elsewhere elsewhere);
+                            BaseUrl otherBaseUrl);
 
-    /// Whatever is not posted.
+    /// Every method but POST.
     [[nodiscard]] bool owns(const QByteArray &method, const QString &asked) const override;
-    [[nodiscard]] Answer answer(const QString &asked, const RecordedRequest &request) override;
-    [[nodiscard]] Answer spoil(Answer good, Fault fault, const RecordedRequest &request) override;
+    [[nodiscard]] Response respond(const QString &asked, const RecordedRequest &request) override;
+    [[nodiscard]] Response spoil(Response good, Fault fault,
+                                 const RecordedRequest &request) override;
 
 private:
     const CardHolders &m_holders;
     const TokenRoute &m_tokens;
-    const Elsewhere m_elsewhere;
+    const BaseUrl m_otherBaseUrl;
 };
 
 } // namespace simulator

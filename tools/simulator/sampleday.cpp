@@ -9,7 +9,7 @@
 
 #include <algorithm>
 
-// The macro does not work within a namespace; without it the linker leaves the texts out.
+// The macro does not work within a namespace. Without it the linker drops the texts.
 static void initTexts()
 {
     Q_INIT_RESOURCE(sampleday);
@@ -18,26 +18,26 @@ static void initTexts()
 namespace simulator {
 namespace {
 
-    // Minutes, counted from the midnight that begins the day.
+    // Minutes since the midnight at the start of the day.
     constexpr int grid = 15;
     constexpr int pause = 15;
     constexpr int morning = 7 * 60 + 15;
-    constexpr int firstLecture = 8 * 60 + 15; // for what is moved out of the night
+    constexpr int firstLecture = 8 * 60 + 15; // for events that would fall into the night
     constexpr int night = 23 * 60;
     constexpr int runsSince = 45;
     constexpr int runsFor = 45;
-    constexpr int nextStartsIn = 60; // after the last quarter of an hour, so 45 to 60 from now
+    constexpr int nextStartsIn = 60; // after the last quarter hour, so 45 to 60 from now
     constexpr int overlapDelay = 30;
 
     constexpr int nowhere = -1;
 
-    /** What is left of a room's day around its present and next event. */
+    /** The free time of a room's day around its current and next event. */
     struct FreeTime
     {
         int until; ///< free from the morning until here
         int from; ///< free from here until the night
 
-        /// Takes the start of an event out of it, or nowhere if the day is too short.
+        /// Reserves time for an event and returns its start, or nowhere if the day is too short.
         int take(int minutes, bool later)
         {
             const bool fitsLater = from + minutes <= night;
@@ -55,7 +55,7 @@ namespace {
         }
     };
 
-    /// Undoes the line breaks of the file, but for empty lines, which part paragraphs.
+    /// Joins the lines of the file. Empty lines separate paragraphs.
     QString unwrapped(const QString &text)
     {
         static const QRegularExpression emptyLine(QStringLiteral("\\n\\s*\\n"));
@@ -65,7 +65,7 @@ namespace {
         return paragraphs.join(QStringLiteral("\n\n"));
     }
 
-    /// The element the reader has just entered, as text; the reader is left at its end.
+    /// The element that the reader has just entered, as text. Leaves the reader at its end.
     QByteArray copied(QXmlStreamReader &reader)
     {
         QByteArray bytes;
@@ -164,7 +164,7 @@ void SampleDay::readRoom(QXmlStreamReader &reader, int id, const QDateTime &now)
         Event event { ++eventId, id, begin, begin.addSecs(qint64(minutes) * 60), {} };
         while (reader.readNextStartElement())
             event.texts += copied(reader) + '\n';
-        if (start != nowhere) // else the day is too short for it
+        if (start != nowhere) // otherwise the day is too short for it
             m_events.append(event);
     }
 }

@@ -12,10 +12,9 @@ class QXmlStreamReader;
 namespace simulator {
 
 /**
- * A believable day at a German university, arranged around a moment: room 1 has an event that runs
- * at that moment, one that begins half an hour to an hour later, and others before and after, as
- * many as fit between morning and late evening. The same moment gives the same day. The texts are
- * in sampleday.xml.
+ * A plausible day at a German university around a given time: room 1 has an event that runs at that
+ * time, one that begins half an hour to an hour later, and as many others as fit between morning
+ * and late evening. The same time gives the same day. The texts are in sampleday.xml.
  */
 class SampleDay
 {
@@ -24,20 +23,20 @@ public:
     {
         int id = 0;
         int roomId = 0;
-        QDateTime start; ///< wall-clock time; its time zone means nothing
+        QDateTime start; ///< wall-clock time; ignore its time zone
         QDateTime end;
-        QByteArray texts; ///< the elements of the document that follow the location
+        QByteArray texts; ///< the elements after the location
     };
 
-    /// @param now the local time; the document is that of its date
-    /// @param roomIds the rooms to keep, of 1 to 6; all if empty
+    /// @param now the local time; its date is the date of the document
+    /// @param roomIds the rooms to include, 1 to 6; empty for all
     explicit SampleDay(const QDateTime &now, const QVector<int> &roomIds = {});
 
-    /// In order of their start.
+    /// Sorted by start.
     [[nodiscard]] const QVector<Event> &events() const { return m_events; }
 
     /// The schedule document.
-    /// @param eventCount at least so many events: the day's are repeated under new ids
+    /// @param eventCount minimum number of events; the day's events repeat with new ids
     [[nodiscard]] QByteArray toXml(int eventCount = 0) const;
 
 private:

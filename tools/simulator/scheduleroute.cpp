@@ -12,7 +12,7 @@ namespace {
 
     constexpr auto xmlType = "application/xml; charset=utf-8";
     constexpr int hugeBytes = 50'000'000;
-    constexpr int oversizeBytes = 68'000'000; // the kiosk takes 64 MiB
+    constexpr int oversizeBytes = 68'000'000; // the kiosk accepts 64 MiB
 
     constexpr auto otherDocument = R"(<?xml version="1.0" encoding="UTF-8"?>
 <menu><day>Montag</day><dish price="3.20">Linseneintopf mit Brötchen</dish></menu>
@@ -36,7 +36,7 @@ namespace {
 
     QByteArray entityBomb()
     {
-        constexpr int levels = 9; // ten to this power times three bytes
+        constexpr int levels = 9; // expands to three bytes times ten to this power
         QByteArray xml = "<?xml version=\"1.0\"?>\n<!DOCTYPE schedule [\n<!ENTITY e0 \"bum\">\n";
         for (int level = 1; level <= levels; ++level) {
             const QByteArray inner = "&e" + QByteArray::number(level - 1) + ';';
@@ -78,30 +78,30 @@ bool ScheduleRoute::owns(const QByteArray & /*method*/, const QString &path) con
     return path.startsWith(QLatin1String(pathPrefix));
 }
 
-Answer ScheduleRoute::answer(const QString &path, const RecordedRequest &request)
+Response ScheduleRoute::respond(const QString &path, const RecordedRequest &request)
 {
     if (request.method != "GET") {
-        Answer refusal = textAnswer(405, QStringLiteral("A schedule can only be fetched by GET"));
+        Response refusal = textResponse(405, QStringLiteral("Use GET to fetch a schedule"));
         refusal.headers["Allow"] = "GET";
         return refusal;
     }
     const QString text = path.mid(int(qstrlen(pathPrefix)));
     const QDate date = QDate::fromString(text, Qt::ISODate);
-    // Qt reads some things as a date that are none, so the date has to look as it was written.
+    // Qt accepts more than ISO dates, so the date must match the text.
     if (!date.isValid() || date.toString(Qt::ISODate) != text)
-        return textAnswer(404, QStringLiteral("No schedule for \"%1\": not a date").arg(text));
+        return textResponse(404, QStringLiteral("No schedule for \"%1\": not a date").arg(text));
 
     const std::lock_guard lock(m_mutex);
     if (!m_file.isEmpty()) {
         QFile file(m_file);
         if (!file.open(QIODevice::ReadOnly))
-            return textAnswer(500, QStringLiteral("%1: %2").arg(m_file, file.errorString()));
+            return textResponse(500, QStringLiteral("%1: %2").arg(m_file, file.errorString()));
         return { 200, xmlType, file.readAll() };
     }
     return { 200, xmlType, m_document.isEmpty() ? generatedDay(date) : m_document };
 }
 
-Answer ScheduleRoute::spoil(Answer good, Fault fault, const RecordedRequest & /*request*/)
+Response ScheduleRoute::spoil(Response good, Fault fault, const RecordedRequest & /*request*/)
 {
     if (fault == Fault::WrongRoot)
         good.body = otherDocument;

@@ -57,10 +57,10 @@ namespace {
         const auto hex = [](quint16 id) {
             return QString::number(id, 16).rightJustified(4, QLatin1Char('0'));
         };
-        // In the device database a blank is an underscore.
+        // The device database writes a blank as an underscore.
         const auto word
             = [](QString text) { return text.replace(QLatin1Char(' '), QLatin1Char('_')); };
-        // Qt passes over a port that does not hang on another device.
+        // Qt ignores a port without a parent device.
         QStringList lines {
             QStringLiteral("P: ") + interfacePath(socket),
             QStringLiteral("E: SUBSYSTEM=usb"),
@@ -88,8 +88,8 @@ struct SerialBus::Testbed
     std::unique_ptr<UMockdevIoctlBase, Unreference> ioctls { umockdev_ioctl_base_new() };
     QString root = textOf(umockdev_testbed_get_root_dir(object.get()));
 
-    std::mutex mutex; ///< guards the next one
-    QSet<QString> pulled; ///< nodes of ports that have vanished
+    std::mutex mutex; ///< protects pulled
+    QSet<QString> pulled; ///< nodes of unplugged ports
 
     [[nodiscard]] QString link(const QString &portName) const { return root + nodeOf(portName); }
     void setPulled(const QString &portName, bool isPulled)
@@ -101,13 +101,13 @@ struct SerialBus::Testbed
             pulled.remove(nodeOf(portName));
     }
 
-    // Both are called in a thread of the testbed's and return whether they have answered.
+    // Both run in a thread of the testbed and return whether they have handled the call.
     static gboolean onIoctl(UMockdevIoctlBase *base, UMockdevIoctlClient *client, gpointer testbed);
     static gboolean onRead(UMockdevIoctlBase *base, UMockdevIoctlClient *client, gpointer testbed);
 };
 
-/// Grants exclusive use, as a port does; left to itself, the library would refuse it and Qt take
-/// the port for useless.
+/// Grants exclusive use, as a real port does. The library would refuse it, and Qt could not open
+/// the port.
 gboolean SerialBus::Testbed::onIoctl(UMockdevIoctlBase * /*base*/, UMockdevIoctlClient *client,
                                      gpointer /*testbed*/)
 {
@@ -117,8 +117,8 @@ gboolean SerialBus::Testbed::onIoctl(UMockdevIoctlBase * /*base*/, UMockdevIoctl
     return TRUE;
 }
 
-/// A pulled reader is an I/O error. The hung-up line itself would give nothing, for which Qt finds
-/// no reason and then reads on without end.
+/// Reports an unplugged reader as an I/O error. Reading the hung-up terminal would return nothing
+/// and no error, and Qt would read on endlessly.
 gboolean SerialBus::Testbed::onRead(UMockdevIoctlBase * /*base*/, UMockdevIoctlClient *client,
                                     gpointer testbed)
 {
@@ -137,7 +137,7 @@ SerialBus::SerialBus()
                      m_testbed.get());
     g_signal_connect(m_testbed->ioctls.get(), "handle-read", G_CALLBACK(&Testbed::onRead),
                      m_testbed.get());
-    // The testbed makes it with the first device, but the node has to be there before its entry.
+    // The testbed creates it with the first device, but the node must exist before its entry.
     QDir(m_testbed->root).mkdir(QStringLiteral("dev"));
 }
 
@@ -150,7 +150,7 @@ SerialBus::~SerialBus()
 
 QString SerialBus::preloadLibrary()
 {
-    // It comes in a package of its own, but lies beside the library that we are linked with.
+    // It has its own package, but is installed beside the library that we are linked with.
     Dl_info library {};
     if (::dladdr(reinterpret_cast<void *>(&umockdev_testbed_new), &library) == 0)
         return {};
@@ -165,12 +165,12 @@ QMap<QString, QString> SerialBus::environment() const
         const QString other = QFile::decodeName(qgetenv(variable));
         return other.isEmpty() ? text : text + QLatin1Char(separator) + other;
     };
-    // The preloaded library holds a lock while it looks at a path. Without an address Qt's thread
-    // for D-Bus forks to start a bus, and a child that was forked within such a look waits for
-    // ever, and the program for it.
+    // The preloaded library holds a lock while it resolves a path. Without an address Qt's D-Bus
+    // thread forks to start a bus. A child that is forked while the lock is held waits forever, and
+    // the program waits for the child.
     const QString givenBus = qEnvironmentVariable(messageBusVariable);
     const QString messageBus = givenBus.isEmpty() ? QStringLiteral("disabled:") : givenBus;
-    // A program that was built with AddressSanitizer refuses to start behind a preloaded library.
+    // A program with AddressSanitizer refuses to start after a preloaded library.
     return { { QLatin1String(folderVariable), m_testbed->root },
              { QLatin1String(messageBusVariable), messageBus },
              { QLatin1String(preloadVariable), joined(preloadVariable, ' ', preloadLibrary()) },
@@ -197,8 +197,8 @@ bool SerialBus::add(const Device &device, const QString &terminal, QString *erro
                               owned ? QString::fromUtf8(owned->message) : qt_error_string());
         return good;
     };
-    // Ioctls are answered until the end: a program that still holds an unplugged port would be
-    // aborted for want of an answer when it closes the port.
+    // Never detached here: a program that closes an unplugged port would be aborted if nobody
+    // handled its ioctls.
     if (!m_sockets.contains(device.portName)) {
         if (!check(umockdev_testbed_attach_ioctl(testbed, qPrintable(nodeOf(device.portName)),
                                                  m_testbed->ioctls.get(), &failure)))
@@ -214,7 +214,7 @@ bool SerialBus::add(const Device &device, const QString &terminal, QString *erro
 void SerialBus::remove(const QString &portName)
 {
     m_testbed->setPulled(portName, true);
-    // One by one: without its parent the entry would stay in the list of ports.
+    // Remove the entry before its parent, or it would stay in the list of ports.
     const QString parent = QStringLiteral("/sys") + interfacePath(m_sockets.value(portName));
     for (const QString &path : { parent + QStringLiteral("/tty/") + portName, parent })
         umockdev_testbed_remove_device(m_testbed->object.get(), qPrintable(path));

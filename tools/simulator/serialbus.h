@@ -12,20 +12,19 @@
 namespace simulator {
 
 /**
- * A made-up USB bus, which Qt's serial port classes take for the machine's in every process that is
- * started with environment(). This one may run without; one that wants to see the ports itself has
- * to be started by umockdev-wrapper.
+ * A simulated USB bus. Qt's serial port classes see its ports in every process that is started with
+ * environment(). This process sees them only if it was started by umockdev-wrapper.
  *
- * Create it before other threads run, since it sets an environment variable, and one at a time.
+ * Sets an environment variable, so create it before other threads run. One at a time.
  */
 class SerialBus
 {
 public:
-    /** How a port presents itself. */
+    /** How a port identifies itself. */
     struct Device
     {
-        QString portName; ///< locked by Qt for the whole machine; one of our own if it is empty
-        quint16 vendorId = 0x09d8; ///< 0 for a port that has none
+        QString portName; ///< locked by Qt machine-wide; empty for nextPortName()
+        quint16 vendorId = 0x09d8; ///< 0 for none
         quint16 productId = 0x0420;
         QString manufacturer = QStringLiteral("Elatec");
         QString description = QStringLiteral("Card Reader");
@@ -33,18 +32,18 @@ public:
 
     SerialBus();
     Q_DISABLE_COPY_MOVE(SerialBus)
-    /// Takes the bus's files away. Programs that use its ports must have ended before.
+    /// Removes the files of the bus. Programs that use its ports must have ended.
     ~SerialBus();
 
-    /// The library that shows the bus to a program, empty where it is not installed.
+    /// The library that shows the bus to a program. Empty if it is not installed.
     [[nodiscard]] static QString preloadLibrary();
-    /// The variables, with their values, for a program that shall see the bus.
+    /// The environment variables for a program that uses the bus.
     [[nodiscard]] QMap<QString, QString> environment() const;
-    /// A port name that no other process has.
+    /// A port name that no other process uses.
     [[nodiscard]] QString nextPortName();
 
-    /// Makes the device appear, with the terminal as what is behind its node.
-    /// @param error the reason of a failure
+    /// Adds the device. Its node leads to the terminal.
+    /// @param error receives the reason of a failure
     [[nodiscard]] bool add(const Device &device, const QString &terminal, QString *error);
     void remove(const QString &portName);
 
@@ -52,7 +51,7 @@ private:
     struct Testbed;
 
     const std::unique_ptr<Testbed> m_testbed;
-    QHash<QString, int> m_sockets; ///< by port name, which has the same place each time
+    QHash<QString, int> m_sockets; ///< by port name; a port keeps its socket
     int m_namedPorts = 0;
 };
 

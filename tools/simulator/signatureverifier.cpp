@@ -20,10 +20,10 @@ namespace {
     constexpr int nonceBytes = 16;
     constexpr int hashBytes = 32;
     constexpr int hashBlockBytes = 64;
-    constexpr std::chrono::milliseconds longestAge = 5min;
+    constexpr std::chrono::milliseconds maxAge = 5min;
     constexpr auto secret = "MDEyMzQ1Njc4OWFiY2RlZjAxMjM0NTY3ODlhYmNkZWY=";
 
-    /// HMAC-SHA256 by its definition in RFC 2104.
+    /// HMAC-SHA256 as defined in RFC 2104.
     QByteArray keyedHash(const QByteArray &message)
     {
         const QByteArray key = QByteArray::fromBase64(secret).leftJustified(hashBlockBytes, '\0');
@@ -47,16 +47,16 @@ QString SignatureVerifier::complaint(const QByteArray &token, const QByteArray &
     const QByteArray time = bytes.left(timeBytes);
     const QByteArray nonce = bytes.mid(timeBytes, nonceBytes);
     if (keyedHash(time + body + nonce) != bytes.right(hashBytes))
-        return QStringLiteral("The token's hash does not fit the document");
+        return QStringLiteral("The token's hash does not match the document");
 
     const std::chrono::milliseconds age(QDateTime::currentMSecsSinceEpoch()
                                         - qFromLittleEndian<qint64>(time.constData()));
-    if (age > longestAge || age < -longestAge)
+    if (age > maxAge || age < -maxAge)
         return QStringLiteral("The token is %1 ms old").arg(age.count());
 
     const std::lock_guard lock(m_mutex);
     if (m_nonces.contains(nonce))
-        return QStringLiteral("The token was used before");
+        return QStringLiteral("The token has been used before");
     m_nonces.insert(nonce);
     return {};
 }

@@ -12,21 +12,21 @@
 namespace simulator {
 
 /**
- * Judges the token of a signed request: base64 of the time in milliseconds since the epoch (8
+ * Checks the token of a signed request: base64 of the time in milliseconds since the epoch (8
  * bytes, little-endian), a nonce (16) and the HMAC-SHA256 over time, body and nonce (32).
  *
- * The keyed hash is made here from the plain one, so that an error in what the kiosk signs with can
- * not hide behind the same error. Can be called from any thread.
+ * Computes the HMAC independently of the kiosk's code, so that an error there can not hide behind
+ * the same error here. Can be called from any thread.
  */
 class SignatureVerifier
 {
 public:
-    /// What is wrong with the token, or an empty text; a good token is good once.
+    /// What is wrong with the token, or an empty text. A token is valid once.
     [[nodiscard]] QString complaint(const QByteArray &token, const QByteArray &body);
 
 private:
-    std::mutex m_mutex; ///< guards the next one
-    QSet<QByteArray> m_nonces; ///< all that were ever used
+    std::mutex m_mutex; ///< protects m_nonces
+    QSet<QByteArray> m_nonces; ///< of all accepted tokens
 };
 
 } // namespace simulator

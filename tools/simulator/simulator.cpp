@@ -21,7 +21,7 @@ Simulator::Simulator(QObject *parent)
             this,
             [this, command, reply] {
                 reply(m_commandHandler ? m_commandHandler(command)
-                                       : QStringLiteral("error: no commands are taken"));
+                                       : QStringLiteral("error: no command handler"));
             },
             Qt::QueuedConnection);
     };

@@ -23,70 +23,68 @@ namespace simulator {
 class Backend;
 
 /**
- * Plays the services around the kiosk on 127.0.0.1, good and broken, and records what they are
- * asked. Lives in one thread, which need not run an event loop while requests are answered; only
- * requestServed() and the control address need one.
+ * Simulates the kiosk's services on 127.0.0.1, working or faulty, and records their requests. Lives
+ * in one thread. Only requestServed() and the control address need its event loop.
  */
 class Simulator : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Executes a line of text and returns the answer.
+    /// Executes a line of text and returns its output.
     using CommandHandler = std::function<QString(const QString &command)>;
 
     explicit Simulator(QObject *parent = nullptr);
     Q_DISABLE_COPY_MOVE(Simulator)
     ~Simulator() override;
 
-    /// Starts to serve, on a free port if it is 0. On failure see errorString().
+    /// Starts the services on the port, or on a free one if it is 0. On failure see errorString().
     [[nodiscard]] bool start(quint16 port = 0);
-    /// Returns promptly, whatever answers are under way: hanging and dripping ones end unfinished.
+    /// Returns promptly. Pending responses end unfinished.
     void stop();
     [[nodiscard]] QString errorString() const { return m_errorString; }
 
-    /// Without a slash at the end; empty while stopped.
+    /// Without a trailing slash. Empty while stopped.
     [[nodiscard]] QUrl baseUrl() const;
     /// The address of a day's schedule as a pattern for QDate::toString().
     [[nodiscard]] QString scheduleUrlTemplate() const;
 
-    /// Serves these bytes on every date; empty goes back to the generated day, made anew.
+    /// Serves these bytes for every date. Empty restores a newly generated day.
     void setSchedule(const QByteArray &xml);
-    /// Serves the file on every date. It is read at each request and can be edited meanwhile.
-    /// @param error the reason of a refusal; may be null
+    /// Serves the file for every date and reads it at each request, so that it can be edited.
+    /// @param error receives the reason of a failure; may be null
     bool setScheduleFile(const QString &path, QString *error);
 
-    /// Serves this JSON as every screen's configuration; empty goes back to the default.
+    /// Serves this JSON as the configuration. Empty restores the default.
     void setConfiguration(const QByteArray &json);
-    /// The settings that lead a kiosk to these services: addresses and credentials, nothing else.
+    /// The settings that connect a kiosk to these services: addresses and credentials.
     [[nodiscard]] QMap<QString, QString> kioskSettings() const;
 
-    /// Applies to requests that come from now on; requests that hang or drip are completed.
+    /// Applies to new requests. Hanging and dripping ones are completed.
     void setFault(Route route, Fault fault);
     [[nodiscard]] Fault fault(Route route) const;
     void clearFaults();
-    /// 10 s if never set.
+    /// Default: 10 s.
     void setDripInterval(std::chrono::milliseconds interval);
 
-    /// All requests to the route since the construction, refused ones included.
+    /// All requests to the route since construction, refused ones included.
     [[nodiscard]] QVector<RecordedRequest> requests(Route route) const;
     [[nodiscard]] int requestCount(Route route) const { return requests(route).size(); }
-    /// All attendance that the service has logged, in this order, whether or not its answer
-    /// arrived.
+    /// All logged attendance records in order of arrival, even if the response was lost.
     [[nodiscard]] QVector<AttendanceRecord> attendanceRecords() const;
 
-    /// All presence that the service has booked, likewise.
+    /// All presence bookings, likewise.
     [[nodiscard]] QVector<PresenceBooking> presenceBookings() const;
-    /// Has the holder of the card come this moment, or leave. Returns whether anybody holds it.
+    /// Marks the holder of the card as present from now on, or as absent. False without a holder.
     bool setPresent(quint64 card, bool present);
 
-    /// The cards that were registered since the construction, by the kiosk or by phone.
+    /// The cards registered since construction, by the kiosk or by phone.
     [[nodiscard]] QVector<CardRegistration> registrations() const;
-    /// What another server got, to which Fault::RedirectAway and a hostile QR code lead. Nothing
-    /// may ever arrive there.
+    /// Requests to the other server, to which Fault::RedirectAway and a hostile QR code lead. A
+    /// correct kiosk sends none.
     [[nodiscard]] QVector<RecordedRequest> strayRequests() const;
 
-    /// Answers POST /control, whose body is the command; called in this object's thread.
+    /// Handles POST /control, whose body is the command. Called in this object's thread.
     void setCommandHandler(const CommandHandler &handler) { m_commandHandler = handler; }
 
 Q_SIGNALS:

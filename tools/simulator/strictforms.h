@@ -8,11 +8,11 @@
 
 namespace simulator {
 
-/// Whether the whole text has the form, a regular expression: Qt's own conversions take more than
-/// the services do, such as a sign before a card's number.
+/// Whether the whole text matches the regular expression. Qt's conversions accept more than the
+/// services do, such as a sign before a card number.
 [[nodiscard]] bool matches(const QString &text, const char *form);
 
-/// A date and time as ISO 8601 writes them in full, or an invalid one.
+/// A complete ISO 8601 date and time; invalid for any other text.
 [[nodiscard]] QDateTime isoDateTime(const QString &text);
 
 } // namespace simulator

@@ -10,7 +10,7 @@
 namespace simulator {
 namespace {
 
-    // A signal handler can reach nothing but globals.
+    // A signal handler can only access globals.
     int s_event = -1;
 
     extern "C" void onSignal(int /*signal*/)

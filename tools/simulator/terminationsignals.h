@@ -9,8 +9,8 @@
 namespace simulator {
 
 /**
- * Brings SIGINT and SIGTERM into the event loop. Signals are caught, not blocked: a child would
- * inherit the block and could not be ended. One object per process.
+ * Delivers SIGINT and SIGTERM through the event loop. Catches the signals instead of blocking them,
+ * because a child would inherit the block. One object per process.
  */
 class TerminationSignals : public QObject
 {

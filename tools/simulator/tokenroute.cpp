@@ -20,9 +20,9 @@ namespace {
     constexpr std::chrono::seconds expiry = 300s;
     constexpr std::chrono::seconds tinyExpiry = 1s;
 
-    Answer refusal(int status, const char *code)
+    Response refusal(int status, const char *code)
     {
-        return jsonAnswer(status, { { QStringLiteral("error"), QLatin1String(code) } });
+        return jsonResponse(status, { { QStringLiteral("error"), QLatin1String(code) } });
     }
 
     bool hasCredentials(const RecordedRequest &request)
@@ -34,7 +34,7 @@ namespace {
 
     QString formValue(const RecordedRequest &request, const char *key)
     {
-        // A form writes a blank as a plus sign, and a plus sign as %2B.
+        // A form encodes a blank as a plus sign, and a plus sign as %2B.
         const QUrlQuery form(
             QString::fromLatin1(request.body).replace(QLatin1Char('+'), QLatin1String("%20")));
         return form.queryItemValue(QLatin1String(key), QUrl::FullyDecoded);
@@ -52,7 +52,7 @@ bool TokenRoute::owns(const QByteArray & /*method*/, const QString &asked) const
     return asked == QLatin1String(path);
 }
 
-Answer TokenRoute::answer(const QString & /*path*/, const RecordedRequest &request)
+Response TokenRoute::respond(const QString & /*path*/, const RecordedRequest &request)
 {
     if (request.method != "POST")
         return refusal(405, "method_not_allowed");
@@ -74,28 +74,28 @@ Answer TokenRoute::answer(const QString & /*path*/, const RecordedRequest &reque
     return issue();
 }
 
-Answer TokenRoute::spoil(Answer good, Fault fault, const RecordedRequest &request)
+Response TokenRoute::spoil(Response good, Fault fault, const RecordedRequest &request)
 {
     if (fault == Fault::ExpiredRefreshToken)
         return formValue(request, "grant_type") == QLatin1String("refresh_token")
             ? refusal(400, "invalid_grant")
             : good;
 
-    QJsonObject answer = QJsonDocument::fromJson(good.body).object();
+    QJsonObject response = QJsonDocument::fromJson(good.body).object();
     if (fault == Fault::TinyExpiry) {
-        answer.insert(expiryKey, qint64(tinyExpiry.count()));
+        response.insert(expiryKey, qint64(tinyExpiry.count()));
         const std::lock_guard lock(m_mutex);
-        m_accessTokens.insert(answer.value(accessTokenKey).toString().toLatin1(),
+        m_accessTokens.insert(response.value(accessTokenKey).toString().toLatin1(),
                               QDeadlineTimer(tinyExpiry));
     } else if (fault == Fault::InvalidValue) {
-        answer.insert(expiryKey, QStringLiteral("bald"));
+        response.insert(expiryKey, QStringLiteral("bald"));
     } else if (fault == Fault::NoRefreshToken) {
-        answer.remove(QStringLiteral("refresh_token"));
-        answer.insert(QStringLiteral("refresh_expires_in"), 0);
+        response.remove(QStringLiteral("refresh_token"));
+        response.insert(QStringLiteral("refresh_expires_in"), 0);
     } else {
         return good;
     }
-    return jsonAnswer(good.status, answer);
+    return jsonResponse(good.status, response);
 }
 
 bool TokenRoute::isAuthorized(const QByteArray &authorization) const
@@ -107,33 +107,33 @@ bool TokenRoute::isAuthorized(const QByteArray &authorization) const
         && !token->hasExpired();
 }
 
-std::optional<Answer> TokenRoute::refusalOf(const RecordedRequest &request) const
+std::optional<Response> TokenRoute::refusalOf(const RecordedRequest &request) const
 {
     if (!isAuthorized(request.headers.value("authorization")))
-        return textAnswer(401, QStringLiteral("No token that was issued here"));
+        return textResponse(401, QStringLiteral("Unknown or expired token"));
     if (request.headers.value("accept") != "application/json")
-        return textAnswer(406, QStringLiteral("Only JSON is spoken here"));
+        return textResponse(406, QStringLiteral("The Accept header must be application/json"));
     if (!request.headers.value("accept-language").startsWith("de"))
-        return textAnswer(406, QStringLiteral("Only German is spoken here"));
+        return textResponse(406, QStringLiteral("The Accept-Language header must start with de"));
     return std::nullopt;
 }
 
-Answer TokenRoute::issue()
+Response TokenRoute::issue()
 {
     const QByteArray access = "access." + randomText();
-    // With characters that a form has to escape.
+    // With characters that a form must escape.
     const QString refresh = QStringLiteral("refresh+&=%/") + QString::fromLatin1(randomText());
     const std::lock_guard lock(m_mutex);
     m_accessTokens.insert(access, QDeadlineTimer(expiry));
     m_refreshTokens.insert(refresh);
-    return jsonAnswer(200,
-                      { { accessTokenKey, QString::fromLatin1(access) },
-                        { expiryKey, qint64(expiry.count()) },
-                        { QStringLiteral("refresh_token"), refresh },
-                        { QStringLiteral("refresh_expires_in"), 1800 },
-                        { QStringLiteral("token_type"), QStringLiteral("Bearer") },
-                        { QStringLiteral("not-before-policy"), 0 },
-                        { QStringLiteral("scope"), QStringLiteral("profile email") } });
+    return jsonResponse(200,
+                        { { accessTokenKey, QString::fromLatin1(access) },
+                          { expiryKey, qint64(expiry.count()) },
+                          { QStringLiteral("refresh_token"), refresh },
+                          { QStringLiteral("refresh_expires_in"), 1800 },
+                          { QStringLiteral("token_type"), QStringLiteral("Bearer") },
+                          { QStringLiteral("not-before-policy"), 0 },
+                          { QStringLiteral("scope"), QStringLiteral("profile email") } });
 }
 
 } // namespace simulator

@@ -15,8 +15,8 @@
 namespace simulator {
 
 /**
- * The identity server's token endpoint: client credentials and refresh tokens, as Keycloak answers
- * them. Knows one client, clientId with clientSecret.
+ * The token endpoint of the identity server: client credentials and refresh tokens. Knows one
+ * client, clientId with clientSecret.
  */
 class TokenRoute : public RouteHandler
 {
@@ -26,21 +26,22 @@ public:
     static constexpr auto clientSecret = "Geheimnis: 42 & mehr";
 
     [[nodiscard]] bool owns(const QByteArray &method, const QString &path) const override;
-    [[nodiscard]] Answer answer(const QString &path, const RecordedRequest &request) override;
-    [[nodiscard]] Answer spoil(Answer good, Fault fault, const RecordedRequest &request) override;
+    [[nodiscard]] Response respond(const QString &path, const RecordedRequest &request) override;
+    [[nodiscard]] Response spoil(Response good, Fault fault,
+                                 const RecordedRequest &request) override;
 
-    /// Whether the header value carries an access token that was issued here and has not expired.
+    /// Whether the header value holds a valid access token of this server.
     [[nodiscard]] bool isAuthorized(const QByteArray &authorization) const;
-    /// What a service answers that is for kiosks alone and speaks JSON and German; nothing if the
-    /// request has a good token and wants both.
-    [[nodiscard]] std::optional<Answer> refusalOf(const RecordedRequest &request) const;
+    /// The refusal of a service that requires a token and serves only German JSON. Nothing if the
+    /// request meets these conditions.
+    [[nodiscard]] std::optional<Response> refusalOf(const RecordedRequest &request) const;
 
 private:
-    [[nodiscard]] Answer issue();
+    [[nodiscard]] Response issue();
 
-    mutable std::mutex m_mutex; ///< guards everything below
+    mutable std::mutex m_mutex; ///< protects everything below
     QHash<QByteArray, QDeadlineTimer> m_accessTokens;
-    QSet<QString> m_refreshTokens; ///< each is good for one use
+    QSet<QString> m_refreshTokens; ///< each is valid once
 };
 
 } // namespace simulator

@@ -50,7 +50,7 @@ void VirtualReader::unplug()
 {
     if (!isPlugged())
         return;
-    // In this order the port is off the list when its user looks for the reason of the hang-up.
+    // In this order the port is off the list when its user looks for the cause of the hang-up.
     m_bus.remove(m_device.portName);
     closeTerminal();
 }
@@ -66,7 +66,7 @@ bool VirtualReader::send(const QByteArray &bytes)
 
 QString VirtualReader::openTerminal()
 {
-    // The kiosk that we start must not inherit an end: it would keep the line from hanging up.
+    // The kiosk that we start must not inherit an end, or the line would never hang up.
     m_master = ::posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
     std::array<char, 64> terminal {};
     if (m_master < 0 || ::grantpt(m_master) != 0 || ::unlockpt(m_master) != 0
@@ -101,7 +101,7 @@ void VirtualReader::flush()
     if (count >= 0)
         m_unsent.remove(0, int(count));
     else if (errno != EAGAIN)
-        m_unsent.clear(); // nobody can read it any more
+        m_unsent.clear(); // nobody can read them any more
     m_writable->setEnabled(!m_unsent.isEmpty());
 }
 

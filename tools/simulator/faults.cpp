@@ -1,20 +1,15 @@
 // SPDX-FileCopyrightText: The Lumenboard developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "simulator/answer.h"
+#include "simulator/faults.h"
 
 #include "simulator/routehandler.h"
-
-#include <QJsonDocument>
 
 #include <utility>
 #include <zlib.h>
 
 namespace simulator {
 namespace {
-
-    constexpr int oversizeBytes = 2'000'000; // the kiosk takes 1 MiB
-    constexpr int hostileRepeats = 5'000; // together still within that
 
     constexpr auto loginPage = R"(<!DOCTYPE html>
 <html lang="de">
@@ -31,7 +26,7 @@ namespace {
 
     QByteArray gzipped(const QByteArray &data)
     {
-        // Sixteen more than the largest window asks zlib for a gzip header in place of its own.
+        // The added 16 asks zlib for a gzip header instead of its own.
         constexpr int gzipWindowBits = MAX_WBITS + 16;
         constexpr int memoryLevel = 8;
         z_stream stream {};
@@ -54,34 +49,6 @@ namespace {
 
 } // namespace
 
-Answer textAnswer(int status, const QString &text)
-{
-    return { status, "text/plain; charset=utf-8", text.toUtf8() + '\n' };
-}
-
-Answer jsonAnswer(int status, const QJsonObject &object)
-{
-    return { status, "application/json", QJsonDocument(object).toJson(QJsonDocument::Compact) };
-}
-
-Answer spoiledJson(Answer good, Fault fault, const char *wrongTypes, const QStringList &texts)
-{
-    if (fault == Fault::WrongRoot) {
-        good.body = '[' + good.body + ']';
-    } else if (fault == Fault::InvalidValue) {
-        good.body = wrongTypes;
-    } else if (fault == Fault::Oversize) {
-        good.body += QByteArray(oversizeBytes, ' ');
-    } else if (fault == Fault::HostileValues) {
-        QJsonObject object = QJsonDocument::fromJson(good.body).object();
-        const auto markup = QStringLiteral("<img src='http://127.0.0.1:9/'><b>Lang</b> ");
-        for (const QString &key : texts)
-            object.insert(key, markup.repeated(hostileRepeats));
-        good.body = QJsonDocument(object).toJson(QJsonDocument::Compact);
-    }
-    return good;
-}
-
 bool letsRequestsThrough(Fault fault)
 {
     switch (fault) {
@@ -98,8 +65,8 @@ bool letsRequestsThrough(Fault fault)
     }
 }
 
-Answer spoiled(Answer answer, Fault fault, RouteHandler &handler, const QByteArray &newLocation,
-               const RecordedRequest &request)
+Response spoiled(Response response, Fault fault, RouteHandler &handler,
+                 const QByteArray &newLocation, const RecordedRequest &request)
 {
     switch (fault) {
     case Fault::None:
@@ -108,16 +75,16 @@ Answer spoiled(Answer answer, Fault fault, RouteHandler &handler, const QByteArr
     case Fault::Refuse:
         break;
     case Fault::Empty:
-        answer.body.clear();
+        response.body.clear();
         break;
     case Fault::Truncated:
-        answer.body.truncate(answer.body.size() / 2);
+        response.body.truncate(response.body.size() / 2);
         break;
     case Fault::BrokenJson:
-        answer.body = R"({ "access_token": "abc", )";
+        response.body = R"({ "access_token": "abc", )";
         break;
     case Fault::EmptyList:
-        answer.body = "[]";
+        response.body = "[]";
         break;
     case Fault::WrongRoot:
     case Fault::InvalidValue:
@@ -128,33 +95,33 @@ Answer spoiled(Answer answer, Fault fault, RouteHandler &handler, const QByteArr
     case Fault::NoRefreshToken:
     case Fault::ExpiredRefreshToken:
     case Fault::HostileValues:
-        return handler.spoil(std::move(answer), fault, request);
+        return handler.spoil(std::move(response), fault, request);
     case Fault::WrongCredentials:
-        return jsonAnswer(401, { { QStringLiteral("error"), QStringLiteral("invalid_client") } });
+        return jsonResponse(401, { { QStringLiteral("error"), QStringLiteral("invalid_client") } });
     case Fault::CaptivePortal:
         return { 200, "text/html; charset=utf-8", loginPage };
     case Fault::Redirect:
     case Fault::RedirectAway:
-        // The second is the status under which a careless client sends its body once more.
-        answer = textAnswer(fault == Fault::Redirect ? 302 : 307, QStringLiteral("Moved"));
-        answer.headers["Location"] = newLocation;
+        // 307 makes a careless client send its body again.
+        response = textResponse(fault == Fault::Redirect ? 302 : 307, QStringLiteral("Moved"));
+        response.headers["Location"] = newLocation;
         break;
     case Fault::NotFound:
-        return textAnswer(404, QStringLiteral("Not found"));
+        return textResponse(404, QStringLiteral("Not found"));
     case Fault::ServerError:
-        return textAnswer(500, QStringLiteral("Internal server error"));
+        return textResponse(500, QStringLiteral("Internal server error"));
     case Fault::Drop:
-        answer.delivery = Answer::Delivery::Half;
+        response.delivery = Response::Delivery::Half;
         break;
     case Fault::Drip:
-        answer.delivery = Answer::Delivery::Drip;
+        response.delivery = Response::Delivery::Drip;
         break;
     case Fault::Gzip:
-        answer.body = gzipped(answer.body);
-        answer.headers["Content-Encoding"] = "gzip";
+        response.body = gzipped(response.body);
+        response.headers["Content-Encoding"] = "gzip";
         break;
     }
-    return answer;
+    return response;
 }
 
 } // namespace simulator
