@@ -43,7 +43,7 @@ SelfCheck::SelfCheck(QObject *parent)
     , m_manager(this)
     , m_out(stdout)
 {
-    m_limits.silence = 10s; // an operator waits for this
+    m_limits.transferTimeout = 10s; // an operator waits for this
     m_out.setCodec("UTF-8");
 }
 
@@ -215,7 +215,7 @@ void SelfCheck::checkSchedule()
 {
     ++m_pending;
     RequestLimits limits = EventData::scheduleLimits();
-    limits.silence = m_limits.silence;
+    limits.transferTimeout = m_limits.transferTimeout;
     auto *data = new EventData(limits, this);
     connect(data, &EventData::readEventDataFinished, this, &SelfCheck::onSchedule);
 }
@@ -273,7 +273,7 @@ void SelfCheck::checkConnection(const QString &what, const QUrl &url)
             [end] { end(Verdict::Good, QStringLiteral("reachable")); });
     connect(socket, &QSslSocket::errorOccurred, this,
             [end, socket] { end(Verdict::Bad, socket->errorString()); });
-    QTimer::singleShot(m_limits.silence, socket,
+    QTimer::singleShot(m_limits.transferTimeout, socket,
                        [end] { end(Verdict::Bad, QStringLiteral("no answer in time")); });
 
     if (encrypted)

@@ -4,6 +4,7 @@
 #include "net/fencednetworkaccessmanager.h"
 
 #include "config/config.h"
+#include "net/http.h"
 
 #include <QDebug>
 #include <QNetworkReply>
@@ -27,22 +28,21 @@ QNetworkReply *FencedNetworkAccessManager::createRequest(Operation op,
         return XNetworkAccessManager::createRequest(op, fenced, outgoingData);
     }
 
-    applyLimits(fenced, m_limits);
     // With no redirect left to follow Qt itself fails the request; under the manual policy QML
     // would read the target from the reply and follow it.
     fenced.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
                         QNetworkRequest::NoLessSafeRedirectPolicy);
     fenced.setMaximumRedirectsAllowed(0);
-    QNetworkReply *reply = XNetworkAccessManager::createRequest(op, fenced, outgoingData);
-    enforceLimits(reply, m_limits);
-    return reply;
+    return http::send(fenced, m_limits, [&](const QNetworkRequest &limited) {
+        return XNetworkAccessManager::createRequest(op, limited, outgoingData);
+    });
 }
 
 bool FencedNetworkAccessManager::isAllowed(const QUrl &url) const
 {
     const QString scheme = url.scheme();
     if (scheme == QLatin1String("data"))
-        return url.toEncoded().size() <= m_limits.bodyBytes;
+        return url.toEncoded().size() <= m_limits.maxBodyBytes;
     if (scheme != QLatin1String("http") && scheme != QLatin1String("https"))
         return false;
     const QUrl service = Config::instance()->quirlUrl();

@@ -6,6 +6,7 @@
 #include "base/exceptions.h"
 #include "config/config.h"
 #include "net/errortext.h"
+#include "net/http.h"
 #include "net/xnetworkaccessmanager.h"
 
 #include <QDebug>
@@ -26,16 +27,14 @@ QNetworkReply *postTokenRequest(QNetworkAccessManager &manager, const QByteArray
                                 const RequestLimits &limits)
 {
     const Config *config = Config::instance();
-    QNetworkRequest request = limitedRequest(QUrl(config->keycloakUrl()), limits);
+    QNetworkRequest request(QUrl(config->keycloakUrl()));
     request.setHeader(QNetworkRequest::ContentTypeHeader,
                       QStringLiteral("application/x-www-form-urlencoded"));
     const QString credentials
         = config->keycloakClientId() + QLatin1Char(':') + config->keycloakClientSecret();
     request.setRawHeader(QByteArrayLiteral("Authorization"),
                          QByteArrayLiteral("Basic ") + credentials.toLocal8Bit().toBase64());
-    QNetworkReply *reply = manager.post(request, form);
-    enforceLimits(reply, limits);
-    return reply;
+    return http::post(manager, request, form, limits);
 }
 
 KCClientCredentials::KCClientCredentials(XNetworkAccessManager *manager,

@@ -7,6 +7,7 @@
 #include "config/config.h"
 #include "net/accesstoken.h"
 #include "net/errortext.h"
+#include "net/http.h"
 #include "net/kcclientcredentials.h"
 #include "net/xnetworkaccessmanager.h"
 
@@ -25,13 +26,11 @@ QNetworkReply *getConfigurationDocument(QNetworkAccessManager &manager, const QS
 {
     QUrl url = Config::instance()->quirlUrl();
     url.setPath(QStringLiteral("/lumenboards/api/config/"));
-    QNetworkRequest request = limitedRequest(url, limits);
+    QNetworkRequest request(url);
     accesstoken::setBearer(request, token);
     request.setRawHeader(QByteArrayLiteral("Accept"), QByteArrayLiteral("application/json"));
     request.setRawHeader(QByteArrayLiteral("Accept-Language"), QLocale().bcp47Name().toLocal8Bit());
-    QNetworkReply *reply = manager.get(request);
-    enforceLimits(reply, limits);
-    return reply;
+    return http::get(manager, request, limits);
 }
 
 Worker::Worker(QObject *tokenReceiver, const RequestLimits &limits)

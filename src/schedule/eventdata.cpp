@@ -6,11 +6,13 @@
 #include "base/connections.h"
 #include "config/config.h"
 #include "net/errortext.h"
+#include "net/http.h"
 #include "net/xnetworkaccessmanager.h"
 #include "schedule/scheduleexception.h"
 
 #include <QDebug>
 #include <QNetworkReply>
+#include <QNetworkRequest>
 
 using namespace std::chrono_literals;
 
@@ -47,7 +49,7 @@ RequestLimits EventData::scheduleLimits()
 {
     RequestLimits limits;
     limits.deadline = 120s;
-    limits.bodyBytes = 64LL * 1024 * 1024;
+    limits.maxBodyBytes = 64LL * 1024 * 1024;
     return limits;
 }
 
@@ -64,7 +66,7 @@ EventData::EventData(const RequestLimits &limits, QObject *parent)
                    SIGNAL(finished(QNetworkReply*)), this, SLOT(readEventData(QNetworkReply*)));
     const Config *config = Config::instance();
     const QUrl url = config->eventDataUrl(config->scheduleDate());
-    enforceLimits(manager->get(limitedRequest(url, limits)), limits);
+    http::get(*manager, QNetworkRequest(url), limits);
 }
 
 EventData::EventData(NoDownload, QObject *parent)

@@ -86,9 +86,9 @@ private Q_SLOTS:
     {
         const auto fault = at<Fault>("fault");
         if (fault == Fault::Hang)
-            m_limits.silence = 100ms;
+            m_limits.transferTimeout = 100ms;
         Client client(*this, m_limits);
-        m_limits.silence = 2s;
+        m_limits.transferTimeout = 2s;
         client.kc.grant();
         QVERIFY(client.changed.wait());
         const QString held = client.kc.accessToken();

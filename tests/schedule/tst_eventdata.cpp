@@ -52,7 +52,7 @@ private Q_SLOTS:
             log().allow(text);
         RequestLimits limits = EventData::scheduleLimits();
         if (fault == Fault::Hang)
-            limits.silence = 100ms;
+            limits.transferTimeout = 100ms;
         else if (fault == Fault::Drip)
             limits.deadline = 100ms;
         {

@@ -20,7 +20,7 @@ extern "C" const char *__lsan_default_suppressions() // NOLINT(bugprone-reserved
 
 /**
  * Runs all registered test classes in an environment of their own, however it is started. The name
- * of a class as first argument selects it: "tst_net TestRequestLimits endEveryRequest:silent".
+ * of a class as first argument selects it: "tst_net TestHttp endsEveryRequest:silent".
  */
 int main(int argc, char *argv[])
 {
