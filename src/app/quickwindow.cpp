@@ -8,7 +8,7 @@
 #include "app/testnotification.h"
 #include "config/config.h"
 #include "config/keys.h"
-#include "net/fencednetworkaccessmanager.h"
+#include "net/restrictednetworkaccessmanager.h"
 
 #include <QCursor>
 #include <QDebug>
@@ -25,9 +25,9 @@ std::unique_ptr<PendingWindowState> pendingWindowState;
 namespace {
 
 /** Stateless, and outlives every engine. */
-FencedNetworkAccessManagerFactory *networkFactory()
+RestrictedNetworkAccessManagerFactory *networkFactory()
 {
-    static FencedNetworkAccessManagerFactory factory;
+    static RestrictedNetworkAccessManagerFactory factory;
     return &factory;
 }
 

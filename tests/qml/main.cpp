@@ -4,8 +4,8 @@
 #include "api/lbapi.h"
 #include "app/startup.h"
 #include "config/config.h"
-#include "net/fencednetworkaccessmanager.h"
 #include "net/kcclientcredentials.h"
+#include "net/restrictednetworkaccessmanager.h"
 #include "simulator/simulator.h"
 
 #include <QDirIterator>
@@ -144,8 +144,8 @@ public Q_SLOTS:
 private:
     std::unique_ptr<Simulator> m_simulator;
     Translations m_translations;
-    FencedNetworkAccessManagerFactory m_network { RequestLimits { std::chrono::milliseconds(300),
-                                                                  std::chrono::seconds(1) } };
+    RestrictedNetworkAccessManagerFactory m_network { RequestLimits {
+        std::chrono::milliseconds(300), std::chrono::seconds(1) } };
     QStringList m_warnings;
 };
 
