@@ -110,9 +110,9 @@ void SelfCheck::onToken(QNetworkReply *reply)
     try {
         if (reply->error() != QNetworkReply::NoError)
             throw KCException(failureOf(*reply));
-        const TokenAnswer answer = parseTokenAnswer(reply->readAll());
-        report(Verdict::Good, what, QStringLiteral("valid for %1 s").arg(answer.expiresIn));
-        checkConfiguration(answer.accessToken);
+        const TokenResponse response = parseTokenResponse(reply->readAll());
+        report(Verdict::Good, what, QStringLiteral("valid for %1 s").arg(response.expiresIn));
+        checkConfiguration(response.accessToken);
     } catch (const Exception &e) {
         report(Verdict::Bad, what, QString::fromUtf8(e.what()));
         checkConnection(QStringLiteral("configuration"), Config::instance()->quirlUrl());

@@ -41,8 +41,8 @@ Worker::Worker(QObject *tokenReceiver, const RequestLimits &limits)
 
 Worker::~Worker()
 {
-    // Children go in the order of their making, and a manager that goes before its replies waits
-    // for them.
+    // Children are deleted in creation order, and a manager deleted before its replies waits for
+    // them.
     delete m_configurationReply;
     delete m_credentials;
 }
@@ -96,7 +96,7 @@ void Worker::getConfigurationFinished()
 {
     const QPointer<QNetworkReply> reply = std::exchange(m_configurationReply, {});
     if (!reply)
-        return; // given up meanwhile
+        return; // a newer request has replaced it
     reply->deleteLater();
     if (reply->error() != QNetworkReply::NoError) {
         qWarning() << "Failed to get configuration." << reply->error() << errorText(*reply);

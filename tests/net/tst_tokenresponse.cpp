@@ -2,12 +2,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "base/exceptions.h"
-#include "net/tokenanswer.h"
+#include "net/tokenresponse.h"
 #include "support/testcase.h"
 
 using namespace std::chrono_literals;
 
-class TestTokenAnswer : public TestCase
+class TestTokenResponse : public TestCase
 {
     Q_OBJECT
 
@@ -19,7 +19,7 @@ private Q_SLOTS:
             R"({"access_token":"a","expires_in":300,"refresh_token":"r","refresh_expires_in":1800,)"
             R"("token_type":"Bearer","not-before-policy":0,"session_state":"x","scope":"email"})",
             "a 300 r 1800");
-        row("as current servers answer client credentials",
+        row("as current servers respond to client credentials",
             R"({"access_token":"a","expires_in":300,"refresh_expires_in":0,"token_type":"Bearer",)"
             R"("not-before-policy":0,"scope":"profile email"})",
             "a 300  0");
@@ -64,11 +64,11 @@ private Q_SLOTS:
     {
         QString outcome;
         try {
-            const TokenAnswer answer = parseTokenAnswer(at("body").toUtf8());
-            outcome = "%1 %2 %3 %4"_s.arg(answer.accessToken)
-                          .arg(answer.expiresIn)
-                          .arg(answer.refreshToken)
-                          .arg(answer.refreshExpiresIn);
+            const TokenResponse response = parseTokenResponse(at("body").toUtf8());
+            outcome = "%1 %2 %3 %4"_s.arg(response.accessToken)
+                          .arg(response.expiresIn)
+                          .arg(response.refreshToken)
+                          .arg(response.refreshExpiresIn);
         } catch (const KCException &e) {
             outcome = QString::fromUtf8(e.what());
         }
@@ -95,6 +95,6 @@ private Q_SLOTS:
     }
 };
 
-static RegisterTest<TestTokenAnswer> registerTokenAnswer;
+static RegisterTest<TestTokenResponse> registerTokenResponse;
 
-#include "tst_tokenanswer.moc"
+#include "tst_tokenresponse.moc"
