@@ -72,14 +72,10 @@ private Q_SLOTS:
     {
         columns<Fault, QString, bool>("fault", "reason", "isNetworkError");
         row("wrong credentials", Fault::WrongCredentials, "Network or HTTP error: ", true);
-        row("server error", Fault::ServerError, "Network or HTTP error: ", true);
         row("dropped", Fault::Drop, "Network or HTTP error: ", true);
         row("never answered", Fault::Hang, "Network or HTTP error: Operation canceled", true);
         row("redirect", Fault::Redirect, "Failed to read JSON: ", false);
         row("captive portal", Fault::CaptivePortal, "Failed to read JSON: ", false);
-        row("empty list", Fault::EmptyList, "Response is not an object.", false);
-        row("broken JSON", Fault::BrokenJson, "Failed to read JSON: ", false);
-        row("wrong type", Fault::InvalidValue, "\"expires_in\" is not a number.", false);
     }
 
     void keepsItsTokenWhenTheServerFails()

@@ -27,13 +27,11 @@ private Q_SLOTS:
             R"({"access_token":"a","expires_in":9,"refresh_token":null,)"
             R"("refresh_expires_in":null})",
             "a 9  0");
-        row("least", R"({"access_token":"a","expires_in":1})", "a 1  0");
+        row("minimum", R"({"access_token":"a","expires_in":1})", "a 1  0");
         row("empty body", "", "Failed to read JSON: illegal value");
         row("cut off", R"({"access_token":)", "Failed to read JSON: ");
-        row("html", "<html></html>", "Failed to read JSON: ");
         row("empty object", "{}", "JSON is empty.");
         row("empty list", "[]", "Response is not an object.");
-        row("list", "[1]", "Response is not an object.");
         row("no token", R"({"expires_in":300})", R"(JSON object does not contain "access_token".)");
         row("token is a number", R"({"access_token":1,"expires_in":300})",
             R"("access_token" is not a string.)");
@@ -51,8 +49,6 @@ private Q_SLOTS:
             R"("expires_in" is not an int (1e+12).)");
         row("no validity left", R"({"access_token":"a","expires_in":0})",
             R"("expires_in" is too soon (0).)");
-        row("past validity", R"({"access_token":"a","expires_in":-5})",
-            R"("expires_in" is too soon (-5).)");
         row("refresh token is a list", R"({"access_token":"a","expires_in":9,"refresh_token":[]})",
             R"("refresh_token" is not a string.)");
         row("refresh validity is text",
@@ -79,14 +75,11 @@ private Q_SLOTS:
     {
         columns<int, int>("expiresIn", "intervalMs");
         row("a second", 1, 24000);
-        row("60 s", 60, 24000);
         row("last of the short", 277, 24000); // 249 s
         row("first of the middle", 278, 25000); // 250 s
-        row("300 s", 300, 27000);
         row("last of the middle", 6677, 600000); // 6009 s
         row("first of the long", 6678, 600000);
-        row("36000 s", 36000, 600000);
-        row("longest", std::numeric_limits<int>::max(), 600000);
+        row("maximum", std::numeric_limits<int>::max(), 600000);
     }
 
     void isRenewedInTime()
