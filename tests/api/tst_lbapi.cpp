@@ -48,10 +48,8 @@ private Q_SLOTS:
         QCOMPARE(changes.count(), 1);
         QCOMPARE(changes.first().first().value<EventData *>(), good);
 
-        services().setFault(Route::Schedule, Fault::WrongRoot);
         log().expect("this doesn't look like event data"_s);
-        api->refreshEventData();
-        QVERIFY(isIdle());
+        QVERIFY(refresh(Fault::WrongRoot));
         QCOMPARE(api->eventData(), good);
         QCOMPARE(changes.count(), 1);
         QCOMPARE(services().requestCount(Route::Schedule), 3);
@@ -80,14 +78,10 @@ private Q_SLOTS:
 
         QMetaObject::invokeMethod(expiry, "timeout");
         QCOMPARE(api->scheduleAsOf(), "As of 10:05"_s);
-        services().setFault(Route::Schedule, Fault::Empty);
         log().expect("Error reading event data"_s);
-        api->refreshEventData();
-        QVERIFY(isIdle());
+        QVERIFY(refresh(Fault::Empty));
         QCOMPARE(changes.count(), 2);
-        services().clearFaults();
-        api->refreshEventData();
-        QVERIFY(isIdle());
+        QVERIFY(refresh(Fault::None));
         QCOMPARE(api->scheduleAsOf(), ""_s);
         QCOMPARE(changes.count(), 3);
 
@@ -106,8 +100,7 @@ private Q_SLOTS:
         auto *second = api->findChildren<EventData *>().constLast();
         Q_EMIT second->readEventDataFinished(second);
         QVERIFY(first && api->eventData() == second);
-        Q_EMIT first->readEventDataFinished(first); // still on its way out
-        QCOMPARE(api->eventData(), second);
+        Q_EMIT first->readEventDataFinished(first); // it is not deleted yet
         QTRY_VERIFY(first.isNull());
         QCOMPARE(api->eventData(), second);
     }
@@ -240,6 +233,13 @@ private Q_SLOTS:
     }
 
 private:
+    bool refresh(Fault fault)
+    {
+        services().setFault(Route::Schedule, fault);
+        LBAPI::instance()->refreshEventData();
+        return isIdle();
+    }
+
     /** Waits until no download is pending and only the current schedule is left. */
     static bool isIdle()
     {
