@@ -29,7 +29,7 @@ LBAPI::LBAPI(QObject *parent)
     Config::setLocationLookup(
         [self](qint64 id) { return self ? self->findLocation(id) : nullptr; });
     connect(config(), &Config::locationChanged, &m_boundaryTimer, &EventBoundaryTimer::watch);
-    // A new room takes effect with the next view, before the next good read announces it.
+    // A new room takes effect before the next schedule announces it.
     connect(config(), &Config::configChanged, this,
             [this] { m_boundaryTimer.watch(config()->plenarLocation()); });
     connect(&m_scheduleAge, &ScheduleAge::asOfChanged, this, &LBAPI::scheduleAsOfChanged);
@@ -140,7 +140,7 @@ void LBAPI::newEventDataFinishedReading(EventData *ed)
 
     if (ed != m_eventData) {
         if (m_eventData) {
-            // It may still be loading, and must not come back between now and its end.
+            // It may still be loading, and must not become current again before it is deleted.
             m_eventData->disconnect(this);
             m_eventData->deleteLater();
         }
@@ -154,7 +154,7 @@ void LBAPI::removeNotification(Notification *n)
 {
     if (!m_notifications.removeFirst(n))
         return;
-    // The card still reads it while it fades away.
+    // The view still reads the notification while it fades out.
     QTimer::singleShot(1000ms, n, &QObject::deleteLater);
 }
 

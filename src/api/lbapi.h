@@ -18,7 +18,7 @@
 #include <atomic>
 
 /**
- * The one object through which the views reach the program, and the program shows notifications.
+ * The object through which the views reach the program and the program shows notifications.
  *
  * QML sees it as the singleton LBAPI. It owns the notifications and the current schedule, which it
  * replaces with each good refresh. Lives in the GUI thread; only addNotification() and
@@ -42,13 +42,13 @@ public:
     /** The process-wide object, child of the application object, created on first use. */
     static LBAPI *instance();
 
-    /** Whether the views are laid out for a developer's desktop; always false in this build. */
+    /** True for the layout on a developer's desktop; always false in this build. */
     [[nodiscard]] bool isDebug() const { return false; }
     [[nodiscard]] Config *config() const;
     /** The current schedule; the first call starts the first download. */
     [[nodiscard]] EventData *eventData();
     [[nodiscard]] NotificationsModel *notifications() override { return &m_notifications; }
-    /** Whether a view waits for the next transponder. Callable from any thread. */
+    /** True if a view waits for the next card. Callable from any thread. */
     [[nodiscard]] bool scanTransponder() const { return m_scanTransponder; }
     void setScanTransponder(bool scan);
     /** The current bearer token; empty before the first. */
@@ -56,7 +56,7 @@ public:
     /** "As of …" while the shown schedule is out of date, else empty. */
     [[nodiscard]] QString scheduleAsOf() const { return m_scheduleAge.asOf(); }
 
-    /** Milliseconds until the start view returns; -1 when no timer is known or none runs. */
+    /** Milliseconds until the start view returns; -1 if no timer is known or it does not run. */
     Q_INVOKABLE int inactivityTimerRemaining() const;
     void setInactivityTimer(QTimer *timer);
 
@@ -72,14 +72,16 @@ Q_SIGNALS:
 
 public Q_SLOTS:
     void emitReset();
-    /** Starts the download of a new schedule; the current one stays until it has been read. */
+    /** Starts the download of a new schedule, which replaces the current one when it has been read.
+     */
     void refreshEventData();
     /**
-     * Shows @p n as the newest notification and takes it over. Callable from the thread in which
-     * @p n was made.
+     * Shows @p n as the newest notification and takes ownership. Call it from the thread that
+     * created
+     * @p n.
      */
     void addNotification(Notification *n) override;
-    /** A transponder was read while a view waited for it, or not: the scan mode ends either way. */
+    /** A card was read: ends the scan mode, if it is on, and announces @p tid. */
     void onTransponderScanned(QString tid);
     void setAccessToken(QString token);
 
@@ -93,7 +95,7 @@ private:
 
     QPointer<EventData> m_eventData;
     NotificationsModel m_notifications;
-    std::atomic<bool> m_scanTransponder = false; ///< also read where cards are read
+    std::atomic<bool> m_scanTransponder = false; ///< also read in the attendance thread
     QString m_accessToken;
     QPointer<QTimer> m_inactivityTimer;
     EventBoundaryTimer m_boundaryTimer;

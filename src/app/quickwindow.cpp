@@ -8,7 +8,7 @@
 #include "app/testnotification.h"
 #include "config/config.h"
 #include "config/keys.h"
-#include "net/fencednetworkaccessmanager.h"
+#include "net/restrictednetworkaccessmanager.h"
 
 #include <QCursor>
 #include <QDebug>
@@ -24,10 +24,10 @@ std::unique_ptr<PendingWindowState> pendingWindowState;
 
 namespace {
 
-/** Has no state and outlives every engine. */
-FencedNetworkAccessManagerFactory *networkFactory()
+/** Stateless, and outlives every engine. */
+RestrictedNetworkAccessManagerFactory *networkFactory()
 {
-    static FencedNetworkAccessManagerFactory factory;
+    static RestrictedNetworkAccessManagerFactory factory;
     return &factory;
 }
 

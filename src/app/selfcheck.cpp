@@ -57,7 +57,7 @@ SelfCheck::SelfCheck(QObject *parent)
     : QObject(parent)
     , m_manager(this)
 {
-    m_limits.silence = 10s; // an operator waits for this
+    m_limits.transferTimeout = 10s; // an operator waits for this
 }
 
 void SelfCheck::start()
@@ -95,9 +95,9 @@ void SelfCheck::onToken(QNetworkReply *reply)
     try {
         if (reply->error() != QNetworkReply::NoError)
             throw KCException(failureOf(*reply));
-        const TokenAnswer answer = parseTokenAnswer(reply->readAll());
-        m_report.add(Verdict::Good, what, QStringLiteral("valid for %1 s").arg(answer.expiresIn));
-        checkConfiguration(answer.accessToken);
+        const TokenResponse response = parseTokenResponse(reply->readAll());
+        m_report.add(Verdict::Good, what, QStringLiteral("valid for %1 s").arg(response.expiresIn));
+        checkConfiguration(response.accessToken);
     } catch (const Exception &e) {
         continueWithoutToken(what, QString::fromUtf8(e.what()));
     }
@@ -163,7 +163,7 @@ void SelfCheck::checkSchedule()
 {
     ++m_pending;
     RequestLimits limits = EventData::scheduleLimits();
-    limits.silence = m_limits.silence;
+    limits.transferTimeout = m_limits.transferTimeout;
     auto *data = new EventData(limits, this);
     connect(data, &EventData::readEventDataFinished, this, &SelfCheck::onSchedule);
 }
@@ -220,7 +220,7 @@ void SelfCheck::checkConnection(const Service &service)
             [end] { end(Verdict::Good, QStringLiteral("reachable")); });
     connect(socket, &QSslSocket::errorOccurred, this,
             [end, socket] { end(Verdict::Bad, socket->errorString()); });
-    QTimer::singleShot(m_limits.silence, socket,
+    QTimer::singleShot(m_limits.transferTimeout, socket,
                        [end] { end(Verdict::Bad, QStringLiteral("no answer in time")); });
     connectTo(*socket, service.url);
 }

@@ -82,7 +82,7 @@ void AttendanceQueue::log(quint64 transponderId)
         // The GUI thread, once woken, often takes the processor from this one: it shall do so while
         // the disk has to be waited for anyway.
         request->setSpoolPath(m_spool.create(request->data(), greet));
-        if (m_underWay.size() >= noticelimits::mostCards)
+        if (m_underWay.size() >= noticelimits::maxCards)
             throw AttendanceWarningException(tr("Too many cards at once."));
         send(request);
     } catch (abi::__forced_unwind &) {

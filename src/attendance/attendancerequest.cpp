@@ -8,7 +8,7 @@
 #include "base/exceptions.h"
 #include "config/config.h"
 #include "net/errortext.h"
-#include "net/requestlimits.h"
+#include "net/http.h"
 
 #include <QDebug>
 #include <QFile>
@@ -73,14 +73,13 @@ void AttendanceRequest::build()
 
 void AttendanceRequest::send(QNetworkAccessManager &manager, const RequestLimits &limits)
 {
-    QNetworkRequest request = limitedRequest(Config::instance()->attendanceLogUrl(), limits);
+    QNetworkRequest request(Config::instance()->attendanceLogUrl());
     request.setHeader(QNetworkRequest::ContentTypeHeader, QStringLiteral("application/xml"));
     request.setRawHeader(
         QByteArrayLiteral("X-Plenar-Token"),
         attendanceToken(m_data, QDateTime::currentMSecsSinceEpoch(), attendanceNonce()));
-    m_reply = manager.post(request, m_data);
+    m_reply = http::post(manager, request, m_data, limits);
     m_reply->setParent(this);
-    enforceLimits(m_reply, limits);
     connect(m_reply, &QNetworkReply::finished, this, &AttendanceRequest::onFinished);
 }
 

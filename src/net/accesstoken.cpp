@@ -11,7 +11,7 @@ namespace accesstoken {
 
 namespace {
 
-    /** Global because it is what threads share; only ever exchanged as a whole. */
+    /** Global because all threads share it. Replaced as a whole, never modified. */
     std::shared_ptr<const QString> s_token;
 
 } // namespace

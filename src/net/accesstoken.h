@@ -8,21 +8,21 @@
 class QNetworkRequest;
 
 /**
- * The current access token for every thread: an immutable snapshot that the token client replaces
- * and others read, so that nobody touches an object of the client's thread.
+ * The current access token as an immutable snapshot. The token client replaces it; any thread reads
+ * it without a lock and without touching an object of the client's thread.
  */
 namespace accesstoken {
 
 /** Replaces the snapshot. */
 void publish(const QString &token);
 
-/** The current token, empty before the first. */
+/** The current token; empty before the first one. */
 [[nodiscard]] QString current();
 
-/** Gives @p request @p token as its bearer. */
+/** Sets @p token as the bearer of @p request. */
 void setBearer(QNetworkRequest &request, const QString &token);
 
-/** Gives @p request the current token as its bearer; false, and nothing set, when there is none. */
+/** Sets the current token as the bearer of @p request; false, and nothing set, without a token. */
 [[nodiscard]] bool authorize(QNetworkRequest &request);
 
 } // namespace accesstoken

@@ -7,9 +7,9 @@
 #include <QRegularExpression>
 #include <QUrl>
 
-QString printableLine(QString text, int longest)
+QString printableLine(QString text, int maxLength)
 {
-    text.truncate(longest);
+    text.truncate(maxLength);
     for (QChar &c : text) {
         if (!c.isPrint() && !c.isSurrogate())
             c = QLatin1Char(' ');
@@ -19,8 +19,8 @@ QString printableLine(QString text, int longest)
 
 QString errorText(const QNetworkReply &reply)
 {
-    constexpr int longest = 500; // a server may answer with a reason of any length
-    // The reason may also repeat the request's own header.
+    constexpr int maxLength = 500; // a reason phrase can have any length
+    // A reason phrase may echo the request's Authorization header.
     static const QRegularExpression credentials(QStringLiteral("(Basic|Bearer)\\s+\\S+"),
                                                 QRegularExpression::CaseInsensitiveOption);
 
@@ -28,5 +28,5 @@ QString errorText(const QNetworkReply &reply)
     if (!reply.url().isEmpty())
         text.replace(reply.url().toString(), reply.url().toDisplayString());
     text.replace(credentials, QStringLiteral("\\1 ********"));
-    return printableLine(text, longest);
+    return printableLine(text, maxLength);
 }

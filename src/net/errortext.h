@@ -7,8 +7,8 @@
 
 class QNetworkReply;
 
-/** @p text as one line without control characters, of at most @p longest characters. */
-[[nodiscard]] QString printableLine(QString text, int longest);
+/** @p text as one line without control characters, of at most @p maxLength characters. */
+[[nodiscard]] QString printableLine(QString text, int maxLength);
 
-/** The reply's error string, fit for log and screen: no credentials, one line, short. */
+/** The reply's error string for log and screen: one short line without credentials. */
 [[nodiscard]] QString errorText(const QNetworkReply &reply);

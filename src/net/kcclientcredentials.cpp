@@ -6,6 +6,7 @@
 #include "base/exceptions.h"
 #include "config/config.h"
 #include "net/errortext.h"
+#include "net/http.h"
 #include "net/xnetworkaccessmanager.h"
 
 #include <QDebug>
@@ -26,16 +27,14 @@ QNetworkReply *postTokenRequest(QNetworkAccessManager &manager, const QByteArray
                                 const RequestLimits &limits)
 {
     const Config *config = Config::instance();
-    QNetworkRequest request = limitedRequest(config->keycloakUrl(), limits);
+    QNetworkRequest request(config->keycloakUrl());
     request.setHeader(QNetworkRequest::ContentTypeHeader,
                       QStringLiteral("application/x-www-form-urlencoded"));
     const QString credentials
         = config->keycloakClientId() + QLatin1Char(':') + config->keycloakClientSecret();
     request.setRawHeader(QByteArrayLiteral("Authorization"),
                          QByteArrayLiteral("Basic ") + credentials.toLocal8Bit().toBase64());
-    QNetworkReply *reply = manager.post(request, form);
-    enforceLimits(reply, limits);
-    return reply;
+    return http::post(manager, request, form, limits);
 }
 
 KCClientCredentials::KCClientCredentials(XNetworkAccessManager *manager,
@@ -80,7 +79,7 @@ void KCClientCredentials::refresh()
         return;
     }
     if (!m_refreshToken || m_refreshToken->isExpired(QDateTime::currentDateTimeUtc())) {
-        // The usual course with servers that give no refresh token, hence no warning.
+        // Normal with servers that give no refresh token, so no warning.
         qDebug() << "KC: refresh token is unavailable or has expired. Calling grant().";
         grant();
         return;
@@ -114,7 +113,7 @@ QPointer<QNetworkReply> KCClientCredentials::post(const QByteArray &form)
     return reply;
 }
 
-/** Takes the pending reply and the tokens in it; false if there are none. */
+/** Consumes the pending reply and stores its tokens; false if it has none. */
 bool KCClientCredentials::processReply(QPointer<QNetworkReply> &pending)
 {
     const QPointer<QNetworkReply> reply = std::exchange(pending, {});
@@ -126,7 +125,7 @@ bool KCClientCredentials::processReply(QPointer<QNetworkReply> &pending)
     try {
         if (reply->error() != QNetworkReply::NoError)
             throw KCException(QStringLiteral("Network or HTTP error: %1").arg(errorText(*reply)));
-        adopt(parseTokenAnswer(reply->readAll()));
+        storeTokens(parseTokenResponse(reply->readAll()));
     } catch (const std::exception &e) {
         qWarning() << "KC: failed to process reply:" << e.what();
         return false;
@@ -134,7 +133,7 @@ bool KCClientCredentials::processReply(QPointer<QNetworkReply> &pending)
     return true;
 }
 
-void KCClientCredentials::adopt(const TokenAnswer &answer)
+void KCClientCredentials::storeTokens(const TokenResponse &response)
 {
     const bool isFirst = !m_accessToken;
     const QDateTime now = QDateTime::currentDateTimeUtc();
@@ -142,17 +141,17 @@ void KCClientCredentials::adopt(const TokenAnswer &answer)
         m_accessToken->deleteLater();
     if (m_refreshToken)
         m_refreshToken->deleteLater();
-    m_accessToken = new KCToken(answer.accessToken, answer.expiresIn, now, this);
-    m_refreshToken = answer.refreshToken.isEmpty()
+    m_accessToken = new KCToken(response.accessToken, response.expiresIn, now, this);
+    m_refreshToken = response.refreshToken.isEmpty()
         ? nullptr
-        : new KCToken(answer.refreshToken, answer.refreshExpiresIn, now, this);
+        : new KCToken(response.refreshToken, response.refreshExpiresIn, now, this);
 
-    const std::chrono::milliseconds interval = renewalInterval(answer.expiresIn);
+    const std::chrono::milliseconds interval = renewalInterval(response.expiresIn);
     m_renewalTimer->start(interval);
     qDebug().noquote() << QStringLiteral("Access token aquired. Validity: %1; Timer interval: %2")
-                              .arg(answer.expiresIn)
+                              .arg(response.expiresIn)
                               .arg(interval.count());
     if (isFirst)
         Q_EMIT accessTokenAvailable();
-    Q_EMIT accessTokenChanged(answer.accessToken);
+    Q_EMIT accessTokenChanged(response.accessToken);
 }

@@ -5,7 +5,7 @@
 
 #include "net/kctoken.h"
 #include "net/requestlimits.h"
-#include "net/tokenanswer.h"
+#include "net/tokenresponse.h"
 
 #include <QNetworkReply>
 #include <QObject>
@@ -14,18 +14,18 @@
 
 class XNetworkAccessManager;
 
-/** The form of a client-credentials grant. */
+/** The form body of a client-credentials grant. */
 [[nodiscard]] QByteArray clientCredentialsForm();
 
-/** Posts @p form to the configured token endpoint with the configured client's credentials. */
+/** Posts @p form to the token endpoint with the client credentials of the settings. */
 [[nodiscard]] QNetworkReply *postTokenRequest(QNetworkAccessManager &manager,
                                               const QByteArray &form, const RequestLimits &limits);
 
 /**
  * Obtains an access token by the OAuth2 client-credentials grant (RFC 6749, section 4.4) and keeps
- * it fresh, by its refresh token where the server gives one, else by a new grant.
+ * it fresh: with the refresh token if the server gives one, else by a new grant.
  *
- * A token that is held is only ever replaced, so that a night of flapping network goes unnoticed.
+ * A failed renewal keeps the current token, so a short network failure goes unnoticed.
  * Lives in the configuration worker's thread; grant() and refresh() may be called from any thread.
  */
 class KCClientCredentials : public QObject
@@ -33,7 +33,7 @@ class KCClientCredentials : public QObject
     Q_OBJECT
 
 public:
-    /** Asks with the address and credentials of the settings; @p manager is not owned. */
+    /** Uses the token endpoint and credentials of the settings; does not own @p manager. */
     explicit KCClientCredentials(XNetworkAccessManager *manager, const RequestLimits &limits = {},
                                  QObject *parent = nullptr);
 
@@ -46,9 +46,9 @@ Q_SIGNALS:
     void accessTokenChanged(QString token);
 
 public Q_SLOTS:
-    /** Asks for a token by the client's credentials, unless such a request is under way. */
+    /** Requests a token with the client credentials, unless such a request is pending. */
     void grant();
-    /** Renews the token by the refresh token, or by grant() when there is no usable one. */
+    /** Renews the token with the refresh token, or by grant() if that is missing or expired. */
     void refresh();
 
 private Q_SLOTS:
@@ -58,7 +58,7 @@ private Q_SLOTS:
 private:
     [[nodiscard]] QPointer<QNetworkReply> post(const QByteArray &form);
     [[nodiscard]] bool processReply(QPointer<QNetworkReply> &pending);
-    void adopt(const TokenAnswer &answer);
+    void storeTokens(const TokenResponse &response);
 
     XNetworkAccessManager *m_manager;
     RequestLimits m_limits;

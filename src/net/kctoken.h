@@ -21,7 +21,7 @@ public:
     [[nodiscard]] bool isExpired(const QDateTime &now) const;
 
 Q_SIGNALS:
-    /** For listeners; renewal itself is driven by the client's timer alone. */
+    /** For listeners; the client renews by its own timer. */
     void aboutToExpire();
 
 private:

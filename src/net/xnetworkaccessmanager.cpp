@@ -13,7 +13,7 @@
 #include <QNetworkRequest>
 #include <QSslError>
 
-/** Receives what the manager and its replies report. Lives in the manager's thread. */
+/** Logs the errors of the manager and its replies. Lives in the manager's thread. */
 class XNetworkAccessManager::D : public QObject
 {
     Q_OBJECT
@@ -68,7 +68,7 @@ void XNetworkAccessManager::D::errorOccured(QNetworkReply::NetworkError error)
         return;
     }
 
-    // A machine of the house's own network that comes and goes: its absence is nobody's problem.
+    // The internal host is not always there; its absence is no fault.
     const bool expectedMiss = reply->error() == QNetworkReply::HostNotFoundError
         || reply->error() == QNetworkReply::ContentNotFoundError;
     if (expectedMiss

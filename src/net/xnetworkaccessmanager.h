@@ -6,10 +6,10 @@
 #include <QNetworkAccessManager>
 
 /**
- * The network access manager of every component; each makes its own, in its own thread.
+ * The network access manager of all components; each creates its own, in its own thread.
  *
- * It adds the configured user agent to requests and writes network and TLS errors to the log. It
- * never retries, never ignores a TLS error and never changes the outcome of a request.
+ * Adds the configured user agent to requests and logs network and TLS errors. Never retries, never
+ * ignores a TLS error and never changes the outcome of a request.
  */
 class XNetworkAccessManager : public QNetworkAccessManager
 {

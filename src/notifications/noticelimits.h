@@ -5,14 +5,14 @@
 
 #include <QtGlobal>
 
-/** What cards may ask of screen and services, whatever they are held up for. */
+/** Limits for the notices about cards, common to attendance and presence. */
 namespace noticelimits {
 
-/** How long a notice stays, in ms, that something did not work for the time being. */
+/** Time-out in ms of a notice about a temporary failure. */
 inline constexpr uint temporaryMs = 20 * 1000;
-/** How long one stays that sends the person to the staff. */
+/** Time-out in ms of a notice that sends the person to the staff. */
 inline constexpr uint staffMs = 60 * 1000;
-/** Cards that are dealt with at a time; more come only from a reader gone mad. */
-inline constexpr int mostCards = 50;
+/** Cards in process at the same time; only a defective reader sends more. */
+inline constexpr int maxCards = 50;
 
 } // namespace noticelimits

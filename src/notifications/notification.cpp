@@ -47,7 +47,7 @@ void Notification::setDefaultAction(Action action)
     Q_EMIT defaultActionChanged();
 }
 
-/** To be read only: buttons are added by code, which announces them. */
+/** Read-only for QML: C++ adds buttons and announces them. */
 QQmlListProperty<NotificationButton> Notification::buttonsProperty()
 {
     using List = QQmlListProperty<NotificationButton>;
@@ -61,10 +61,11 @@ QQmlListProperty<NotificationButton> Notification::buttonsProperty()
 void Notification::addButton(NotificationButton *button)
 {
     m_buttons.append(button);
-    connect(button, &QObject::destroyed, this, [this, button] { // by then no button any more
-        if (m_buttons.removeAll(button) > 0)
-            Q_EMIT buttonsChanged();
-    });
+    connect(button, &QObject::destroyed, this,
+            [this, button] { // no longer a NotificationButton then
+                if (m_buttons.removeAll(button) > 0)
+                    Q_EMIT buttonsChanged();
+            });
     Q_EMIT buttonsChanged();
 }
 
@@ -76,7 +77,7 @@ void Notification::clearButtons()
     Q_EMIT buttonsChanged();
     for (NotificationButton *button : buttons) {
         if (!button->parent())
-            button->deleteLater(); // the view may still be at it
+            button->deleteLater(); // the view may still use it
     }
 }
 
@@ -225,12 +226,12 @@ void Notification::startTimer()
         return;
     m_timer = new QTimer(this);
     m_timer->setSingleShot(true);
-    // Coarse timers count seconds, and overflow when they are asked for a long remaining time.
+    // Coarse timers round long time-outs to seconds; their remaining time then overflows.
     m_timer->setTimerType(Qt::PreciseTimer);
     connect(m_timer, &QTimer::timeout, this, &Notification::onTimeout);
-    // A timer given more than an int holds would never fire.
-    constexpr uint longest = std::numeric_limits<int>::max();
-    m_timer->start(static_cast<int>(std::min(m_timeout, longest)));
+    // QTimer takes an int; a larger value would wrap and never fire.
+    constexpr uint maxMs = std::numeric_limits<int>::max();
+    m_timer->start(static_cast<int>(std::min(m_timeout, maxMs)));
 }
 
 void Notification::confirm()

@@ -15,9 +15,9 @@
 /**
  * A message to the person at the screen, with an optional countdown to a default action.
  *
- * Made in any thread and handed to LBAPI::addNotification(), which moves it to the GUI thread and
- * owns it from then on. The setters that are slots, and set(), may be called from any thread: they
- * post themselves to the owner thread. Everything else belongs to the owner thread.
+ * Created in any thread and passed to NotificationBoard::addNotification(), which moves it to the
+ * GUI thread and owns it from then on. set() and the setters that are slots may be called from any
+ * thread: they post themselves to the owner thread. Everything else belongs to the owner thread.
  */
 class Notification : public QObject
 {
@@ -46,10 +46,10 @@ public:
     enum Action { CONFIRM = 0, CANCEL = 1, CLOSE = 2, ACTION_COUNT = 3 };
     Q_ENUM(Action)
 
-    /** As QML makes it: an empty message with a confirm control and no countdown. */
+    /** As QML creates it: an empty message with a confirm control and no countdown. */
     explicit Notification(QObject *parent = nullptr);
 
-    /** A message without controls but for @p closable; @p timeout in ms counts from now on. */
+    /** A message with no control but closing; starts the countdown of @p timeout ms. */
     Notification(int type, QString title, QString message, uint timeout, bool timeoutCancelable,
                  bool closable, QObject *parent = nullptr);
 
@@ -59,11 +59,11 @@ public:
     [[nodiscard]] int type() const { return m_type; }
     [[nodiscard]] QString title() const { return m_title; }
     [[nodiscard]] QString message() const { return m_message; }
-    /** Local time at which the notification was made. */
+    /** Local time of creation. */
     [[nodiscard]] QDateTime dateTime() const { return m_dateTime; }
     /** Length of the countdown in ms; 0 for none. */
     [[nodiscard]] uint timeout() const { return m_timeout; }
-    /** Whether a tap on the countdown may end it; the view acts on this. */
+    /** True if a tap on the countdown may end it; the view does that. */
     [[nodiscard]] bool isTimeoutCancelable() const { return m_timeoutCancelable; }
     [[nodiscard]] bool isClosable() const { return m_closable; }
     [[nodiscard]] bool isConfirmable() const { return m_confirmable; }
@@ -73,9 +73,9 @@ public:
     [[nodiscard]] QQmlListProperty<NotificationButton> buttonsProperty();
     [[nodiscard]] const QList<NotificationButton *> &buttons() const { return m_buttons; }
 
-    /** Appends @p button; without a parent it is deleted with this notification. */
+    /** Appends @p button, which is deleted with this notification if it has no parent. */
     void addButton(NotificationButton *button);
-    /** Takes all buttons away; those without a parent are deleted. */
+    /** Removes all buttons and deletes those without a parent. */
     void clearButtons();
 
     /** Milliseconds to the end of the countdown, 0 without one. */
@@ -102,7 +102,7 @@ Q_SIGNALS:
     void buttonsChanged();
     void confirmed(Notification *notification);
     void canceled(Notification *notification);
-    /** The notification has to leave the screen. */
+    /** The notification must leave the screen. */
     void removed(Notification *notification);
     void buttonClicked(int idx, Notification *notification);
 
@@ -110,13 +110,13 @@ public Q_SLOTS:
     void setType(int type);
     void setTitle(const QString &title);
     void setMessage(const QString &message);
-    /** Restarts the countdown with the full @p msecs, also when they stay the same; 0 ends it. */
+    /** Restarts the countdown with @p msecs, even if they are the same; 0 ends it. */
     void setTimeout(uint msecs);
     void setTimeoutCancelable(bool cancelable);
     void setClosable(bool closable);
     void setConfirmable(bool confirmable);
     void setCancelable(bool cancelable);
-    /** Starts the countdown unless it runs already or has no length. */
+    /** Starts the countdown, unless it runs or its length is 0. */
     void startTimer();
     void confirm();
     void cancel();

@@ -8,8 +8,8 @@ class NotificationsModel;
 class QObject;
 
 /**
- * Shows notifications on the screen. The API object is the board and installs itself, so that
- * whoever has something to say needs nothing of the API.
+ * Shows notifications on the screen. The API object implements and installs it, so that the workers
+ * need not know the API.
  */
 class NotificationBoard
 {
@@ -21,15 +21,15 @@ public:
     [[nodiscard]] static NotificationBoard &instance();
 
     /**
-     * Shows @p notification as the newest one and takes it over. Callable from the thread in which
-     * the notification was made.
+     * Shows @p notification as the newest one and takes ownership. Call it from the thread that
+     * created the notification.
      */
     virtual void addNotification(Notification *notification) = 0;
 
     /** The notifications on the screen. GUI thread only. */
     [[nodiscard]] virtual NotificationsModel *notifications() = 0;
 
-    /** The receiver of calls that are posted to the GUI thread; one receiver keeps their order. */
+    /** Receives the calls posted to the GUI thread; a single receiver keeps their order. */
     [[nodiscard]] virtual QObject *context() = 0;
 
 protected:

@@ -6,7 +6,7 @@
 #include <QObject>
 #include <QString>
 
-/** An extra button of a notification. Made, changed and destroyed in the GUI thread only. */
+/** An extra button of a notification. GUI thread only, from creation to deletion. */
 class NotificationButton : public QObject
 {
     Q_OBJECT

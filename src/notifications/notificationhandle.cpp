@@ -18,9 +18,7 @@ void NotificationHandle::showError(const QString &title, const QString &message,
     QMetaObject::invokeMethod(
         board->context(),
         [=] {
-            NotificationsModel *model = board->notifications();
-            auto *newest = model->data(model->index(0), NotificationsModel::DataRole)
-                               .value<Notification *>();
+            Notification *newest = board->notifications()->newest();
             if (newest && newest->type() == Notification::ERR && newest->title() == title
                 && newest->message() == message)
                 newest->setTimeout(timeout);

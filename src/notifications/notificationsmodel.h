@@ -25,16 +25,19 @@ public:
     [[nodiscard]] QVariant data(const QModelIndex &index, int role) const override;
     [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
 
-    /** Whether a row holds @p notification: one that was removed lives on for a moment. */
+    /** The newest notification; null if there is none. */
+    [[nodiscard]] Notification *newest() const { return m_notifications.value(0); }
+
+    /** True if a row holds @p notification; a removed one lives on for a moment. */
     [[nodiscard]] bool contains(Notification *notification) const
     {
         return m_notifications.contains(notification);
     }
 
-    /** Puts @p notification into row 0. */
+    /** Inserts @p notification at row 0. */
     void prepend(Notification *notification);
 
-    /** Takes the first row that holds @p notification away; false if there is none. */
+    /** Removes the first row that holds @p notification; false if there is none. */
     bool removeFirst(Notification *notification);
 
 Q_SIGNALS:

@@ -43,7 +43,7 @@ TallyxQueue::~TallyxQueue()
 
 void TallyxQueue::begin(quint64 transponderId)
 {
-    if (m_flows.size() >= noticelimits::mostCards) {
+    if (m_flows.size() >= noticelimits::maxCards) {
         postpone(transponderId);
         return;
     }

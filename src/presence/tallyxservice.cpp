@@ -8,7 +8,7 @@
 #include "config/keys.h"
 #include "net/accesstoken.h"
 #include "net/errortext.h"
-#include "net/requestlimits.h"
+#include "net/http.h"
 #include "presence/tallyxlogentity.h"
 
 #include <QCoreApplication>
@@ -42,24 +42,20 @@ QNetworkReply *getStatus(QNetworkAccessManager &manager, const TallyxLogEntity &
     query.addQueryItem(QStringLiteral("transponder"), QString::number(record.transponderId()));
     query.addQueryItem(QStringLiteral("location"), QString::number(record.locationId()));
     url.setQuery(query);
-    QNetworkRequest request = limitedRequest(url, limits);
+    QNetworkRequest request(url);
     request.setRawHeader(QByteArrayLiteral("Accept"), QByteArrayLiteral("application/json"));
-    QNetworkReply *reply = manager.get(request);
-    enforceLimits(reply, limits);
-    return reply;
+    return http::get(manager, request, limits);
 }
 
 QNetworkReply *postLog(QNetworkAccessManager &manager, const TallyxLogEntity &record,
                        const RequestLimits &limits)
 {
-    QNetworkRequest request = limitedRequest(Config::instance()->tallyxLogUrl(), limits);
+    QNetworkRequest request(Config::instance()->tallyxLogUrl());
     request.setHeader(QNetworkRequest::ContentTypeHeader, QStringLiteral("application/json"));
     if (!accesstoken::authorize(request))
         throw AttendanceWarningException(
             QCoreApplication::translate("TallyxFlow", "Authentication unavailable."));
-    QNetworkReply *reply = manager.post(request, record.toJson().toJson());
-    enforceLimits(reply, limits);
-    return reply;
+    return http::post(manager, request, record.toJson().toJson(), limits);
 }
 
 QJsonObject readStatus(QNetworkReply &reply)

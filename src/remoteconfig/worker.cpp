@@ -7,6 +7,7 @@
 #include "config/config.h"
 #include "net/accesstoken.h"
 #include "net/errortext.h"
+#include "net/http.h"
 #include "net/kcclientcredentials.h"
 #include "net/xnetworkaccessmanager.h"
 
@@ -25,13 +26,11 @@ QNetworkReply *getConfigurationDocument(QNetworkAccessManager &manager, const QS
 {
     QUrl url = Config::instance()->quirlUrl();
     url.setPath(QStringLiteral("/lumenboards/api/config/"));
-    QNetworkRequest request = limitedRequest(url, limits);
+    QNetworkRequest request(url);
     accesstoken::setBearer(request, token);
     request.setRawHeader(QByteArrayLiteral("Accept"), QByteArrayLiteral("application/json"));
     request.setRawHeader(QByteArrayLiteral("Accept-Language"), QLocale().bcp47Name().toLocal8Bit());
-    QNetworkReply *reply = manager.get(request);
-    enforceLimits(reply, limits);
-    return reply;
+    return http::get(manager, request, limits);
 }
 
 Worker::Worker(QObject *tokenReceiver, const RequestLimits &limits)
@@ -42,8 +41,8 @@ Worker::Worker(QObject *tokenReceiver, const RequestLimits &limits)
 
 Worker::~Worker()
 {
-    // Children go in the order of their making, and a manager that goes before its replies waits
-    // for them.
+    // Children are deleted in creation order, and a manager deleted before its replies waits for
+    // them.
     delete m_configurationReply;
     delete m_credentials;
 }
@@ -97,7 +96,7 @@ void Worker::getConfigurationFinished()
 {
     const QPointer<QNetworkReply> reply = std::exchange(m_configurationReply, {});
     if (!reply)
-        return; // given up meanwhile
+        return; // a newer request has replaced it
     reply->deleteLater();
     if (reply->error() != QNetworkReply::NoError) {
         qWarning() << "Failed to get configuration." << reply->error() << errorText(*reply);

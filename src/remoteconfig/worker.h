@@ -15,17 +15,17 @@ class KCClientCredentials;
 class QNetworkAccessManager;
 class XNetworkAccessManager;
 
-/** Asks the configured service for this screen's document, with @p token as bearer. */
+/** Requests this screen's document from the configured service, with @p token as bearer. */
 [[nodiscard]] QNetworkReply *getConfigurationDocument(QNetworkAccessManager &manager,
                                                       const QString &token,
                                                       const RequestLimits &limits);
 
 /**
  * Fetches this screen's configuration document from the configuration service, every five minutes
- * once there is a token, and hands it to Config. A failure leaves the settings as they are.
+ * once there is a token, and passes it to Config. A failure leaves the settings as they are.
  *
- * Made without a parent in the GUI thread, moved to the configuration worker's thread, where init()
- * makes everything else. Sits above the network layer, for which Config itself is the ground.
+ * Created without a parent in the GUI thread and moved to the configuration worker's thread, where
+ * init() creates everything else.
  */
 class Worker : public QObject
 {
@@ -33,7 +33,7 @@ class Worker : public QObject
 
 public:
     /**
-     * @p tokenReceiver has a slot setAccessToken(QString) that hears of every new token; it lives
+     * @p tokenReceiver has a slot setAccessToken(QString) that receives every new token. It lives
      * in the GUI thread and outlives this object's thread.
      */
     explicit Worker(QObject *tokenReceiver, const RequestLimits &limits = {});

@@ -14,11 +14,11 @@
 
 namespace {
 
-/** The names as one text, of bounded length however many there are. */
+/** The names as one text of bounded length. */
 QString joined(const QStringList &names)
 {
-    constexpr int longest = 10000;
-    return names.join(QLatin1String(", ")).left(longest);
+    constexpr int maxLength = 10000;
+    return names.join(QLatin1String(", ")).left(maxLength);
 }
 
 } // namespace
@@ -44,7 +44,7 @@ QString Event::startDateStr() const
 
 QString Event::startEndTimeStr() const
 {
-    // The wall shows the house's own time, whatever offset the service wrote.
+    // Show local time, whatever offset the service wrote.
     const auto shown = [](const QDateTime &moment) {
         return QLocale().toString(moment.toLocalTime().time(), QLocale::ShortFormat);
     };

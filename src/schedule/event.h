@@ -13,7 +13,7 @@
 
 class EventLocation;
 
-/** What an event is made of, as it is read. Times are local unless the document gave an offset. */
+/** The values of an event in the document. Times are local unless the document has an offset. */
 struct EventFields
 {
     qint64 id = 0;
@@ -49,7 +49,7 @@ class Event : public QObject
 
 public:
     explicit Event(QObject *parent = nullptr);
-    /** Takes over @p audiences as children. */
+    /** Takes @p audiences as children. */
     Event(EventFields fields, QList<EventEAudience *> audiences, QObject *parent = nullptr);
 
     [[nodiscard]] int id() const { return static_cast<int>(m_fields.id); }
@@ -66,15 +66,15 @@ public:
     /** All speakers, separated by ", ". */
     [[nodiscard]] QString speakers() const;
     [[nodiscard]] qint64 locationId() const { return m_fields.locationId; }
-    /** Null until it is linked, and for an id that the schedule does not know. */
+    /** Null until the event is linked, and for an id that is not in the schedule. */
     [[nodiscard]] EventLocation *location() const { return m_location; }
     [[nodiscard]] QQmlListProperty<EventEAudience> audiencesProperty()
     {
         return { this, &m_audiences };
     }
-    /** Names of the groups that have to come; an unknown group is "null". */
+    /** Names of the mandatory groups; an unknown group is "null". */
     [[nodiscard]] QString mAudiencesStr() const { return audienceNames(true); }
-    /** Names of the groups that are welcome. */
+    /** Names of the optional groups; an unknown group is "null". */
     [[nodiscard]] QString oAudiencesStr() const { return audienceNames(false); }
 
     /** By start, then end, then title in code-unit order. */

@@ -8,29 +8,38 @@
 #include <QPointer>
 #include <QTimer>
 
+#include <functional>
+
 class EventLocation;
 
 /**
- * Lets the current and the next event of the shown location follow the clock between two
- * refreshes: announces the location's events anew whenever one of them starts or ends. GUI thread.
+ * Keeps the current and the next event of the shown location up to date between two refreshes:
+ * emits the location's eventsChanged() whenever one of its events starts or ends. GUI thread.
  */
 class EventBoundaryTimer : public QObject
 {
     Q_OBJECT
 
 public:
+    /** Returns the current local time. */
+    using Clock = std::function<QDateTime()>;
+
     explicit EventBoundaryTimer(QObject *parent = nullptr);
 
+    /** Replaces the system's clock. */
+    void setClock(Clock clock);
+
 public Q_SLOTS:
-    /** Follows @p location from now on, null for none; it may be deleted at any time. */
+    /** Watches @p location from now on, null for none; it may be deleted at any time. */
     void watch(EventLocation *location);
 
 private:
     void arm(const QDateTime &now);
     void onTimeout();
 
+    Clock m_clock;
     QTimer m_timer;
     QPointer<EventLocation> m_location;
-    QDateTime m_boundary; ///< next start or end; invalid when none is left
-    QDateTime m_lastLook; ///< a moment before it means that the clock was set back
+    QDateTime m_boundary; ///< next start or end; invalid if none is left
+    QDateTime m_lastTime; ///< of the clock; an earlier time means that the clock was set back
 };

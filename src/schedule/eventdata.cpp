@@ -6,11 +6,13 @@
 #include "base/connections.h"
 #include "config/config.h"
 #include "net/errortext.h"
+#include "net/http.h"
 #include "net/xnetworkaccessmanager.h"
 #include "schedule/scheduleexception.h"
 
 #include <QDebug>
 #include <QNetworkReply>
+#include <QNetworkRequest>
 
 using namespace std::chrono_literals;
 
@@ -32,7 +34,7 @@ template <typename T> QHash<qint64, T *> byId(const QList<T *> &objects)
 QString shownError(const QNetworkReply &reply)
 {
     const QString text = errorText(reply);
-    // The one text of this kind that Qt itself leaves in English.
+    // Qt does not translate this message.
     const QString untranslated = QStringLiteral(" - server replied: ");
     const int split = text.indexOf(untranslated);
     if (!text.startsWith(QLatin1String("Error transferring")) || split < 0)
@@ -47,7 +49,7 @@ RequestLimits EventData::scheduleLimits()
 {
     RequestLimits limits;
     limits.deadline = 120s;
-    limits.bodyBytes = 64LL * 1024 * 1024;
+    limits.maxBodyBytes = 64LL * 1024 * 1024;
     return limits;
 }
 
@@ -66,14 +68,14 @@ EventData::EventData(const RequestLimits &limits, QObject *parent)
     if (!config->isScheduleDateValid())
         qWarning() << "Setting" << keys::overrideDateDate << "is no date, showing today";
     const QUrl url = config->eventDataUrl(config->scheduleDate());
-    enforceLimits(manager->get(limitedRequest(url, limits)), limits);
+    http::get(*manager, QNetworkRequest(url), limits);
 }
 
 EventData::EventData(NoDownload, QObject *parent)
     : QObject(parent)
     , m_errorMessage(tr("No error"))
 {
-    // The first to hear of the end, so that everybody else finds all objects linked.
+    // Connected first, so that all other receivers find the objects linked.
     connect(this, &EventData::readEventDataFinished, this, &EventData::linkObjects);
 }
 
@@ -104,7 +106,7 @@ void EventData::readEventData(QNetworkReply *nr)
 {
     qDebug() << "Reading event data...";
     readReply(nr);
-    // The manager has served its one download, and takes the reply with it.
+    // The only download is done; the reply is deleted with its manager.
     if (nr)
         nr->manager()->deleteLater();
     qDebug() << "Done reading event data";
@@ -133,7 +135,7 @@ void EventData::readDocument(QIODevice *document)
     } catch (const ScheduleException &e) {
         setFailure(QString::fromUtf8(e.what()), e.shown());
     } catch (const std::exception &e) {
-        // Out of memory, say: whoever waits for this download still has to hear of its end.
+        // Out of memory, for example. The download must finish for its receivers all the same.
         setFailure(QString::fromUtf8(e.what()), QString::fromUtf8(e.what()));
     }
 }
@@ -144,7 +146,7 @@ void EventData::finish()
     Q_EMIT dataChanged();
 }
 
-/** Linking looks up by hash: a day with many events must not cost their number squared. */
+/** Hashes keep the time for linking linear in the number of events. */
 void EventData::indexObjects()
 {
     m_locationById = byId(m_objects.locations);
@@ -161,7 +163,7 @@ void EventData::linkObjects()
         event->updateRefs();
     for (EventLocation *location : qAsConst(m_objects.locations))
         location->updateRefs();
-    m_eventsByLocation.clear(); // each location has its own now
+    m_eventsByLocation.clear(); // each location now holds its own
 }
 
 void EventData::setFailure(const QString &logged, const QString &shown)

@@ -19,8 +19,8 @@ class QNetworkReply;
 class XNetworkAccessManager;
 
 /**
- * The schedule of one day, fetched once: making the object starts the download, and it is never
- * used for a second one. Owns all its events, locations and audience groups. GUI thread.
+ * The schedule of one day. The constructor starts its only download. Owns all its events, locations
+ * and audience groups. GUI thread.
  */
 class EventData : public QObject
 {
@@ -32,16 +32,16 @@ class EventData : public QObject
     Q_PROPERTY(QQmlListProperty<EventAudience> audiences READ audiencesProperty NOTIFY dataChanged)
 
 public:
-    /** What a schedule may cost: larger and slower than any other answer. */
+    /** A schedule may be larger and slower than any other response. */
     static RequestLimits scheduleLimits();
 
     explicit EventData(QObject *parent = nullptr);
     explicit EventData(const RequestLimits &limits, QObject *parent = nullptr);
 
-    /** Reads a document at hand instead of downloading one. */
+    /** Reads @p document instead of downloading one. */
     static std::unique_ptr<EventData> fromDocument(QIODevice *document);
 
-    /** Whether the download or the reading failed. */
+    /** True if the download or the reading failed. */
     [[nodiscard]] bool error() const { return m_error; }
     /** The failure in the language of the interface. */
     [[nodiscard]] QString errorMessage() const { return m_errorMessage; }
@@ -67,7 +67,7 @@ public:
 Q_SIGNALS:
     void errorChanged(bool error);
     void errorMessageChanged(QString message);
-    /** The one download has ended, well or not; all objects are linked. */
+    /** The download has succeeded or failed; all objects are linked. */
     void readEventDataFinished(EventData *data);
     void dataChanged();
 

@@ -10,14 +10,14 @@
 
 namespace {
 
-/** Milliseconds that order local times as QDateTime does, without the cost of its comparison. */
+/** Milliseconds that order local times as QDateTime does, but compare much faster. */
 qint64 wallClock(const QDateTime &local)
 {
     constexpr qint64 dayMs = 24LL * 60 * 60 * 1000;
     return local.date().toJulianDay() * dayMs + local.time().msecsSinceStartOfDay();
 }
 
-/** Sorts as Event::sortsBefore() says, by numbers first: long days are sorted at every refresh. */
+/** Sorts as Event::sortsBefore() does, by numbers first: every refresh sorts all events. */
 void sortByTime(QList<Event *> &events)
 {
     struct Keyed
@@ -31,7 +31,7 @@ void sortByTime(QList<Event *> &events)
     for (Event *event : qAsConst(events)) {
         if (event->start().timeSpec() != Qt::LocalTime
             || event->end().timeSpec() != Qt::LocalTime) {
-            std::sort(events.begin(), events.end(), &Event::sortsBefore); // offsets: the long way
+            std::sort(events.begin(), events.end(), &Event::sortsBefore); // times with an offset
             return;
         }
         keyed.push_back({ wallClock(event->start()), wallClock(event->end()), event });
@@ -42,7 +42,7 @@ void sortByTime(QList<Event *> &events)
         return a.end != b.end ? a.end < b.end : Event::sortsBefore(a.event, b.event);
     });
     std::transform(keyed.cbegin(), keyed.cend(), events.begin(),
-                   [](const Keyed &each) { return each.event; });
+                   [](const Keyed &k) { return k.event; });
 }
 
 } // namespace

@@ -13,7 +13,7 @@
 /**
  * A room of the schedule with its events in order. Owned by its EventData; GUI thread.
  *
- * Nothing is announced when time alone passes, see EventBoundaryTimer for that.
+ * Emits nothing when only time passes; EventBoundaryTimer does that.
  */
 class EventLocation : public QObject
 {
@@ -38,15 +38,16 @@ public:
     [[nodiscard]] QQmlListProperty<Event> eventsProperty() { return { this, &m_events }; }
     [[nodiscard]] const QList<Event *> &events() const { return m_events; }
 
-    /** The first event that runs now, both its ends included; null if none does. */
+    /** The first event that runs now, its start and end included; null if none does. */
     [[nodiscard]] Event *currentEvent() const;
     [[nodiscard]] Event *currentEvent(const QDateTime &now) const;
 
-    /** The first event that starts later than now; null if none does. */
+    /** The first event that starts after now; null if none does. */
     [[nodiscard]] Event *nextEvent() const;
     [[nodiscard]] Event *nextEvent(const QDateTime &now) const;
 
-    /** The first moment after @p now at which either event may be another; invalid if none. */
+    /** When, after @p now, the current or next event changes for the first time; invalid if never.
+     */
     [[nodiscard]] QDateTime nextBoundary(const QDateTime &now) const;
 
     /** By display order, then by name regardless of case. */

@@ -38,11 +38,11 @@ QString ScheduleAge::asOf() const
 
 void ScheduleAge::noteGoodRead(const QDateTime &when)
 {
-    // The second refresh in a row gets the time to be answered before it counts as missed.
-    constexpr auto answerTime = 5s;
+    // Gives the second refresh time to finish before it counts as missed.
+    constexpr auto responseTime = 5s;
 
     m_lastGood = when;
-    m_expiry.start(2 * std::chrono::seconds(Config::instance()->refreshInterval()) + answerTime);
+    m_expiry.start(2 * std::chrono::seconds(Config::instance()->refreshInterval()) + responseTime);
     if (!m_expired)
         return;
     m_expired = false;

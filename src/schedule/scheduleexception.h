@@ -5,7 +5,7 @@
 
 #include "base/exceptions.h"
 
-/** A schedule that can not be read: what() is for the log, shown() for the person at the screen. */
+/** A schedule is unreadable: what() is for the log, shown() for the person at the screen. */
 class ScheduleException : public Exception
 {
 public:

@@ -17,25 +17,25 @@
 
 namespace {
 
-// Far beyond what a screen shows, and short enough to be laid out in no time: megabytes in a title
-// would keep the interface busy for minutes.
-constexpr int longestText = 10000;
-
-// The XML reader compares each attribute of a tag with all others: a tag of a megabyte costs
+// More than a screen shows. The layout of a title of megabytes would block the interface for
 // minutes.
-constexpr int longestTag = 2048;
+constexpr int maxTextLength = 10000;
 
-// Real documents are six deep; the XML reader keeps everything about an open element in memory.
-constexpr int deepestElement = 64;
+// QXmlStreamReader compares each attribute of a tag with all others: a tag of a megabyte takes
+// minutes.
+constexpr int maxTagLength = 2048;
 
-// Each gets a log line, but a disk is not filled with them.
-constexpr int mostWarnings = 1000;
+// Real documents have six levels. QXmlStreamReader keeps each open element in memory.
+constexpr int maxDepth = 64;
 
-/** The end of the tag that begins at @p tag, or null if it is longer than tags are. */
+// Unexpected elements beyond it are not logged: they would fill the disk.
+constexpr int maxWarnings = 1000;
+
+/** The end of the tag that begins at @p tag, or null if the tag is too long. */
 const char *endOfTag(const char *tag, const char *end)
 {
     char quote = 0;
-    for (const char *c = tag; c != end && c - tag <= longestTag; ++c) {
+    for (const char *c = tag; c != end && c - tag <= maxTagLength; ++c) {
         if (quote != 0)
             quote = *c == quote ? 0 : quote;
         else if (*c == '"' || *c == '\'')
@@ -46,11 +46,11 @@ const char *endOfTag(const char *tag, const char *end)
     return nullptr;
 }
 
-/** Whether a start tag in @p xml is too long. Comments, CDATA and the like may be of any length. */
+/** True if a start tag in @p xml is too long. Comments and CDATA may have any length. */
 bool hasOverlongTag(const QByteArray &xml)
 {
     const char *const begin = xml.constData();
-    const char *const end = begin + xml.size(); // where a QByteArray holds a zero
+    const char *const end = begin + xml.size(); // a QByteArray holds '\0' here, so at[1] exists
     const auto isAt = [end](const char *at, std::string_view mark) {
         return static_cast<size_t>(end - at) >= mark.size()
             && std::string_view(at, mark.size()) == mark;
@@ -72,7 +72,7 @@ bool hasOverlongTag(const QByteArray &xml)
         } else if (const char *tagEnd = endOfTag(at, end)) {
             at = tagEnd;
         } else {
-            return end - at > longestTag; // a shorter rest is cut off, and the XML reader says so
+            return end - at > maxTagLength; // QXmlStreamReader reports a truncated short one
         }
     }
     return false;
@@ -86,7 +86,7 @@ ScheduleReader::ScheduleReader(QIODevice *document, ScheduleObjects &objects, QO
 {
     m_document.setData(document->readAll());
     m_document.open(QIODevice::ReadOnly);
-    // As a device and not as bytes: these the XML reader would decode all at once.
+    // Given bytes instead of a device, QXmlStreamReader would decode them all at once.
     m_xml.setDevice(&m_document);
 }
 
@@ -125,7 +125,7 @@ void ScheduleReader::readSchedule()
     }
 }
 
-/** Calls @p readChild at each child called @p name, and skips the others. */
+/** Calls @p readChild for each child called @p name and skips all others. */
 template <typename ReadChild>
 void ScheduleReader::readChildren(QLatin1String name, ReadChild readChild)
 {
@@ -248,11 +248,11 @@ void ScheduleReader::readEventAudience(QList<EventEAudience *> &links)
 QString ScheduleReader::text()
 {
     QString text = m_xml.readElementText();
-    if (text.size() <= longestText)
+    if (text.size() <= maxTextLength)
         return text;
     qWarning() << "Event data: cutting a text of" << text.size() << "characters at line"
                << m_xml.lineNumber();
-    return text.left(longestText);
+    return text.left(maxTextLength);
 }
 
 qint64 ScheduleReader::readId()
@@ -281,22 +281,22 @@ QDateTime ScheduleReader::readDateTime()
     return *m_knownTimes.insert(iso, QDateTime::fromString(iso, Qt::ISODate));
 }
 
-/** Passes over the current element with all that it holds, after a word in the log. */
+/** Logs the current element and skips it with its content. */
 void ScheduleReader::skipUnexpected()
 {
-    if (m_warnings++ < mostWarnings)
+    if (m_warnings++ < maxWarnings)
         qWarning().noquote() << QStringLiteral("Event data: ignoring unexpected element \"%1\" at "
                                                "line %2, column %3")
-                                    .arg(m_xml.name().toString().left(longestTag),
+                                    .arg(m_xml.name().toString().left(maxTagLength),
                                          QString::number(m_xml.lineNumber()),
                                          QString::number(m_xml.columnNumber()));
-    else if (m_warnings == mostWarnings + 1)
+    else if (m_warnings == maxWarnings + 1)
         qWarning() << "Event data: further unexpected elements are ignored silently";
 
     int depth = 1;
     while (depth > 0 && !m_xml.hasError()) {
         const QXmlStreamReader::TokenType token = m_xml.readNext();
-        if (token == QXmlStreamReader::StartElement && ++depth > deepestElement)
+        if (token == QXmlStreamReader::StartElement && ++depth > maxDepth)
             raise(QT_TR_NOOP("the elements are nested too deep"));
         else if (token == QXmlStreamReader::EndElement)
             --depth;
@@ -309,7 +309,7 @@ void ScheduleReader::reportInvalid(const char *field)
           QString::fromLatin1(field));
 }
 
-/** Ends the reading: with an error set, the reader offers no further element. The first counts. */
+/** Ends the reading: after an error m_xml returns no further element. Keeps the first error. */
 template <typename... Arguments>
 void ScheduleReader::raise(const char *source, const Arguments &...arguments)
 {

@@ -30,15 +30,15 @@ struct ScheduleObjects
 /**
  * Reads the XML document of one day, as the events service sends it, into objects.
  *
- * Elements that it does not know are skipped with a warning. The first invalid value ends the
- * reading; what was read before it stays.
+ * Skips unknown elements with a warning. The first invalid value ends the reading; objects read
+ * before it stay.
  */
 class ScheduleReader
 {
     Q_DECLARE_TR_FUNCTIONS(EventData)
 
 public:
-    /** Reads from @p document into @p objects; @p parent becomes the parent of each of them. */
+    /** Reads from @p document into @p objects; @p parent becomes the parent of all of them. */
     ScheduleReader(QIODevice *document, ScheduleObjects &objects, QObject *parent);
 
     /** Throws ScheduleException. */
@@ -65,8 +65,8 @@ private:
     QXmlStreamReader m_xml;
     ScheduleObjects &m_objects;
     QObject *m_parent;
-    // Most events of a day share their times, and making a local time is the dearest step here.
+    // Most events share their times, and parsing a local time is the most expensive step.
     QHash<QString, QDateTime> m_knownTimes;
     int m_warnings = 0;
-    QString m_shownError; ///< what ended the reading, in the language of the interface
+    QString m_shownError; ///< in the language of the interface; empty for errors of m_xml
 };

@@ -12,7 +12,7 @@
 
 using namespace simulator;
 
-/** Holds all that a view can, and makes a notification of its own. */
+/** Holds every object that a view can reach, and creates a notification. */
 static constexpr auto view = R"(
     import QtQml 2.15
     import Lumenboard 1.0
@@ -35,23 +35,21 @@ private Q_SLOTS:
         LBAPI *api = LBAPI::instance();
         const QSignalSpy changes(api, &LBAPI::eventDataChanged);
         const QPointer<EventData> failed = api->eventData();
-        QVERIFY(settles());
+        QVERIFY(isIdle());
         QVERIFY(failed && failed == api->eventData() && failed->error());
         QCOMPARE(changes.count(), 0);
 
         services().clearFaults();
         api->refreshEventData();
         QCOMPARE(api->eventData(), failed);
-        QVERIFY(settles());
+        QVERIFY(isIdle());
         const EventData *good = api->eventData();
         QVERIFY(failed.isNull() && !good->error());
         QCOMPARE(changes.count(), 1);
         QCOMPARE(changes.first().first().value<EventData *>(), good);
 
-        services().setFault(Route::Schedule, Fault::WrongRoot);
         log().expect("this doesn't look like event data"_s);
-        api->refreshEventData();
-        QVERIFY(settles());
+        QVERIFY(refresh(Fault::WrongRoot));
         QCOMPARE(api->eventData(), good);
         QCOMPARE(changes.count(), 1);
         QCOMPARE(services().requestCount(Route::Schedule), 3);
@@ -69,7 +67,7 @@ private Q_SLOTS:
         auto *expiry = api->findChild<QTimer *>("scheduleExpiry"_s);
         age->noteFailedRead();
         QVERIFY(!expiry->isActive());
-        QVERIFY(api->eventData() && settles());
+        QVERIFY(api->eventData() && isIdle());
         QVERIFY(expiry->isActive());
         QVERIFY(expiry->interval() >= 60000 && expiry->interval() < 90000);
         const QDateTime today(QDate::currentDate(), QTime(10, 5));
@@ -80,14 +78,10 @@ private Q_SLOTS:
 
         QMetaObject::invokeMethod(expiry, "timeout");
         QCOMPARE(api->scheduleAsOf(), "As of 10:05"_s);
-        services().setFault(Route::Schedule, Fault::Empty);
         log().expect("Error reading event data"_s);
-        api->refreshEventData();
-        QVERIFY(settles());
+        QVERIFY(refresh(Fault::Empty));
         QCOMPARE(changes.count(), 2);
-        services().clearFaults();
-        api->refreshEventData();
-        QVERIFY(settles());
+        QVERIFY(refresh(Fault::None));
         QCOMPARE(api->scheduleAsOf(), ""_s);
         QCOMPARE(changes.count(), 3);
 
@@ -106,8 +100,7 @@ private Q_SLOTS:
         auto *second = api->findChildren<EventData *>().constLast();
         Q_EMIT second->readEventDataFinished(second);
         QVERIFY(first && api->eventData() == second);
-        Q_EMIT first->readEventDataFinished(first); // still on its way out
-        QCOMPARE(api->eventData(), second);
+        Q_EMIT first->readEventDataFinished(first); // it is not deleted yet
         QTRY_VERIFY(first.isNull());
         QCOMPARE(api->eventData(), second);
     }
@@ -122,19 +115,23 @@ private Q_SLOTS:
 
     void followsTheClockAtTheLocation()
     {
-        services().setSchedule(daySoon(800, 60000));
+        services().setSchedule(scheduleXml());
         settings::set("plenarLocationId"_s, at<int>("idAtFirst"));
         if (at<int>("idAtFirst") == 0)
             log().expect("Plenar location ID not set"_s);
         LBAPI *api = LBAPI::instance();
+        QDateTime now(QDate(2024, 5, 13), QTime(9, 0));
+        auto *boundary = api->findChild<EventBoundaryTimer *>();
+        boundary->setClock([&now] { return now; });
         QVERIFY(api->eventData());
         QVERIFY(QSignalSpy(api->config(), &Config::locationChanged).wait());
         settings::set("plenarLocationId"_s, 3);
         if (at<int>("idAtFirst") != 3)
             Q_EMIT api->config()->configChanged();
-        const EventLocation *location = api->config()->plenarLocation();
-        QVERIFY(QSignalSpy(location, &EventLocation::eventsChanged).wait());
-        QVERIFY(location->currentEvent());
+        const QSignalSpy changes(api->config()->plenarLocation(), &EventLocation::eventsChanged);
+        now = now.addSecs(3600);
+        QMetaObject::invokeMethod(boundary->findChild<QTimer *>(), "timeout");
+        QCOMPARE(changes.count(), 1);
     }
 
     void endsTheScanWithATransponder()
@@ -212,14 +209,14 @@ private Q_SLOTS:
         n->remove();
         QCOMPARE(api->notifications()->length(), 0);
         QVERIFY(destroyed.wait());
-        QVERIFY2(timer.elapsed() > 900, "the card was still fading away");
+        QVERIFY2(timer.elapsed() > 900, "the notice was still fading out");
     }
 
     void outlivesTheQmlEngine()
     {
         services();
         LBAPI *api = LBAPI::instance();
-        QVERIFY(api->eventData() && settles());
+        QVERIFY(api->eventData() && isIdle());
         const QVector<QPointer<QObject>> objects { api, api->config(), api->eventData(),
                                                    api->config()->plenarLocation() };
         {
@@ -239,8 +236,15 @@ private Q_SLOTS:
     }
 
 private:
-    /** Waits until no download is under way and the current schedule is the only one. */
-    static bool settles()
+    bool refresh(Fault fault)
+    {
+        services().setFault(Route::Schedule, fault);
+        LBAPI::instance()->refreshEventData();
+        return isIdle();
+    }
+
+    /** Waits until no download is pending and only the current schedule is left. */
+    static bool isIdle()
     {
         return QTest::qWaitFor([] {
             return !LBAPI::instance()->findChild<QNetworkAccessManager *>()
@@ -248,12 +252,7 @@ private:
         });
     }
 
-    /** The newest notification. */
-    static Notification *notice()
-    {
-        const NotificationsModel *model = LBAPI::instance()->notifications();
-        return model->index(0).data(NotificationsModel::DataRole).value<Notification *>();
-    }
+    static Notification *notice() { return LBAPI::instance()->notifications()->newest(); }
 };
 
 static const RegisterTest<TestLbapi> registered;

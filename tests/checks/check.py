@@ -219,6 +219,16 @@ def arrows():
             yield f"{room} includes itself in a circle"
 
 
+@check
+def requests():
+    for path in sorted(files("src", suffixes={".cpp", ".h"})):
+        text = (ROOT / path).read_text(encoding="utf-8")
+        for found in re.finditer(r"\w*[mM]anager\)?(?:\.|->)(?:get|post|put|head|sendCustomRequest)\(", text):
+            if path.as_posix() != "src/net/http.cpp":
+                line = 1 + text.count("\n", 0, found.start())
+                yield f"{path}:{line}: {found[0]}...): a request goes through net/http.h, with its limits"
+
+
 if __name__ == "__main__":
     complaints = [line for name in sys.argv[1:] or CHECKS for line in CHECKS[name]() if line]
     print(*complaints, sep="\n")

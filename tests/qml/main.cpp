@@ -4,8 +4,8 @@
 #include "api/lbapi.h"
 #include "app/startup.h"
 #include "config/config.h"
-#include "net/fencednetworkaccessmanager.h"
 #include "net/kcclientcredentials.h"
+#include "net/restrictednetworkaccessmanager.h"
 #include "simulator/simulator.h"
 
 #include <QDirIterator>
@@ -141,8 +141,8 @@ public Q_SLOTS:
 private:
     std::unique_ptr<Simulator> m_simulator;
     Translations m_translations;
-    FencedNetworkAccessManagerFactory m_network { RequestLimits { std::chrono::seconds(1),
-                                                                  std::chrono::seconds(2) } };
+    RestrictedNetworkAccessManagerFactory m_network { RequestLimits { std::chrono::seconds(1),
+                                                                      std::chrono::seconds(2) } };
     QStringList m_warnings;
 };
 

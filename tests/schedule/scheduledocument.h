@@ -7,7 +7,7 @@
 
 #include <QBuffer>
 
-/** The schedule that is read from @p xml. */
+/** Reads the schedule in @p xml. */
 inline std::unique_ptr<EventData> readSchedule(const QByteArray &xml)
 {
     QBuffer buffer;
@@ -16,14 +16,14 @@ inline std::unique_ptr<EventData> readSchedule(const QByteArray &xml)
     return EventData::fromDocument(&buffer);
 }
 
-/** An event in the document, in location 3. */
+/** An event of a document, in location 3. */
 inline QByteArray eventXml(const QString &start, const QString &end, const QByteArray &title = "T")
 {
     return "<event id=\"7\"><start>" + start.toLatin1() + "</start><end>" + end.toLatin1()
         + "</end><title>" + title + "</title><locationId>3</locationId></event>";
 }
 
-/** A document with one location, called H1, with the id 3 and these events. */
+/** A document with the location H1, whose id is 3, and @p events. */
 inline QByteArray scheduleXml(const QByteArray &events)
 {
     return R"(<schedule><locations><location id="3" displayOrder="1"><shortName>H1</shortName>
@@ -31,10 +31,9 @@ inline QByteArray scheduleXml(const QByteArray &events)
         + events + "</events></schedule>";
 }
 
-/** The same with one event, which lasts from @p startMs to @p endMs from now. */
-inline QByteArray daySoon(int startMs, int endMs)
+/** The same with one event, from 10:00 to 12:00 on 13 May 2024. */
+inline QByteArray scheduleXml()
 {
-    const QDateTime now = QDateTime::currentDateTime();
-    return scheduleXml(eventXml(now.addMSecs(startMs).toString(Qt::ISODateWithMs),
-                                now.addMSecs(endMs).toString(Qt::ISODateWithMs)));
+    return scheduleXml(
+        eventXml(QStringLiteral("2024-05-13T10:00"), QStringLiteral("2024-05-13T12:00")));
 }

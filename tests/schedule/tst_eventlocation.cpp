@@ -43,36 +43,28 @@ private Q_SLOTS:
 
     void followsTheClock()
     {
-        const auto data = readSchedule(daySoon(200, 500));
-        EventLocation *location = data->location(3);
-        QSignalSpy changes(location, &EventLocation::eventsChanged);
-        EventBoundaryTimer timer;
-        timer.watch(location);
-        QVERIFY(!location->currentEvent() && location->nextEvent());
-        QVERIFY(changes.wait());
-        QVERIFY(location->currentEvent() && !location->nextEvent());
-        QVERIFY(changes.wait());
-        QVERIFY(!location->currentEvent() && !location->nextEvent());
-        QCOMPARE(changes.count(), 2);
-        QVERIFY(timer.findChild<QTimer *>()->isActive()); // the clock may be set back
-    }
-
-    void looksAtTheClockWhileItWaits()
-    {
-        auto data = readSchedule(daySoon(3600000, 7200000));
+        auto data = readSchedule(scheduleXml());
+        QDateTime now(QDate(2024, 5, 13), QTime(9, 0));
         const QSignalSpy changes(data->location(3), &EventLocation::eventsChanged);
         EventBoundaryTimer boundary;
+        boundary.setClock([&now] { return now; });
         boundary.watch(data->location(3));
         auto *timer = boundary.findChild<QTimer *>();
-        QVERIFY(timer->interval() <= 60000);
-        QMetaObject::invokeMethod(timer, "timeout");
-        QVERIFY(timer->isActive());
-        QCOMPARE(changes.count(), 0);
+        QCOMPARE(timer->interval(), 60000);
+        const auto wakeUp = [&](const QTime &time) {
+            now.setTime(time);
+            QMetaObject::invokeMethod(timer, "timeout");
+            return "%1 changes, next in %2"_s.arg(changes.count())
+                .arg(timer->isActive() ? timer->interval() : -1);
+        };
+        QCOMPARE(wakeUp(QTime(9, 59, 59, 500)), "0 changes, next in 500"_s);
+        QCOMPARE(wakeUp(QTime(10, 0)), "1 changes, next in 60000"_s);
+        QCOMPARE(wakeUp(QTime(12, 0)), "1 changes, next in 1"_s);
+        QCOMPARE(wakeUp(QTime(12, 0, 0, 1)), "2 changes, next in 60000"_s);
+        QCOMPARE(wakeUp(QTime(12, 1)), "2 changes, next in 60000"_s);
+        QCOMPARE(wakeUp(QTime(9, 0)), "3 changes, next in 60000"_s); // the clock was set back
         data.reset();
-        QMetaObject::invokeMethod(timer, "timeout");
-        QVERIFY(!timer->isActive());
-        boundary.watch(nullptr);
-        QVERIFY(!timer->isActive());
+        QCOMPARE(wakeUp(QTime(10, 0)), "3 changes, next in -1"_s);
     }
 };
 

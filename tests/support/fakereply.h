@@ -7,7 +7,7 @@
 
 #include <algorithm>
 
-/** An answer that a test makes up: its bytes come as it says, its failure is what it says. */
+/** A reply whose bytes and failure are set by the test. */
 class FakeReply : public QNetworkReply
 {
 public:
@@ -17,7 +17,7 @@ public:
         open(QIODevice::ReadOnly | QIODevice::Unbuffered);
     }
 
-    /** More of the body arrives. As in life it is not always told at once how much there was. */
+    /** More of the body arrives. Like Qt, does not always report the progress at once. */
     void feed(const QByteArray &bytes)
     {
         m_unread += bytes;
@@ -38,9 +38,9 @@ public:
     [[nodiscard]] qint64 bytesAvailable() const override { return m_unread.size(); }
 
 protected:
-    qint64 readData(char *data, qint64 most) override
+    qint64 readData(char *data, qint64 maxSize) override
     {
-        const int count = static_cast<int>(std::min<qint64>(most, m_unread.size()));
+        const int count = static_cast<int>(std::min<qint64>(maxSize, m_unread.size()));
         std::copy_n(m_unread.cbegin(), count, data);
         m_unread.remove(0, count);
         return count;

@@ -7,8 +7,8 @@
 #include <sys/resource.h>
 
 /**
- * As long as it lives no file of this process grows beyond @p bytes: as on a full disk, which a
- * test can not count on being able to make.
+ * While it lives, no file of this process grows beyond @p bytes: acts like a full disk, which a
+ * test cannot always create.
  */
 class FullDisk
 {

@@ -6,17 +6,17 @@
 #include <QMutex>
 #include <QStringList>
 
-/** Text in UTF-8; the tests are full of it. */
+/** A string literal in UTF-8. */
 inline QString operator""_s(const char *text, std::size_t size)
 {
     return QString::fromUtf8(text, static_cast<int>(size));
 }
 
 /**
- * Takes the log while it lives, and knows what in it was not foreseen.
+ * Captures the log while it lives and finds unexpected and missing lines.
  *
- * A warning or worse is a surprise unless it was announced, and an announced line that never came
- * is missed. Lines may come from any thread. One trap at a time.
+ * A warning or worse is unexpected unless the test announces it. Lines may come from any thread.
+ * Only one trap exists at a time.
  */
 class LogTrap
 {
@@ -29,20 +29,20 @@ public:
     Q_DISABLE_COPY_MOVE(LogTrap)
     ~LogTrap() { qInstallMessageHandler(m_previous); }
 
-    /** Lines with @p text in them may come, and at least one has to. */
+    /** Lines that contain @p text may come, and at least one must. */
     void expect(const QString &text) { m_expected.append(text); }
 
-    /** Lines with @p text in them may come. */
+    /** Lines that contain @p text may come. */
     void allow(const QString &text) { m_allowed.append(text); }
 
-    /** All lines so far but those of the debug level. */
+    /** All lines so far except debug messages. */
     [[nodiscard]] QStringList lines() const
     {
         const QMutexLocker lock(&m_mutex);
         return m_lines;
     }
 
-    /** What came unannounced and what did not come; empty if all is well. */
+    /** Unexpected and missing lines; empty if there are none. */
     [[nodiscard]] QString complaints() const
     {
         const QMutexLocker lock(&m_mutex);
@@ -72,7 +72,7 @@ private:
     inline static LogTrap *s_trap = nullptr; // a message handler gets no context
     mutable QMutex m_mutex; ///< guards the next two
     QStringList m_lines;
-    QStringList m_warnings; ///< those of m_lines that are not mere information
+    QStringList m_warnings; ///< the lines of m_lines above the info level
     QStringList m_expected;
     QStringList m_allowed;
     QtMessageHandler m_previous;

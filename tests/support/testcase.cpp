@@ -11,7 +11,7 @@
 namespace settings {
 namespace {
 
-    /** Qt keeps what it has parsed for as long as a file looks the same: this one looks new. */
+    /** Qt parses a file anew only if its time stamp or size has changed. */
     void touch(QFile &file)
     {
         static QDateTime stamp = QDateTime::currentDateTimeUtc();

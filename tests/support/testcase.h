@@ -14,25 +14,25 @@
 
 class Config;
 
-/** The settings of the process under test, which lie in folders of its own (see testmain.cpp). */
+/** The settings of the process under test, in its private folders (see testmain.cpp). */
 namespace settings {
-/** The file of the user, the one that the program writes. */
+/** The user's file, which the program writes. */
 [[nodiscard]] QString userFile();
-/** Stores a value in that file, in force at once. */
+/** Stores a value in that file; takes effect at once. */
 void set(const QString &key, const QVariant &value);
-/** All that stands in it, as "key=value" in the order of the keys. */
+/** Its content as "key=value", sorted by key. */
 [[nodiscard]] QString own();
-/** Content of a file, empty when there is none. */
+/** Content of a file; empty if it does not exist. */
 [[nodiscard]] QString read(const QString &path);
-/** Writes a file by hand, in force from the next restart(). */
+/** Writes a file; takes effect at the next restart(). */
 void write(const QString &path, const QString &content);
-/** As a new start of the program: the singletons are gone, and the files are read anew. */
+/** Like a new start of the program: deletes the singletons and reads the files again. */
 Config *restart();
-/** The same with these texts in the user's file and in the machine-wide one behind it. */
+/** The same with these texts in the user's file and in the machine-wide file. */
 Config *startWith(const QString &user, const QString &machine = {});
 } // namespace settings
 
-/** Base of the test classes: each test has empty settings, no singleton yet, and a trapped log. */
+/** Base of the test classes: each test starts with empty settings, no singletons and a LogTrap. */
 class TestCase : public QObject
 {
     Q_OBJECT
@@ -40,10 +40,10 @@ class TestCase : public QObject
 protected:
     [[nodiscard]] LogTrap &log() { return *m_log; }
 
-    /** The services of the test, started on first use; the settings then lead to room 1 there. */
+    /** The simulated services, started on first use; the settings then point to room 1 there. */
     simulator::Simulator &services();
 
-    /** A download from services(). */
+    /** The address of today's schedule in services(). */
     [[nodiscard]] QUrl today()
     {
         return QUrl(QDate::currentDate().toString(services().scheduleUrlTemplate()));
@@ -54,7 +54,7 @@ protected:
         (QTest::addColumn<Types>(names), ...);
     }
 
-    /** Cells that are plain text become a QString. */
+    /** Stores string literals as QString. */
     template <typename... Cells> static void row(const char *tag, Cells... cells)
     {
         (QTest::newRow(tag) << ... << cells);
@@ -75,10 +75,10 @@ private:
     std::unique_ptr<simulator::Simulator> m_services;
 };
 
-/** What the executable runs. */
+/** The test classes that the executable runs. */
 inline QVector<std::function<std::unique_ptr<QObject>()>> registeredTests;
 
-/** One object of this in the file of a test class T puts it on the list. */
+/** An object of this type in the file of test class T registers it. */
 template <typename T> struct RegisterTest
 {
     RegisterTest()

@@ -9,8 +9,8 @@
 #include <QTemporaryDir>
 
 /**
- * For LeakSanitizer: the offscreen platform never gives back its screen and what hangs on it. The
- * unwinder sees no further than these frames, below which nothing of ours is allocated.
+ * For LeakSanitizer: the offscreen platform never frees its screen and the objects of it. The stack
+ * traces end at these frames; none of our allocations is below them.
  */
 extern "C" const char *__lsan_default_suppressions() // NOLINT(bugprone-reserved-identifier)
 {
@@ -19,8 +19,8 @@ extern "C" const char *__lsan_default_suppressions() // NOLINT(bugprone-reserved
 }
 
 /**
- * Runs all registered test classes in an environment of their own, however it is started. The name
- * of a class as first argument selects it: "tst_net TestRequestLimits endEveryRequest:silent".
+ * Runs all registered test classes in a private environment. The name of a class as first argument
+ * selects it: "tst_net TestHttp endsEveryRequest:silent".
  */
 int main(int argc, char *argv[])
 {
@@ -38,7 +38,7 @@ int main(int argc, char *argv[])
     setGermanLocale();
     registerMetaTypes();
     registerQmlTypes();
-    delete Config::instance(); // made by the line before; each test begins without
+    delete Config::instance(); // created by the line before; tests start without it
     int failures = 0;
     const bool isSelected = argc > 1 && qstrncmp(argv[1], "Test", 4) == 0;
     for (const auto &make : qAsConst(registeredTests)) {

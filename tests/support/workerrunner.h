@@ -6,7 +6,7 @@
 #include <QObject>
 #include <QThread>
 
-/** A worker in a thread of its own, as the program runs it; both end with this object. */
+/** Runs a worker in its own thread like the program; both end with this object. */
 template <typename Worker> struct WorkerRunner
 {
     explicit WorkerRunner(Worker *w)
@@ -26,7 +26,7 @@ template <typename Worker> struct WorkerRunner
         thread.wait();
     }
 
-    /** Has a slot of the worker called in its thread. */
+    /** Calls a slot of the worker in its thread. */
     void post(const char *slot) const
     {
         QMetaObject::invokeMethod(worker, slot, Qt::QueuedConnection);

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Lumenboard developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "net/requestlimits.h"
+#include "net/http.h"
 #include "support/fakereply.h"
 #include "support/testcase.h"
 
@@ -10,26 +10,26 @@ using namespace std::chrono_literals;
 
 Q_DECLARE_METATYPE(RequestLimits)
 
-class TestRequestLimits : public TestCase
+class TestHttp : public TestCase
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void endEveryRequest_data()
+    void endsEveryRequest_data()
     {
         columns<Fault, int, RequestLimits, QString>("fault", "dripMs", "limits", "reason");
         const char *tooLong = "after its time limit";
         const char *tooLarge = "since its body is too large";
         row("good", Fault::None, 0, RequestLimits { 5s, 5s, 10 }, "");
         row("steady", Fault::Drip, 60, RequestLimits { 500ms, 5s, 10 }, "");
-        row("silent", Fault::Hang, 0, RequestLimits { 100ms, 5s, 10 }, "silence");
+        row("silent", Fault::Hang, 0, RequestLimits { 100ms, 5s, 10 }, "silent");
         row("hanging", Fault::Hang, 0, RequestLimits { 5s, 100ms, 10 }, tooLong);
         row("too slow", Fault::Drip, 60, RequestLimits { 5s, 200ms, 10 }, tooLong);
         row("too large", Fault::None, 0, RequestLimits { 5s, 5s, 9 }, tooLarge);
         row("declared too large", Fault::Drip, 10000, RequestLimits { 5s, 5s, 9 }, tooLarge);
     }
 
-    void endEveryRequest()
+    void endsEveryRequest()
     {
         const auto limits = at<RequestLimits>("limits");
         const QString reason = at("reason");
@@ -40,8 +40,7 @@ private Q_SLOTS:
             log().expect(reason);
 
         QNetworkAccessManager manager;
-        QNetworkReply *reply = manager.get(limitedRequest(today(), limits));
-        enforceLimits(reply, limits);
+        QNetworkReply *reply = http::get(manager, QNetworkRequest(today()), limits);
         QSignalSpy finished(reply, &QNetworkReply::finished);
         QVERIFY(finished.wait(3000));
         QCOMPARE(finished.count(), 1);
@@ -54,12 +53,13 @@ private Q_SLOTS:
         QCOMPARE(headers.values("accept-encoding"), QList<QByteArray> { "identity" });
     }
 
-    void countBytesOfAnUndeclaredBody()
+    void countsBytesOfAnUndeclaredBody()
     {
         log().expect("since its body is too large"_s);
         for (const bool isReadAtOnce : { false, true }) {
             FakeReply reply(QUrl("http://plenar.example/"_s));
-            enforceLimits(&reply, { 5s, 5s, 1000 });
+            QCOMPARE(http::send({}, { 5s, 5s, 1000 }, [&](const auto &) { return &reply; }),
+                     &reply);
             if (isReadAtOnce)
                 connect(&reply, &QNetworkReply::readyRead, &reply, [&reply] { reply.readAll(); });
             const QSignalSpy finished(&reply, &QNetworkReply::finished);
@@ -75,6 +75,6 @@ private Q_SLOTS:
     }
 };
 
-static const RegisterTest<TestRequestLimits> registered;
+static const RegisterTest<TestHttp> registered;
 
-#include "tst_requestlimits.moc"
+#include "tst_http.moc"

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Lumenboard developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "net/tokenanswer.h"
+#include "net/tokenresponse.h"
 
 #include "base/exceptions.h"
 
@@ -42,11 +42,11 @@ QString readString(const QJsonObject &object, const QString &key)
     return value.toString();
 }
 
-/** Whether nothing in @p token could end the header line that will carry it. */
+/** True if no character of @p token can end the header line that carries it. */
 bool fitsHeader(const QString &token)
 {
     return std::all_of(token.begin(), token.end(),
-                       [](QChar each) { return each > QLatin1Char(' ') && each < QChar(0x7f); });
+                       [](QChar c) { return c > QLatin1Char(' ') && c < QChar(0x7f); });
 }
 
 int readInt(const QJsonObject &object, const QString &key)
@@ -64,7 +64,7 @@ int readInt(const QJsonObject &object, const QString &key)
 
 } // namespace
 
-TokenAnswer parseTokenAnswer(const QByteArray &body)
+TokenResponse parseTokenResponse(const QByteArray &body)
 {
     const QString accessToken = QStringLiteral("access_token");
     const QString expiresIn = QStringLiteral("expires_in");
@@ -72,37 +72,37 @@ TokenAnswer parseTokenAnswer(const QByteArray &body)
     const QString refreshExpiresIn = QStringLiteral("refresh_expires_in");
 
     const QJsonObject object = parseObject(body);
-    TokenAnswer answer;
+    TokenResponse response;
 
     requireKey(object, accessToken);
-    answer.accessToken = readString(object, accessToken);
-    if (answer.accessToken.isEmpty())
+    response.accessToken = readString(object, accessToken);
+    if (response.accessToken.isEmpty())
         throw KCException(QStringLiteral("\"%1\" is empty.").arg(accessToken));
-    if (!fitsHeader(answer.accessToken))
+    if (!fitsHeader(response.accessToken))
         throw KCException(
             QStringLiteral("\"%1\" has characters that no header takes.").arg(accessToken));
 
     requireKey(object, expiresIn);
-    answer.expiresIn = readInt(object, expiresIn);
-    if (answer.expiresIn < 1)
+    response.expiresIn = readInt(object, expiresIn);
+    if (response.expiresIn < 1)
         throw KCException(
-            QStringLiteral("\"%1\" is too soon (%2).").arg(expiresIn).arg(answer.expiresIn));
+            QStringLiteral("\"%1\" is too soon (%2).").arg(expiresIn).arg(response.expiresIn));
 
     const auto isGiven = [&object](const QString &key) {
         const QJsonValue value = object.value(key);
         return !value.isUndefined() && !value.isNull();
     };
     if (!isGiven(refreshToken))
-        return answer; // what stands beside it means nothing then
-    answer.refreshToken = readString(object, refreshToken);
+        return response; // without a token its validity has no meaning
+    response.refreshToken = readString(object, refreshToken);
     if (isGiven(refreshExpiresIn))
-        answer.refreshExpiresIn = readInt(object, refreshExpiresIn);
-    return answer;
+        response.refreshExpiresIn = readInt(object, refreshExpiresIn);
+    return response;
 }
 
 std::chrono::milliseconds renewalInterval(int expiresIn)
 {
-    // Nine tenths of the validity, then a tenth of that: several tries fit before the token ends.
+    // The interval is a tenth of t, so several attempts fit before the token expires.
     const std::chrono::seconds t(qint64(expiresIn) * 9 / 10);
     if (t > 6009s)
         return 600s;

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "config/config.h"
-#include "net/fencednetworkaccessmanager.h"
+#include "net/restrictednetworkaccessmanager.h"
 #include "support/testcase.h"
 
 #include <QBuffer>
@@ -34,7 +34,7 @@ static constexpr auto view = R"(
     }
 )";
 
-class TestFencedNetworkAccessManager : public TestCase
+class TestRestrictedNetworkAccessManager : public TestCase
 {
     Q_OBJECT
 
@@ -129,10 +129,10 @@ private:
         return std::unique_ptr<QObject>(component.create());
     }
 
-    FencedNetworkAccessManagerFactory m_factory { RequestLimits { 5s, 1s, 5000 } };
+    RestrictedNetworkAccessManagerFactory m_factory { RequestLimits { 5s, 1s, 5000 } };
     std::unique_ptr<QQmlEngine> m_engine;
 };
 
-static const RegisterTest<TestFencedNetworkAccessManager> registered;
+static const RegisterTest<TestRestrictedNetworkAccessManager> registered;
 
-#include "tst_fencednetworkaccessmanager.moc"
+#include "tst_restrictednetworkaccessmanager.moc"

@@ -1,0 +1,79 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "net/http.h"
+
+#include <QDebug>
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+#include <QNetworkRequest>
+#include <QTimer>
+
+namespace http {
+
+namespace {
+
+    void giveUp(QNetworkReply *reply, const char *reason)
+    {
+        if (reply->isFinished())
+            return;
+        qWarning() << "Giving up request for" << reply->url() << reason;
+        reply->abort();
+    }
+
+    void limitTime(QNetworkReply *reply, std::chrono::milliseconds deadline)
+    {
+        auto *timer = new QTimer(reply);
+        timer->setSingleShot(true);
+        QObject::connect(timer, &QTimer::timeout, reply,
+                         [reply] { giveUp(reply, "after its time limit"); });
+        QObject::connect(reply, &QNetworkReply::finished, timer, &QTimer::stop);
+        timer->start(deadline);
+    }
+
+    void limitBody(QNetworkReply *reply, qint64 maxBytes)
+    {
+        // Bounds what Qt buffers while this thread is busy.
+        reply->setReadBufferSize(maxBytes + 1);
+        const auto checkSize = [reply, maxBytes](qint64 bytes) {
+            if (bytes > maxBytes)
+                giveUp(reply, "since its body is too large");
+        };
+        QObject::connect(reply, &QNetworkReply::metaDataChanged, reply, [reply, checkSize] {
+            checkSize(reply->header(QNetworkRequest::ContentLengthHeader).toLongLong());
+        });
+        // Qt throttles progress signals, so count the unread bytes between two of them as well.
+        QObject::connect(reply, &QNetworkReply::readyRead, reply,
+                         [reply, checkSize] { checkSize(reply->bytesAvailable()); });
+        QObject::connect(reply, &QNetworkReply::downloadProgress, reply,
+                         [checkSize](qint64 received, qint64) { checkSize(received); });
+    }
+
+} // namespace
+
+QNetworkReply *get(QNetworkAccessManager &manager, const QNetworkRequest &request,
+                   const RequestLimits &limits)
+{
+    return send(request, limits,
+                [&](const QNetworkRequest &limited) { return manager.get(limited); });
+}
+
+QNetworkReply *post(QNetworkAccessManager &manager, const QNetworkRequest &request,
+                    const QByteArray &body, const RequestLimits &limits)
+{
+    return send(request, limits,
+                [&](const QNetworkRequest &limited) { return manager.post(limited, body); });
+}
+
+QNetworkReply *send(QNetworkRequest request, const RequestLimits &limits,
+                    const Transport &transport)
+{
+    request.setTransferTimeout(static_cast<int>(limits.transferTimeout.count()));
+    request.setRawHeader(QByteArrayLiteral("Accept-Encoding"), QByteArrayLiteral("identity"));
+    QNetworkReply *reply = transport(request);
+    limitTime(reply, limits.deadline);
+    limitBody(reply, limits.maxBodyBytes);
+    return reply;
+}
+
+} // namespace http

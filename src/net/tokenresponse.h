@@ -1,0 +1,25 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <chrono>
+
+/** The response of the token endpoint (RFC 6749, section 5.1, with Keycloak's refresh_expires_in).
+ */
+struct TokenResponse
+{
+    QString accessToken;
+    int expiresIn = 0; ///< s
+    QString refreshToken; ///< empty if missing, as current servers do
+    int refreshExpiresIn = 0; ///< s; 0 if missing
+};
+
+/** Reads @p body; throws KCException with a message that contains no part of a token. */
+[[nodiscard]] TokenResponse parseTokenResponse(const QByteArray &body);
+
+/** The time after which to renew a token that is valid for @p expiresIn seconds. */
+[[nodiscard]] std::chrono::milliseconds renewalInterval(int expiresIn);
