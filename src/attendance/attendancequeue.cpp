@@ -79,9 +79,10 @@ void AttendanceQueue::log(quint64 transponderId)
     };
     try {
         request->build();
-        // The GUI thread, once woken, often takes the processor from this one: it shall do so while
-        // the disk has to be waited for anyway.
-        request->setSpoolPath(m_spool.create(request->data(), greet));
+        DurableFile file = m_spool.write(request->data());
+        // The GUI thread takes the processor once it is woken: wake it while the disk works.
+        greet();
+        request->setSpoolPath(Spool::commit(file));
         if (m_underWay.size() >= noticelimits::mostCards)
             throw AttendanceWarningException(tr("Too many cards at once."));
         send(request);
