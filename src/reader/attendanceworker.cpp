@@ -8,6 +8,7 @@
 #include "attendance/attendancequeue.h"
 #include "base/connections.h"
 #include "base/exceptions.h"
+#include "base/failure.h"
 #include "net/xnetworkaccessmanager.h"
 #include "notifications/notificationhandle.h"
 #include "presence/tallyxqueue.h"
@@ -21,7 +22,6 @@
 #include <algorithm>
 #include <atomic>
 #include <cctype>
-#include <cxxabi.h>
 #include <pthread.h>
 
 using namespace std::chrono_literals;
@@ -243,16 +243,13 @@ void AttendanceWorker::onSerialPortReadyRead()
 /** Up to the first that is no card, of which the person is told; false then. */
 bool AttendanceWorker::handleLines()
 {
-    try {
+    const auto failure = catchFailure([this] {
         while (const auto line = m_lines.takeLine())
             handleCard(*line);
-        return true;
-    } catch (abi::__forced_unwind &) {
-        throw; // the thread is being ended
-    } catch (...) {
-        m_queue->reportFailure(std::current_exception());
-        return false;
-    }
+    });
+    if (failure)
+        m_queue->reportFailure(*failure);
+    return !failure;
 }
 
 /** Whoever held up a card before the reader vanished has been read. */
@@ -287,7 +284,7 @@ void AttendanceWorker::processQueue()
 {
     if (isLoggingStopped())
         return;
-    if (m_queue->isBusy() || m_presence->isBusy()) {
+    if (m_queue->hasOutstanding() || m_presence->hasOutstanding()) {
         qDebug() << "ongoing requests - queue processing deferred";
         m_queueTimer->start(10s);
         return;
@@ -298,8 +295,8 @@ void AttendanceWorker::processQueue()
 void AttendanceWorker::makeRoomForCards()
 {
     const bool isHeld = m_queue->hasFresh() || m_presence->hasFresh();
-    m_queue->setHeld(isHeld);
-    m_presence->setHeld(isHeld);
+    m_queue->setPaused(isHeld);
+    m_presence->setPaused(isHeld);
 }
 
 /** A record that might be logged twice is considered worse than none being logged. */
