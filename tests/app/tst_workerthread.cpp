@@ -2,15 +2,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "app/workerthread.h"
+#include "base/failure.h"
 #include "support/testcase.h"
 
 #include <QThread>
 
 #include <atomic>
-#include <cxxabi.h>
 #include <unistd.h>
 
-/** A worker that never comes back, in init() or in a slot that catches everything. */
+/** A worker that blocks for ever, in init() or in a slot that catches everything. */
 class BlockedWorker : public QObject
 {
     Q_OBJECT
@@ -27,20 +27,15 @@ private Q_SLOTS:
     void init()
     {
         if (m_blocksInSlot)
-            QMetaObject::invokeMethod(this, "guardedSlot", Qt::QueuedConnection);
+            QMetaObject::invokeMethod(this, "catchingSlot", Qt::QueuedConnection);
         else
             block();
     }
 
-    void guardedSlot()
+    void catchingSlot()
     {
-        try {
-            block();
-        } catch (abi::__forced_unwind &) {
-            throw;
-        } catch (...) {
+        if (catchFailure([this] { block(); }))
             qFatal("the end of a thread is no failure of ours");
-        }
     }
 
 private:
@@ -63,7 +58,7 @@ private Q_SLOTS:
     {
         columns<bool>("blocksInSlot");
         row("in init()", false);
-        row("in a guarded slot", true);
+        row("in a catching slot", true);
     }
 
     void endsABlockedWorker()
