@@ -23,8 +23,7 @@ public:
     /** Matches records: no links, pipes or hidden files. */
     static constexpr QDir::Filters recordFilter { QDir::Files | QDir::NoSymLinks };
 
-    /** Names the folder: by a variable, else by a setting, else as a subfolder of the local data.
-     */
+    /** Where the folder is named: by a variable, else by a setting, else below the local data. */
     struct Place
     {
         const char *variable;

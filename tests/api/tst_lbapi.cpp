@@ -3,6 +3,7 @@
 
 #include "api/lbapi.h"
 #include "schedule/scheduledocument.h"
+#include "support/notices.h"
 #include "support/testcase.h"
 
 #include <QElapsedTimer>
@@ -243,13 +244,6 @@ private:
             return !LBAPI::instance()->findChild<QNetworkAccessManager *>()
                 && LBAPI::instance()->findChildren<EventData *>().size() == 1;
         });
-    }
-
-    /** The newest notification. */
-    static Notification *notice()
-    {
-        const NotificationsModel *model = LBAPI::instance()->notifications();
-        return model->index(0).data(NotificationsModel::DataRole).value<Notification *>();
     }
 };
 

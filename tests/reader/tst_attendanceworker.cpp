@@ -157,7 +157,7 @@ private Q_SLOTS:
         QCOMPARE(attendanceSpool().count(), 1);
     }
 
-    void answersThoughTheNoticeIsClosed()
+    void completesARecordWhoseNoticeIsClosed()
     {
         services().setFault(Route::Attendance, Fault::Hang);
         const Running running;
