@@ -28,10 +28,6 @@
         <translation>Fehler</translation>
     </message>
     <message>
-        <source>FATAL ERROR</source>
-        <translation>SCHWERER FEHLER</translation>
-    </message>
-    <message>
         <source>Failed to remove an attendance log request from the queue. Attendance logging has been stopped.
 
 %1</source>
@@ -186,6 +182,13 @@ Neuer Versuch in %3 s.</translation>
     </message>
 </context>
 <context>
+    <name>RecordQueue</name>
+    <message>
+        <source>FATAL ERROR</source>
+        <translation>SCHWERER FEHLER</translation>
+    </message>
+</context>
+<context>
     <name>RegistrationLogin</name>
     <message>
         <source>Login</source>
@@ -254,6 +257,9 @@ Neuer Versuch in %3 s.</translation>
         <source>Unknown error</source>
         <translation>Unbekannter Fehler</translation>
     </message>
+</context>
+<context>
+    <name>TallyxNotice</name>
     <message>
         <source>Presence</source>
         <translation>Präsenz</translation>
@@ -282,13 +288,20 @@ Neuer Versuch in %3 s.</translation>
         <source>Error</source>
         <translation>Fehler</translation>
     </message>
+</context>
+<context>
+    <name>TallyxQueue</name>
+    <message>
+        <source>Presence</source>
+        <translation>Präsenz</translation>
+    </message>
+    <message>
+        <source>Too many cards at once.</source>
+        <translation>Zu viele Karten auf einmal.</translation>
+    </message>
     <message>
         <source>Authentication unavailable.</source>
         <translation>Keine Anmeldung am Dienst möglich.</translation>
-    </message>
-    <message>
-        <source>FATAL ERROR</source>
-        <translation>SCHWERER FEHLER</translation>
     </message>
     <message>
         <source>Failed to remove a log request from the queue. Logging has been stopped.
@@ -297,10 +310,6 @@ Neuer Versuch in %3 s.</translation>
         <translation>Eine Buchung konnte nicht aus der Warteschlange entfernt werden. Die Erfassung wurde angehalten.
 
 %1</translation>
-    </message>
-    <message>
-        <source>Too many cards at once.</source>
-        <translation>Zu viele Karten auf einmal.</translation>
     </message>
 </context>
 <context>
@@ -332,6 +341,13 @@ Neuer Versuch in %3 s.</translation>
     <message>
         <source>Close</source>
         <translation>Schließen</translation>
+    </message>
+</context>
+<context>
+    <name>tallyxservice</name>
+    <message>
+        <source>Authentication unavailable.</source>
+        <translation>Keine Anmeldung am Dienst möglich.</translation>
     </message>
 </context>
 </TS>

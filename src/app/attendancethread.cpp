@@ -9,9 +9,14 @@
 #include <QDebug>
 #include <QThread>
 
+#include <atomic>
+
 namespace {
 
-/** One for the process: windows come and go, and a thread outlives none of its objects. */
+/// Survives the worker: a rebuilt window must not resume what was stopped for good.
+std::atomic<bool> s_isLoggingStopped = false;
+
+/** One thread for the process, since windows come and go. */
 QThread &attendanceThread()
 {
     static QThread thread;
@@ -20,19 +25,24 @@ QThread &attendanceThread()
 
 } // namespace
 
-void startAttendanceThread()
+AttendanceWorker *startAttendanceThread()
 {
     QThread &thread = attendanceThread();
     if (thread.isRunning()) {
         qWarning() << "Attendance worker thread already running.";
-        return;
+        return nullptr;
     }
-    if (AttendanceWorker::isLoggingStopped()) {
+    if (s_isLoggingStopped) {
         qWarning() << "Logging has been stopped, not starting the attendance worker thread.";
-        return;
+        return nullptr;
     }
     qDebug() << "Starting attendance worker thread..." << QThread::currentThread();
-    startWorkerThread(thread, new AttendanceWorker);
+    auto *worker = new AttendanceWorker;
+    QObject::connect(
+        worker, &AttendanceWorker::loggingStopped, worker, [] { s_isLoggingStopped = true; },
+        Qt::DirectConnection);
+    startWorkerThread(thread, worker);
+    return worker;
 }
 
 void stopAttendanceThread()

@@ -3,13 +3,18 @@
 
 #pragma once
 
+class AttendanceWorker;
+
 /**
- * The thread that reads cards: starts and ends with each window, so that a rebuild starts reader
- * and queue anew. GUI thread.
+ * The thread of the card reader. It starts and ends with each window, so that a rebuild restarts
+ * reader and queues. Called in the GUI thread.
  */
 
-/** Starts a fresh worker, unless one runs or logging was stopped for good. */
-void startAttendanceThread();
+/**
+ * Starts the thread with a new worker and returns the worker. Returns null if the thread is running
+ * already or logging was stopped for good.
+ */
+AttendanceWorker *startAttendanceThread();
 
-/** Ends the worker, after two seconds by force. */
+/** Ends the thread and its worker, after two seconds by force. */
 void stopAttendanceThread();

@@ -13,12 +13,12 @@
 void startWorkerThread(QThread &thread, QObject *worker)
 {
     worker->moveToThread(&thread);
-    // A thread that is ended by force amid a destructor would take the process along.
+    // Cancelling the thread inside a destructor would abort the process.
     QObject::connect(&thread, &QThread::finished, worker,
                      [] { pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, nullptr); });
     connectChecked(&thread, SIGNAL(finished()), worker, SLOT(deleteLater()));
-    // Slots of this signal run with cancellation disabled: a worker that blocks in init() could not
-    // even be terminated, and the program would never end.
+    // Qt calls the slots of this signal with cancellation disabled. A worker that blocks in init()
+    // could not be terminated then, and the program would never end.
     QObject::connect(&thread, &QThread::started, worker,
                      [] { pthread_setcancelstate(PTHREAD_CANCEL_ENABLE, nullptr); });
     connectChecked(&thread, SIGNAL(started()), worker, SLOT(init()));

@@ -6,7 +6,7 @@
 class QObject;
 class QThread;
 
-/** Log texts of a thread's end. */
+/** Log lines for the end of a thread. */
 struct WorkerThreadTexts
 {
     const char *stopping;
@@ -15,13 +15,13 @@ struct WorkerThreadTexts
 };
 
 /**
- * Moves @p worker to @p thread, has its slot init() called there once the thread has started and
- * the worker deleted when it has finished, and starts the thread.
+ * Moves @p worker to @p thread and starts the thread. The worker's slot init() runs there first;
+ * the worker is deleted when the thread has finished.
  */
 void startWorkerThread(QThread &thread, QObject *worker);
 
 /**
- * Ends @p thread, which may look for a requested interruption while it is busy; one that does not
- * leave its event loop within two seconds is terminated. Returns false when it was not running.
+ * Ends @p thread, which can notice the requested interruption while it is busy. Terminates it if it
+ * has not left its event loop within two seconds. Returns false if it was not running.
  */
 [[nodiscard]] bool stopWorkerThread(QThread &thread, const WorkerThreadTexts &texts);

@@ -10,28 +10,28 @@
 class QIODevice;
 
 /**
- * The names that the attendance service gave for cards, so that a person is greeted before it has
- * answered again. Kept in a small XML file. Lives in the attendance worker's thread.
+ * The names that the attendance service has returned for cards, so that a person is greeted before
+ * it responds again. Kept in a small XML file. Lives in the attendance worker's thread.
  */
 class AttendanceNameCache : public QObject
 {
     Q_OBJECT
 
 public:
-    /** Loads the file. A missing or broken one is logged, and what could be read of it counts. */
+    /** Loads the file. A missing or broken one is logged; the entries before the error count. */
     explicit AttendanceNameCache(QObject *parent = nullptr);
-    /** Saves what has changed. */
+    /** Saves the file if anything has changed. */
     ~AttendanceNameCache() override;
 
     void insert(quint64 transponderId, const QString &name);
-    /** The name of a card's owner, empty when it is not known. */
+    /** The name of a card's owner; empty if it is unknown. */
     [[nodiscard]] QString name(quint64 transponderId) const;
 
-    /** Where the names are kept: by variable, else by setting, else with the local data. */
+    /** Path of the file: by a variable, else by a setting, else in the local data. */
     [[nodiscard]] static QString fileName();
 
 private Q_SLOTS:
-    /** Writes the file if anything has changed; a failure is logged and leaves that to do. */
+    /** Writes the file if anything has changed. A failure is logged; the next call tries again. */
     void save();
 
 private:

@@ -9,14 +9,13 @@
 #include "config/config.h"
 #include "net/errortext.h"
 #include "net/http.h"
+#include "spool/recordqueue.h"
 
 #include <QDebug>
 #include <QFile>
 #include <QXmlStreamReader>
 #include <QXmlStreamWriter>
 
-#include <cxxabi.h>
-#include <memory>
 #include <utility>
 
 namespace {
@@ -29,7 +28,7 @@ namespace element {
     const QString transponderId = QStringLiteral("transponderId");
 } // namespace element
 
-constexpr qint64 longestRecord = 65536; // bytes; ours have some 200
+constexpr qint64 maxRecordBytes = 65536; // ours have some 200
 
 } // namespace
 
@@ -50,10 +49,12 @@ AttendanceRequest::AttendanceRequest(const QString &spoolPath, QObject *parent)
     QFile file(spoolPath);
     if (!file.open(QIODevice::ReadOnly))
         qWarning() << "Failed to open" << spoolPath << file.errorString();
-    const bool isPlausible = file.isOpen() && file.size() <= longestRecord;
+    const bool isPlausible = file.isOpen() && file.size() <= maxRecordBytes;
     QXmlStreamReader reader(isPlausible ? file.readAll() : QByteArray());
     read(reader);
 }
+
+AttendanceRequest::~AttendanceRequest() = default;
 
 void AttendanceRequest::build()
 {
@@ -87,21 +88,18 @@ void AttendanceRequest::onFinished()
 {
     const QPointer<QNetworkReply> reply = std::exchange(m_reply, {});
     reply->deleteLater();
-    m_wasAnswered = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).isValid();
-    std::unique_ptr<AttendanceResponse> response;
-    try {
+    RecordOutcome outcome;
+    outcome.wasAnswered = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).isValid();
+    outcome.failure = catchFailure([&] {
         if (reply->error() != QNetworkReply::NoError)
             throw AttendanceWarningException(
                 QStringLiteral("Network error: %1 %2")
                     .arg(QString::number(reply->error()), errorText(*reply)));
-        response = std::make_unique<AttendanceResponse>(reply->readAll());
-    } catch (abi::__forced_unwind &) {
-        throw; // the thread is being ended
-    } catch (...) {
-        Q_EMIT failed(std::current_exception());
-        return;
-    }
-    Q_EMIT succeeded(*response);
+        m_response = std::make_unique<AttendanceResponse>(reply->readAll());
+    });
+    Q_EMIT finished(outcome);
+    if (m_response)
+        m_response->log();
 }
 
 void AttendanceRequest::read(QXmlStreamReader &reader)

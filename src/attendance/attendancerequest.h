@@ -10,16 +10,17 @@
 #include <QObject>
 #include <QPointer>
 
-#include <exception>
+#include <memory>
 
 class AttendanceResponse;
 class QNetworkAccessManager;
 class QXmlStreamReader;
+struct RecordOutcome;
 struct RequestLimits;
 
 /**
  * One attendance record on its way to the service: builds the XML document, signs and posts it, and
- * reads the answer. The document as first built is also what the spool holds.
+ * reads the response. The spool holds the document as it was first built.
  *
  * Lives in the attendance worker's thread.
  */
@@ -34,30 +35,28 @@ public:
     /** The record in the file @p spoolPath. Throws AttendanceErrorException if it holds none. */
     explicit AttendanceRequest(const QString &spoolPath, QObject *parent = nullptr);
 
-    /** Whether the record was read from the spool: nobody waits for the answer. */
-    [[nodiscard]] bool isDelayed() const { return m_isDelayed; }
+    ~AttendanceRequest() override;
+
     [[nodiscard]] quint64 transponderId() const { return m_transponderId; }
     [[nodiscard]] int locationId() const { return m_locationId; }
-    /** What tells the person. */
+    /** The notice of the person who waits. */
     [[nodiscard]] const NotificationHandle &notification() const { return m_notification; }
     void setNotification(const NotificationHandle &shown) { m_notification = shown; }
-    /** The file with this record; empty as long as there is none. */
+    /** The file with this record; empty until there is one. */
     [[nodiscard]] QString spoolPath() const { return m_spoolPath; }
     void setSpoolPath(const QString &path) { m_spoolPath = path; }
     /** The document of the latest build(). */
     [[nodiscard]] const QByteArray &data() const { return m_data; }
-    /** Whether the service sent any answer, and be it a refusal. */
-    [[nodiscard]] bool wasAnswered() const { return m_wasAnswered; }
+    /** What the service responded; null until it has taken the record. */
+    [[nodiscard]] const AttendanceResponse *response() const { return m_response.get(); }
 
-    /** Makes the document anew; that of a delayed record tells how long it has waited. */
+    /** Builds the document; one from the spool also tells how long it has waited. */
     void build();
-    /** Signs the document and posts it; succeeded() or failed() follow. */
+    /** Signs the document and posts it; finished() follows once. */
     void send(QNetworkAccessManager &manager, const RequestLimits &limits);
 
 Q_SIGNALS:
-    void succeeded(const AttendanceResponse &response);
-    /** @p exception as it was thrown. */
-    void failed(const std::exception_ptr &exception);
+    void finished(const RecordOutcome &outcome);
 
 private Q_SLOTS:
     void onFinished();
@@ -66,12 +65,12 @@ private:
     void read(QXmlStreamReader &reader);
 
     QDateTime m_requestTime;
-    bool m_isDelayed;
+    bool m_isDelayed; ///< read from the spool
     int m_locationId = 0;
     quint64 m_transponderId = 0;
     NotificationHandle m_notification;
     QString m_spoolPath;
     QByteArray m_data;
     QPointer<QNetworkReply> m_reply;
-    bool m_wasAnswered = false;
+    std::unique_ptr<AttendanceResponse> m_response;
 };

@@ -16,11 +16,11 @@
 
 namespace {
 
-constexpr int longestText = 2000; // more fits no card, and would keep the screen busy
+constexpr int maxTextLength = 2000; // more fits no notice and keeps the screen busy
 
 QString readText(QXmlStreamReader &reader)
 {
-    return reader.readElementText(QXmlStreamReader::SkipChildElements).left(longestText);
+    return reader.readElementText(QXmlStreamReader::SkipChildElements).left(maxTextLength);
 }
 
 } // namespace
@@ -41,10 +41,10 @@ void AttendanceResponse::log() const
 
 uint AttendanceResponse::timeout() const
 {
-    constexpr qint64 longest = std::numeric_limits<int>::max();
-    if (m_timeout < 0) // 0 would be for ever
+    constexpr qint64 maximum = std::numeric_limits<int>::max();
+    if (m_timeout < 0) // 0 would mean for ever
         return noticelimits::temporaryMs;
-    return static_cast<uint>(std::min(m_timeout, longest));
+    return static_cast<uint>(std::min(m_timeout, maximum));
 }
 
 void AttendanceResponse::read(QXmlStreamReader &reader)

@@ -8,7 +8,7 @@
 
 class QXmlStreamReader;
 
-/** What the attendance service answers to a record: what to show the person. */
+/** The response of the attendance service to a record: what to show the person. */
 class AttendanceResponse : public QObject
 {
     Q_OBJECT
@@ -17,7 +17,7 @@ public:
     /** Reads the document @p body; throws AttendanceErrorException, with the reason in the log. */
     explicit AttendanceResponse(const QByteArray &body, QObject *parent = nullptr);
 
-    /** Tells the log what was answered. */
+    /** Writes the response to the log. */
     void log() const;
 
     /** The person's name; may be empty. */
@@ -26,7 +26,7 @@ public:
     [[nodiscard]] int type() const { return m_type; }
     [[nodiscard]] QString title() const { return m_title; }
     [[nodiscard]] QString message() const { return m_message; }
-    /** How long the message stays, in ms, as a notification can count it; 0 for no end. */
+    /** How long the message stays, in ms and within the range of a notification; 0: for ever. */
     [[nodiscard]] uint timeout() const;
 
 private:

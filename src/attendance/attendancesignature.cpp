@@ -24,7 +24,7 @@ template <typename Integer> QByteArray littleEndian(Integer number)
 
 QByteArray attendanceNonce()
 {
-    // Kept: making one asks the processor what it can do, which a virtual machine answers slowly.
+    // Kept, since its constructor queries the processor, which is slow in a virtual machine.
     static thread_local std::random_device device("default");
     std::mt19937_64 generator(device());
     const auto first = static_cast<quint64>(generator());

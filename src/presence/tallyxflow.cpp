@@ -3,7 +3,7 @@
 
 #include "presence/tallyxflow.h"
 
-#include "base/exceptions.h"
+#include "base/failure.h"
 #include "config/config.h"
 #include "config/keys.h"
 #include "notifications/noticelimits.h"
@@ -11,7 +11,6 @@
 
 #include <QDebug>
 
-#include <cxxabi.h>
 #include <utility>
 
 namespace {
@@ -24,19 +23,6 @@ uint confirmTimeout()
 uint notificationTimeout()
 {
     return static_cast<uint>(Config::instance()->number(keys::tallyxNotificationTimeout));
-}
-
-QString textOf(const std::exception_ptr &exception)
-{
-    try {
-        std::rethrow_exception(exception);
-    } catch (const std::exception &e) {
-        return QString::fromUtf8(e.what());
-    } catch (abi::__forced_unwind &) {
-        throw; // the thread is being ended
-    } catch (...) {
-        return {};
-    }
 }
 
 } // namespace
@@ -66,7 +52,7 @@ TallyxFlow::~TallyxFlow()
 
 void TallyxFlow::start()
 {
-    guarded([this] {
+    failOnException([this] {
         m_record.save();
         m_reply = tallyxservice::getStatus(m_manager, m_record);
         m_reply->setParent(this);
@@ -90,7 +76,7 @@ void TallyxFlow::onGetStatusFinished()
     reply->deleteLater();
     if (m_state != Querying)
         return;
-    guarded([this, &reply] {
+    failOnException([this, &reply] {
         setState(Deciding);
         decide(*reply);
     });
@@ -100,7 +86,7 @@ void TallyxFlow::onButtonClicked(int idx)
 {
     if (m_state != Deciding)
         return;
-    guarded([this, idx] {
+    failOnException([this, idx] {
         if (idx == 0)
             changeType(TallyxLogEntity::IN);
         else if (idx == 1)
@@ -115,12 +101,12 @@ void TallyxFlow::postLog()
     qDebug() << "postLog()";
     if (m_state != Deciding)
         return;
-    guarded([this] {
+    failOnException([this] {
         setState(Sending);
-        m_notice.settle(m_record.type());
+        m_notice.showSent(m_record.type());
         m_record.setLogDelay(m_record.age());
         m_record.setTransmissionDelay(m_record.age());
-        trySave();
+        saveChoice();
         m_reply = tallyxservice::postLog(m_manager, m_record, m_limits);
         m_reply->setParent(this);
         connect(m_reply, &QNetworkReply::finished, this, &TallyxFlow::onPostLogFinished);
@@ -134,15 +120,16 @@ void TallyxFlow::onPostLogFinished()
     reply->deleteLater();
     if (m_state != Sending)
         return;
-    guarded([this, &reply] {
-        const QJsonObject answer = tallyxservice::readAcknowledgement(*reply);
-        Q_EMIT acknowledged(); // first of all: from here on a crash must not send it again
-        m_notice.acknowledge(tallyxservice::text(answer, "message"), notificationTimeout());
+    failOnException([this, &reply] {
+        const QJsonObject response = tallyxservice::readAcknowledgement(*reply);
+        // First of all: after a crash from here on the record must not be sent again.
+        Q_EMIT acknowledged();
+        m_notice.acknowledge(tallyxservice::text(response, "message"), notificationTimeout());
         end(Answered);
     });
 }
 
-/** The person can not be asked any more; what was sent goes on. */
+/** The question is gone; a record that was posted already goes on. */
 void TallyxFlow::onNotificationRemoved()
 {
     if (m_state != Querying && m_state != Deciding)
@@ -151,25 +138,26 @@ void TallyxFlow::onNotificationRemoved()
     end(Failed);
 }
 
-/** Lets the person choose: what the service proposes, or by hand when it can not be understood. */
+/** Asks the person, with the proposal of the service or, if that failed, without one. */
 void TallyxFlow::decide(QNetworkReply &reply)
 {
-    QString title;
-    QString message;
-    try {
-        const QJsonObject status = tallyxservice::readStatus(reply);
-        title = tallyxservice::text(status, "name");
-        message = tallyxservice::text(status, "message");
-        const QJsonValue isPresent = status.value(QLatin1String("present"));
-        if (isPresent.isBool())
-            changeType(isPresent.toBool() ? TallyxLogEntity::OUT : TallyxLogEntity::IN);
-    } catch (const AttendanceWarningException &e) {
-        qWarning() << "Failed to query presence status:" << e.what();
+    QJsonObject status;
+    const auto failure = catchFailure([&] { status = tallyxservice::readStatus(reply); });
+    if (failure && !failure->isTemporary()) {
+        fail(*failure);
+        return;
+    }
+    QString message = tallyxservice::text(status, "message");
+    if (failure) {
+        qWarning().noquote() << "Failed to query presence status:" << failure->text;
         message = tr("Failed to query your presence status. Please select \"enter\" or \"leave\" "
                      "below.")
-            + QLatin1String("\n\n") + QString::fromUtf8(e.what());
+            + QLatin1String("\n\n") + failure->text;
     }
-    m_notice.ask(m_record.type(), title, message, confirmTimeout());
+    const QJsonValue isPresent = status.value(QLatin1String("present"));
+    if (isPresent.isBool())
+        changeType(isPresent.toBool() ? TallyxLogEntity::OUT : TallyxLogEntity::IN);
+    m_notice.ask(m_record.type(), tallyxservice::text(status, "name"), message, confirmTimeout());
 }
 
 void TallyxFlow::changeType(TallyxLogEntity::Type type)
@@ -177,51 +165,43 @@ void TallyxFlow::changeType(TallyxLogEntity::Type type)
     if (m_record.type() == type)
         return;
     m_record.setType(type);
-    trySave();
+    saveChoice();
 }
 
-/**
- * A person who has been asked goes on: the choice is kept here, and saved or posted later. The
- * first save of all is none of these.
- */
-void TallyxFlow::trySave()
+/** A person who has been asked can go on without the disk: the choice is posted all the same. */
+void TallyxFlow::saveChoice()
 {
-    try {
-        m_record.save();
-    } catch (const AttendanceErrorException &e) {
-        qCritical() << "Failed to save a presence record again:" << e.what();
-    }
+    if (const auto failure = catchFailure([this] { m_record.save(); }))
+        qCritical().noquote() << "Failed to save a presence record again:" << failure->text;
 }
 
-/** Whether the queue can send what the person has chosen. What says otherwise is removed. */
-bool TallyxFlow::keepsRecord()
+/** True if the file on disk holds the person's choice, so that the queue can send it. */
+bool TallyxFlow::isChoiceOnDisk() const
 {
-    if (!m_record.isOnDisk() || m_record.savedType() == m_record.type())
-        return m_record.isOnDisk();
+    return m_record.isOnDisk() && m_record.savedType() == m_record.type();
+}
+
+/** A record that contradicts the person's choice must not be booked later. */
+void TallyxFlow::removeRecord()
+{
     if (const auto failure = Spool::remove(m_record.spoolPath()))
         qCritical() << "Failed to remove a presence record that is out of date:" << *failure;
-    return false;
 }
 
-/** Runs the body of a slot; what it throws ends the flow. */
-template <typename Function> void TallyxFlow::guarded(Function function)
+/** Runs the body of a slot; an exception ends the flow. */
+template <typename Body> void TallyxFlow::failOnException(Body body)
 {
-    try {
-        function();
-    } catch (abi::__forced_unwind &) {
-        throw; // the thread is being ended
-    } catch (...) {
-        fail(std::current_exception());
-    }
+    if (const auto failure = catchFailure(body))
+        fail(*failure);
 }
 
-void TallyxFlow::fail(const std::exception_ptr &exception)
+void TallyxFlow::fail(const Failure &failure)
 {
-    const QString text = textOf(exception);
-    qWarning() << "Error logging presence:"
-               << (text.isEmpty() ? QStringLiteral("unknown exception") : text);
-    const bool isQueued = keepsRecord();
-    m_notice.fail(failureText(isQueued, text),
+    qWarning() << "Error logging presence:" << failure.logText();
+    const bool isQueued = isChoiceOnDisk();
+    if (!isQueued)
+        removeRecord();
+    m_notice.fail(failureText(isQueued, failure.text),
                   isQueued ? noticelimits::temporaryMs : noticelimits::staffMs);
     end(Failed);
 }

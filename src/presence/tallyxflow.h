@@ -11,16 +11,15 @@
 #include <QObject>
 #include <QPointer>
 
-#include <exception>
-
 class QNetworkAccessManager;
+struct Failure;
 
 /**
- * One presence booking, from the card to the service's acknowledgement: asks for the person's
- * status, lets the person choose the direction, and posts the record, which is on disk all the
- * while. A slot that is called outside its state does nothing.
+ * One presence booking, from the card to the acknowledgement of the service: queries the person's
+ * status, lets the person choose the direction, and posts the record, which stays on disk until
+ * then. A slot that is called outside its state does nothing.
  *
- * Lives in the attendance worker's thread; its notification in the GUI thread.
+ * Lives in the attendance worker's thread; its notification lives in the GUI thread.
  */
 class TallyxFlow : public QObject
 {
@@ -30,31 +29,30 @@ public:
     /** @p manager is not owned and outlives this object. */
     TallyxFlow(quint64 transponderId, QNetworkAccessManager &manager, const RequestLimits &limits,
                QObject *parent = nullptr);
-    /** Takes a question back that nobody listens to any more; the record stays in the spool. */
+    /** Withdraws an open question; the record stays in the spool. */
     ~TallyxFlow() override;
 
-    /** What is booked of a card as long as neither service nor person have said anything. */
+    /** The type of a record before service or person have chosen a direction. */
     [[nodiscard]] static TallyxLogEntity::Type firstType();
-    /** What a person is told of a failure: whether the record waits, or the staff has to know. */
+    /** Message for the person: the record waits in the queue, or the staff has to help. */
     [[nodiscard]] static QString failureText(bool isQueued, const QString &reason);
 
-    /** Saves the record and asks for the status. */
+    /** Saves the record and queries the status. */
     void start();
-    /** Ends a flow that nobody is to answer any more, and takes its question back. */
+    /** Ends a flow whose record has not been posted yet, and withdraws its question. */
     void abandon();
-    /** Whether the service has been asked something and has not answered yet. */
+    /** True while a request is in flight. */
     [[nodiscard]] bool hasRequest() const { return m_state == Querying || m_state == Sending; }
-    /** Whether the service has booked the record. */
+    /** True once the service has booked the record. */
     [[nodiscard]] bool isAcknowledged() const { return m_state == Answered; }
-    /** The file with the record; empty if it could not be saved. */
+    /** The file with the record; empty if it was never saved. */
     [[nodiscard]] QString spoolPath() const { return m_record.spoolPath(); }
 
 Q_SIGNALS:
     void stateChanged();
-    /** The service has booked the record, which must not be sent again. */
+    /** The service has booked the record; it must not be sent again. */
     void acknowledged();
-    /** Nothing more will come of this flow; a record that was not acknowledged is left to others.
-     */
+    /** The flow is over; a record that was not acknowledged is left to the queue. */
     void ended();
 
 private Q_SLOTS:
@@ -67,12 +65,13 @@ private Q_SLOTS:
 private:
     enum State { Idle, Querying, Deciding, Sending, Answered, Failed };
 
-    template <typename Function> void guarded(Function function);
+    template <typename Body> void failOnException(Body body);
     void decide(QNetworkReply &reply);
     void changeType(TallyxLogEntity::Type type);
-    void trySave();
-    [[nodiscard]] bool keepsRecord();
-    void fail(const std::exception_ptr &exception);
+    void saveChoice();
+    [[nodiscard]] bool isChoiceOnDisk() const;
+    void removeRecord();
+    void fail(const Failure &failure);
     void end(State state);
     void setState(State state);
 

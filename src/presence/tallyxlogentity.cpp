@@ -26,14 +26,14 @@ namespace key {
     const QString locationId = QStringLiteral("locationId");
 } // namespace key
 
-constexpr qint64 longestRecord = 65536; // bytes; ours have some 200
+constexpr qint64 maxRecordBytes = 65536; // ours have some 200
 constexpr int anyInt = std::numeric_limits<int>::max();
 
-/** A whole number of the document, if it is there and not beyond @p most either way. */
-std::optional<qint64> wholeNumber(const QJsonObject &object, const QString &name, qint64 most)
+/** A whole number of the document, if it is there and within -@p limit and @p limit. */
+std::optional<qint64> wholeNumber(const QJsonObject &object, const QString &name, qint64 limit)
 {
     const double number = object.value(name).toDouble(std::numeric_limits<double>::quiet_NaN());
-    const auto bound = static_cast<double>(most);
+    const auto bound = static_cast<double>(limit);
     if (!(number >= -bound && number <= bound) || number != static_cast<double>(qint64(number)))
         return {};
     return qint64(number);
@@ -62,13 +62,13 @@ TallyxLogEntity::TallyxLogEntity(const QString &path, QObject *parent)
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         qWarning() << "Failed to open" << path << file.errorString();
-    const bool isPlausible = file.isOpen() && file.size() <= longestRecord;
+    const bool isPlausible = file.isOpen() && file.size() <= maxRecordBytes;
     read(isPlausible ? file.readAll() : QByteArray());
 }
 
 int TallyxLogEntity::age() const
 {
-    // The clock may have been set since.
+    // The clock may have been set in between.
     const qint64 msecs = m_time.msecsTo(QDateTime::currentDateTime());
     return static_cast<int>(std::clamp<qint64>(msecs, -anyInt, anyInt));
 }
@@ -90,7 +90,7 @@ void TallyxLogEntity::save()
     const QByteArray document = toJson().toJson();
     if (isOnDisk())
         Spool::replace(m_spoolPath, document);
-    else // for the first time, or somebody has cleared the folder
+    else // for the first time, or after somebody has cleared the folder
         m_spoolPath = tallyxSpool().create(document);
     m_savedType = m_type;
 }
@@ -102,7 +102,7 @@ bool TallyxLogEntity::isOnDisk() const
 
 void TallyxLogEntity::read(const QByteArray &document)
 {
-    constexpr qint64 largestExact = 1LL << 53; // of the numbers that JSON holds
+    constexpr qint64 largestExact = 1LL << 53; // JSON numbers are doubles
     const QJsonObject object = QJsonDocument::fromJson(document).object();
     const auto type = wholeNumber(object, key::type, TYPE_COUNT - 1);
     const auto logDelay = wholeNumber(object, key::logDelay, anyInt);

@@ -14,20 +14,20 @@
 [[nodiscard]] Spool tallyxSpool();
 
 /**
- * A presence record: that a person with a card arrived, left or was seen. The JSON document that is
- * sent is also what the spool holds. Lives in the attendance worker's thread.
+ * A presence record: the person with this card arrived, left or was seen. The spool holds the same
+ * JSON document that is sent. Lives in the attendance worker's thread.
  */
 class TallyxLogEntity : public QObject
 {
     Q_OBJECT
 
 public:
-    /** What is booked; the values are those of the documents. */
+    /** What is booked; the values are those of the JSON document. */
     enum Type {
         AUTO = 0, ///< the service decides
         IN = 1,
         OUT = 2,
-        CONTINUOUS = 3, ///< seen, without being asked
+        CONTINUOUS = 3, ///< seen; the person was not asked
         TYPE_COUNT = 4
     };
     Q_ENUM(Type)
@@ -52,11 +52,11 @@ public:
     [[nodiscard]] QString spoolPath() const { return m_spoolPath; }
 
     [[nodiscard]] QJsonDocument toJson() const;
-    /** Puts the record on disk, in the place of what was saved before. Throws. */
+    /** Puts the record on disk, over the one that was saved before. Throws. */
     void save();
-    /** Whether the file of the record is there. */
+    /** True if the file of the record exists. */
     [[nodiscard]] bool isOnDisk() const;
-    /** The type that was last saved; other than type() after a failed save. */
+    /** The type in the file; after a failed save it differs from type(). */
     [[nodiscard]] Type savedType() const { return m_savedType; }
 
 private:

@@ -20,7 +20,7 @@ NotificationButton *makeButton(const QString &text, const QString &icon)
     return button;
 }
 
-/** Marks the button of @p type, if one stands for it. */
+/** Marks the button of @p type, if it has one. */
 void mark(const Notification &notification, TallyxLogEntity::Type type, bool isOpen)
 {
     int index = 0;
@@ -34,7 +34,7 @@ void mark(const Notification &notification, TallyxLogEntity::Type type, bool isO
     }
 }
 
-/** From here on only the countdown, or a tap on the cross, takes it away. */
+/** From here on only the countdown or a tap on the cross removes the notification. */
 void close(Notification &notification)
 {
     notification.setConfirmable(false);
@@ -47,7 +47,7 @@ TallyxNotice::TallyxNotice(const QObject *flow)
     : m_handle([flow] {
         auto *notification = new Notification(Notification::LOADING, tr("Presence"),
                                               tr("Querying status..."), 0, false, false);
-        // Before it moves to the GUI thread: later this thread must not touch it.
+        // Connect before it moves to the GUI thread: later this thread must not touch it.
         connectChecked(notification,
                        SIGNAL(buttonClicked(int,Notification*)), flow, SLOT(onButtonClicked(int)));
         connectChecked(notification, SIGNAL(confirmed(Notification*)), flow, SLOT(postLog()));
@@ -83,7 +83,7 @@ void TallyxNotice::ask(TallyxLogEntity::Type proposal, const QString &title, con
     });
 }
 
-void TallyxNotice::settle(TallyxLogEntity::Type choice) const
+void TallyxNotice::showSent(TallyxLogEntity::Type choice) const
 {
     m_handle.change([=](Notification &notification) {
         mark(notification, choice, false);

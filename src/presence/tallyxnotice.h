@@ -11,35 +11,34 @@
 class QObject;
 
 /**
- * What a person sees of a presence booking: one notification that waits, asks, and tells what
- * became of it. Used in the attendance worker's thread; all that it does is posted to the GUI
- * thread.
+ * What a person sees of a presence booking: one notification that waits, asks, and shows the
+ * result. Used in the attendance worker's thread; every change is posted to the GUI thread.
  */
 class TallyxNotice
 {
-    Q_DECLARE_TR_FUNCTIONS(TallyxFlow)
+    Q_DECLARE_TR_FUNCTIONS(TallyxNotice)
 
 public:
     /**
-     * Shows that the status is being asked for. The slots onButtonClicked(int), postLog() and
-     * onNotificationRemoved() of @p flow hear of the person.
+     * Shows that the status is being queried. Calls the slots onButtonClicked(int), postLog() and
+     * onNotificationRemoved() of @p flow.
      */
     explicit TallyxNotice(const QObject *flow);
 
     /**
-     * Asks for the direction, with @p proposal marked. Each press marks its button and gives the
-     * whole @p timeout (ms) again at once: a countdown must not overtake a choice on its way here.
-     * A null title leaves the one that is shown.
+     * Asks for the direction, with @p proposal marked. Each press marks its button and restarts the
+     * countdown of @p timeout ms right in the GUI thread, so that the countdown can not run out
+     * while a choice is on its way here. A null title keeps the current one.
      */
     void ask(TallyxLogEntity::Type proposal, const QString &title, const QString &message,
              uint timeout) const;
-    /** The booking is on its way: nothing can be chosen any more. */
-    void settle(TallyxLogEntity::Type choice) const;
-    /** The service has booked it. */
+    /** Shows that the booking is being sent: the choice is final. */
+    void showSent(TallyxLogEntity::Type choice) const;
+    /** Shows the response of the service. */
     void acknowledge(const QString &message, uint timeout) const;
-    /** It came to nothing, or will be sent later. */
+    /** Shows a failure. */
     void fail(const QString &message, uint timeout) const;
-    /** Takes the notification away. */
+    /** Removes the notification. */
     void withdraw() const;
 
 private:

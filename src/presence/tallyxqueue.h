@@ -4,28 +4,21 @@
 #pragma once
 
 #include "net/requestlimits.h"
-#include "spool/spoolremover.h"
+#include "spool/recordqueue.h"
 
-#include <QObject>
-#include <QPointer>
 #include <QSet>
-
-#include <chrono>
-#include <exception>
 
 class QNetworkAccessManager;
 class QNetworkReply;
-class SpoolPass;
 class TallyxFlow;
-class TallyxLogEntity;
 
 /**
- * The presence bookings of the moment, each a flow of its own, and the pass over the spool that
- * sends what flows have left. A record that a person still decides on is never sent by the pass.
+ * Books presence: runs a flow for each card, and sends the records that flows have left behind. A
+ * record that a person still decides on is fresh.
  *
  * Lives in the attendance worker's thread.
  */
-class TallyxQueue : public QObject
+class TallyxQueue : public RecordQueue
 {
     Q_OBJECT
 
@@ -35,43 +28,27 @@ public:
                 QObject *parent = nullptr);
     ~TallyxQueue() override;
 
-    /** Begins a booking for the card with this id. */
+    /** Starts the flow of the card with this id. */
     void begin(quint64 transponderId);
-    /** Whether a request is under way, of a booking or of the spool. */
-    [[nodiscard]] bool isBusy() const;
-    /** Whether a request of a booking is under way, for which the pass makes room. */
-    [[nodiscard]] bool hasFresh() const;
-    /** While held the pass sends nothing more. */
-    void setHeld(bool held);
-    /** For good: nothing is sent or asked any more. */
-    void stop();
-    /** Sends what waits in the spool; passFinished() follows. Not while isBusy(). */
-    void startPass();
 
-Q_SIGNALS:
-    /** hasFresh() may have changed. */
-    void freshChanged();
-    /** The spool should be looked at again, after this time at the latest. */
-    void retryWanted(std::chrono::milliseconds delay);
-    void passFinished();
-    /** A record that was sent can not be removed: nothing may be sent any more. */
-    void fatalStop();
+    [[nodiscard]] bool hasFresh() const override;
+    /** Also withdraws the open questions. */
+    void stop() override;
+
+protected:
+    [[nodiscard]] bool isFresh(const QString &path) const override;
+    [[nodiscard]] bool canSend() const override;
+    void resend(const QString &path) override;
+    void logResendFailure(const Failure &failure) const override;
+    void logCompletion(const QString &path) const override;
+    [[nodiscard]] QString reportRemovalFailure(const QString &reason) const override;
 
 private:
     void postpone(quint64 transponderId);
-    [[nodiscard]] bool resend(const QString &path);
-    void onResent(TallyxLogEntity *record, QNetworkReply &reply);
-    void onResendFailed(const std::exception_ptr &exception);
+    void onResent(const QString &path, QNetworkReply &reply);
     void onFlowEnded(TallyxFlow *flow);
-    void complete(const QString &path, SpoolRemover::Sync sync);
-    [[nodiscard]] bool isInUse(const QString &path) const;
 
     QNetworkAccessManager &m_manager;
     RequestLimits m_limits;
-    SpoolRemover m_remover;
-    QPointer<SpoolPass> m_pass;
     QSet<TallyxFlow *> m_flows;
-    QSet<TallyxLogEntity *> m_resent; ///< under way
-    bool m_isHeld = false;
-    bool m_isStopped = false; ///< for good
 };

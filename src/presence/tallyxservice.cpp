@@ -54,7 +54,7 @@ QNetworkReply *postLog(QNetworkAccessManager &manager, const TallyxLogEntity &re
     request.setHeader(QNetworkRequest::ContentTypeHeader, QStringLiteral("application/json"));
     if (!accesstoken::authorize(request))
         throw AttendanceWarningException(
-            QCoreApplication::translate("TallyxFlow", "Authentication unavailable."));
+            QCoreApplication::translate("tallyxservice", "Authentication unavailable."));
     return http::post(manager, request, record.toJson().toJson(), limits);
 }
 
@@ -81,11 +81,11 @@ QJsonObject readAcknowledgement(QNetworkReply &reply)
     return document.object();
 }
 
-QString text(const QJsonObject &answer, const char *key)
+QString text(const QJsonObject &response, const char *key)
 {
-    constexpr int longest = 2000; // more fits no card, and would keep the screen busy
-    const QJsonValue value = answer.value(QLatin1String(key));
-    return value.isString() ? value.toString(QLatin1String("")).left(longest) : QString();
+    constexpr int maxLength = 2000; // more fits no notice and keeps the screen busy
+    const QJsonValue value = response.value(QLatin1String(key));
+    return value.isString() ? value.toString(QLatin1String("")).left(maxLength) : QString();
 }
 
 } // namespace tallyxservice

@@ -10,27 +10,30 @@ class QNetworkReply;
 class TallyxLogEntity;
 struct RequestLimits;
 
-/** The requests to the presence service, in the attendance worker's thread. */
+/** Requests to the presence service and its responses. Attendance worker's thread. */
 namespace tallyxservice {
 
-/** Asks for the presence of the record's person; given up after the configured time. */
+/** Queries the status of the record's person, within the configured time. */
 [[nodiscard]] QNetworkReply *getStatus(QNetworkAccessManager &manager,
                                        const TallyxLogEntity &record);
 
 /**
- * Posts @p record as it is. Throws AttendanceWarningException when there is no access token: it
+ * Posts @p record as it is. Throws AttendanceWarningException without an access token; the record
  * then stays for later.
  */
 [[nodiscard]] QNetworkReply *postLog(QNetworkAccessManager &manager, const TallyxLogEntity &record,
                                      const RequestLimits &limits);
 
-/** The answer to getStatus(); throws AttendanceWarningException if it can not be had. */
+/** The response to getStatus(); throws AttendanceWarningException if there is none. */
 [[nodiscard]] QJsonObject readStatus(QNetworkReply &reply);
 
-/** The answer to postLog(), which acknowledges the record; throws AttendanceWarningException. */
+/**
+ * The response to postLog(), which acknowledges the record; throws AttendanceWarningException if it
+ * does not.
+ */
 [[nodiscard]] QJsonObject readAcknowledgement(QNetworkReply &reply);
 
-/** The text under @p key, short enough for the screen; null if there is none. */
-[[nodiscard]] QString text(const QJsonObject &answer, const char *key);
+/** The text under @p key, cut to what the screen can show; null if there is none. */
+[[nodiscard]] QString text(const QJsonObject &response, const char *key);
 
 } // namespace tallyxservice

@@ -4,13 +4,11 @@
 #include "reader/attendanceworker.h"
 
 #include "api/lbapi.h"
-#include "attendance/attendancenamecache.h"
-#include "attendance/attendancequeue.h"
 #include "base/connections.h"
 #include "base/exceptions.h"
-#include "net/xnetworkaccessmanager.h"
+#include "base/failure.h"
 #include "notifications/notificationhandle.h"
-#include "presence/tallyxqueue.h"
+#include "reader/cardlogger.h"
 #include "reader/readerport.h"
 
 #include <QDebug>
@@ -19,10 +17,7 @@
 #include <QThread>
 
 #include <algorithm>
-#include <atomic>
 #include <cctype>
-#include <cxxabi.h>
-#include <pthread.h>
 
 using namespace std::chrono_literals;
 
@@ -30,12 +25,10 @@ namespace {
 
 constexpr auto unpluggedRetry = 60s;
 
-/// While stale bytes are drained from a port that was just opened.
+/// True while stale bytes are drained from a port that was just opened.
 bool s_isDiscarding = false;
-/// Errors of the port since it could last be opened; 2 also after a reader was reported missing.
+/// Errors of the port since it was last opened; also 2 once a missing reader has been reported.
 unsigned s_serialErrors = 0;
-/// Outlives the worker: a rebuilt window must not begin again what was stopped for good.
-std::atomic<bool> s_isLoggingStopped = false;
 
 void showSerialError(const QString &message, std::chrono::milliseconds timeout)
 {
@@ -43,7 +36,7 @@ void showSerialError(const QString &message, std::chrono::milliseconds timeout)
                                   static_cast<uint>(timeout.count()));
 }
 
-/** The number of a card; stricter than Qt, which also takes signs and prefixes. */
+/** The number of a card. Qt alone would also accept signs and prefixes. */
 quint64 parseTransponderId(const QByteArray &line)
 {
     const bool isHex = std::all_of(line.begin(), line.end(), [](char c) {
@@ -65,64 +58,29 @@ AttendanceWorker::AttendanceWorker(const RequestLimits &limits)
 
 AttendanceWorker::~AttendanceWorker()
 {
-    // Whoever held up a card behind a line that was none has been read.
-    if (m_queue && !isLoggingStopped())
-        handleRest();
-    // Children go in the order of their making: requests have to go before their manager, and what
-    // they leave open on the screen before them.
-    delete m_presence;
-    delete m_queue;
-}
-
-bool AttendanceWorker::isLoggingStopped()
-{
-    return s_isLoggingStopped;
+    // Process a card that is still buffered after an invalid line.
+    if (m_cards && !m_cards->isStopped())
+        processAllLines();
 }
 
 void AttendanceWorker::init()
 {
-    // Slots of QThread::started run with cancellation disabled: without this a worker that blocks
-    // here could not even be terminated, and the program would never end.
-    pthread_setcancelstate(PTHREAD_CANCEL_ENABLE, nullptr);
-
     qDebug() << "Attendance worker thread started." << QThread::currentThread();
-    m_names = new AttendanceNameCache(this);
-    m_manager = new XNetworkAccessManager(this);
-    m_queue = new AttendanceQueue(*m_manager, *m_names, m_limits, this);
-    m_presence = new TallyxQueue(*m_manager, m_limits, this);
-
+    m_cards = new CardLogger(m_limits, this);
+    connect(m_cards, &CardLogger::queueDue, this, &AttendanceWorker::processQueue);
+    connect(m_cards, &CardLogger::stopped, this, &AttendanceWorker::onLoggingStopped);
     m_retryTimer = new QTimer(this);
     connect(m_retryTimer, &QTimer::timeout, this, &AttendanceWorker::initSerialPort);
-    m_queueTimer = new QTimer(this);
-    m_queueTimer->setSingleShot(true);
-    connect(m_queueTimer, &QTimer::timeout, this, &AttendanceWorker::processQueue);
-    connect(m_queue, &AttendanceQueue::retryWanted, m_queueTimer,
-            [timer = m_queueTimer](std::chrono::milliseconds delay) { timer->start(delay); });
-    connect(m_presence, &TallyxQueue::retryWanted, m_queueTimer,
-            [timer = m_queueTimer](std::chrono::milliseconds delay) {
-                if (!timer->isActive() || timer->remainingTimeAsDuration() > delay)
-                    timer->start(delay);
-            });
-    connect(m_queue, &AttendanceQueue::passFinished, m_presence, &TallyxQueue::startPass);
-    connect(m_queue, &AttendanceQueue::freshChanged, this, &AttendanceWorker::makeRoomForCards);
-    connect(m_presence, &TallyxQueue::freshChanged, this, &AttendanceWorker::makeRoomForCards);
-    connect(m_queue, &AttendanceQueue::fatalStop, this, &AttendanceWorker::stopLogging);
-    connect(m_presence, &TallyxQueue::fatalStop, this, &AttendanceWorker::stopLogging);
-    auto *saveTimer = new QTimer(this);
-    connectChecked(saveTimer, SIGNAL(timeout()), m_names, SLOT(save()));
-    saveTimer->start(1h);
-
     connectChecked(this,
                    SIGNAL(transponderScanned(QString)), LBAPI::instance(),
                           SLOT(onTransponderScanned(QString)));
-    m_queueTimer->start(10s); // for what an earlier run has left
     initSerialPort();
 }
 
 void AttendanceWorker::initSerialPort()
 {
     if (m_port)
-        return; // a second one would only be refused by the lock of the first
+        return; // the lock of the open port would refuse a second one
     qDebug() << "Initializing serial port...";
     m_retryTimer->start(unpluggedRetry);
 
@@ -139,7 +97,7 @@ void AttendanceWorker::initSerialPort()
         return;
     }
     qWarning() << "No serial port found.";
-    // Told once, when a reader that worked is gone for good.
+    // Show it once, when the quick retry after an error finds no reader.
     if (s_serialErrors == 1) {
         s_serialErrors = 2;
         showSerialError(tr("No serial port found."), 30s);
@@ -157,35 +115,35 @@ void AttendanceWorker::openSerialPort(const QString &name)
             &AttendanceWorker::onSerialPortReadChannelFinished);
     if (!port->open(QIODevice::ReadOnly)) {
         qCritical() << "Failed to open serial port." << port->error() << port->errorString();
-        return; // its error has been handled meanwhile
+        return; // onSerialPortError() has handled it
     }
     if (!m_port)
-        return; // opened, but not without an error, which has been handled as well
+        return; // opened with an error, which onSerialPortError() has handled
     qInfo() << "Serial port opened.";
     m_retryTimer->stop();
     s_serialErrors = 0;
     drain(*port);
     if (!m_port)
-        return; // it failed meanwhile
+        return; // it failed during the drain
     connect(port, &QSerialPort::readyRead, this, &AttendanceWorker::onSerialPortReadyRead);
     qDebug() << "Waiting for cards.";
     Q_EMIT readerStateChanged(true);
 }
 
-/** What was read before anybody listened is no card that somebody holds up now. */
+/** Discards what the reader sent before the port was opened: those cards are gone. */
 void AttendanceWorker::drain(QSerialPort &port)
 {
-    constexpr auto longest = 2s;
-    constexpr int most = 65536; // bytes
+    constexpr auto timeLimit = 2s;
+    constexpr int maxBytes = 65536;
     constexpr int quietMs = 100;
 
     s_isDiscarding = true;
     QByteArray drained;
     QElapsedTimer clock;
     clock.start();
-    while (drained.size() < most && !clock.hasExpired(std::chrono::milliseconds(longest).count())
-           && !QThread::currentThread()->isInterruptionRequested()
-           && port.waitForReadyRead(quietMs))
+    while (
+        drained.size() < maxBytes && !clock.hasExpired(std::chrono::milliseconds(timeLimit).count())
+        && !QThread::currentThread()->isInterruptionRequested() && port.waitForReadyRead(quietMs))
         drained.append(port.readAll());
     s_isDiscarding = false;
     if (!drained.isEmpty())
@@ -197,17 +155,17 @@ void AttendanceWorker::onSerialPortError(QSerialPort::SerialPortError err)
     if (err == QSerialPort::NoError)
         return;
     if (err == QSerialPort::TimeoutError && s_isDiscarding)
-        return; // how draining ends
+        return; // the expected end of the drain
 
     QString reason;
     if (m_port) {
         reason = m_port->errorString();
         if (m_port->isOpen() && !s_isDiscarding)
             Q_EMIT readerStateChanged(false);
-        m_port->disconnect(this); // a port that hung up reports it without end
+        m_port->disconnect(this); // a port that hung up repeats its error endlessly
         m_port->deleteLater();
         m_port.clear();
-        handleRest();
+        processAllLines();
     }
 
     constexpr unsigned quickRetries = 3;
@@ -231,44 +189,41 @@ void AttendanceWorker::onSerialPortReadChannelFinished()
 
 void AttendanceWorker::onSerialPortReadyRead()
 {
-    if (!m_port || isLoggingStopped())
+    if (!m_port || m_cards->isStopped())
         return;
     qDebug() << "Serial port is ready to be read." << m_port->bytesAvailable()
              << m_port->canReadLine() << m_lines.excerpt();
     m_lines.append(m_port->readAll());
-    (void)handleLines();
+    (void)processLines();
     m_lines.limitBacklog();
 }
 
-/** Up to the first that is no card, of which the person is told; false then. */
-bool AttendanceWorker::handleLines()
+/** Processes lines up to the first invalid one, which is reported; false then. */
+bool AttendanceWorker::processLines()
 {
-    try {
+    const auto failure = catchFailure([this] {
         while (const auto line = m_lines.takeLine())
-            handleCard(*line);
-        return true;
-    } catch (abi::__forced_unwind &) {
-        throw; // the thread is being ended
-    } catch (...) {
-        m_queue->reportFailure(std::current_exception());
-        return false;
-    }
+            processLine(*line);
+    });
+    if (failure)
+        m_cards->reportFailure(*failure);
+    return !failure;
 }
 
-/** Whoever held up a card before the reader vanished has been read. */
-void AttendanceWorker::handleRest()
+/** Processes every whole line that is still buffered and discards the rest. */
+void AttendanceWorker::processAllLines()
 {
-    while (!handleLines())
+    while (!processLines())
         ;
     m_lines.clear();
 }
 
-void AttendanceWorker::handleCard(const QByteArray &line)
+void AttendanceWorker::processLine(const QByteArray &line)
 {
     constexpr int idLength = 8;
-    constexpr int longestShown = 64;
+    constexpr int maxShownBytes = 64;
     if (line.size() != idLength) {
-        qWarning() << "Ignoring transponder ID with unusual length" << line.left(longestShown);
+        qWarning() << "Ignoring transponder ID with unusual length" << line.left(maxShownBytes);
         return;
     }
     const quint64 transponderId = parseTransponderId(line);
@@ -277,35 +232,16 @@ void AttendanceWorker::handleCard(const QByteArray &line)
         return;
     }
     qDebug() << "Logging" << transponderId << "...";
-    if (Config::instance()->attendanceEnabled())
-        m_queue->log(transponderId);
-    if (Config::instance()->tallyxMode() != Config::TallyxDisabled)
-        m_presence->begin(transponderId);
+    m_cards->log(transponderId);
 }
 
 void AttendanceWorker::processQueue()
 {
-    if (isLoggingStopped())
-        return;
-    if (m_queue->isBusy() || m_presence->isBusy()) {
-        qDebug() << "ongoing requests - queue processing deferred";
-        m_queueTimer->start(10s);
-        return;
-    }
-    m_queue->startPass();
+    m_cards->processQueue();
 }
 
-void AttendanceWorker::makeRoomForCards()
+void AttendanceWorker::onLoggingStopped()
 {
-    const bool isHeld = m_queue->hasFresh() || m_presence->hasFresh();
-    m_queue->setHeld(isHeld);
-    m_presence->setHeld(isHeld);
-}
-
-/** A record that might be logged twice is considered worse than none being logged. */
-void AttendanceWorker::stopLogging()
-{
-    s_isLoggingStopped = true;
-    m_presence->stop();
+    Q_EMIT loggingStopped();
     QThread::currentThread()->exit();
 }

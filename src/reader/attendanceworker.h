@@ -11,17 +11,14 @@
 #include <QSerialPort>
 #include <QTimer>
 
-class AttendanceNameCache;
-class AttendanceQueue;
-class TallyxQueue;
-class XNetworkAccessManager;
+class CardLogger;
 
 /**
- * Listens to the RFID reader on the serial line and has each card logged, or hands it to the view
- * that waits for one. Finds the reader by itself, also after it was unplugged.
+ * Listens to the RFID reader on the serial line and logs each card, or hands it to the view that
+ * waits for one. Finds the reader by itself, also after it was unplugged.
  *
- * Made without a parent in the GUI thread, moved to the attendance thread, where init() makes
- * everything else.
+ * Created without a parent in the GUI thread and moved to the attendance thread, where init()
+ * creates everything else.
  */
 class AttendanceWorker : public QObject
 {
@@ -31,13 +28,12 @@ public:
     explicit AttendanceWorker(const RequestLimits &limits = {});
     ~AttendanceWorker() override;
 
-    /** Whether logging was stopped for good, until the program starts anew. Any thread. */
-    [[nodiscard]] static bool isLoggingStopped();
-
 Q_SIGNALS:
     /** A card was read while a view waited for it; @p tid as the reader sent it. */
     void transponderScanned(QString tid);
     void readerStateChanged(bool connected);
+    /** Nothing may be logged until the program starts anew; the thread ends. */
+    void loggingStopped();
 
 public Q_SLOTS:
     void init();
@@ -53,19 +49,14 @@ private Q_SLOTS:
 private:
     void openSerialPort(const QString &name);
     void drain(QSerialPort &port);
-    [[nodiscard]] bool handleLines();
-    void handleRest();
-    void handleCard(const QByteArray &line);
-    void makeRoomForCards();
-    void stopLogging();
+    [[nodiscard]] bool processLines();
+    void processAllLines();
+    void processLine(const QByteArray &line);
+    void onLoggingStopped();
 
     RequestLimits m_limits;
-    QPointer<XNetworkAccessManager> m_manager;
-    QPointer<AttendanceNameCache> m_names;
-    QPointer<AttendanceQueue> m_queue;
-    QPointer<TallyxQueue> m_presence;
+    QPointer<CardLogger> m_cards;
     QPointer<QSerialPort> m_port;
     QPointer<QTimer> m_retryTimer;
-    QPointer<QTimer> m_queueTimer;
     LineSplitter m_lines;
 };

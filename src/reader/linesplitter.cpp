@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr int longestLine = 4096;
+constexpr int maxLineBytes = 4096;
 constexpr int shownBytes = 32;
 
 bool isTerminator(char c)
@@ -21,7 +21,7 @@ bool isTerminator(char c)
 
 void LineSplitter::append(const QByteArray &bytes)
 {
-    m_buffer.remove(0, m_start); // once per delivery: line by line a flood would take for ever
+    m_buffer.remove(0, m_start); // once per delivery: per line, a flood would cost quadratic time
     m_start = 0;
     m_buffer.append(bytes);
 }
@@ -33,11 +33,11 @@ std::optional<QByteArray> LineSplitter::takeLine()
         const auto end = std::find_if(begin, m_buffer.cend(), isTerminator);
         const bool isWhole = end != m_buffer.cend();
         const int length = static_cast<int>(end - begin);
-        const bool isTooLong = length > longestLine;
+        const bool isTooLong = length > maxLineBytes;
         if (!isWhole && !isTooLong && !m_isSkipping)
             return {};
 
-        const QByteArray line = m_buffer.mid(m_start, std::min(length, longestLine));
+        const QByteArray line = m_buffer.mid(m_start, std::min(length, maxLineBytes));
         m_start += length + (isWhole ? 1 : 0);
         if (isTooLong && !m_isSkipping)
             qWarning() << "Ignoring transponder ID with unusual length" << line.left(shownBytes)
@@ -58,7 +58,7 @@ QByteArray LineSplitter::excerpt() const
 
 void LineSplitter::limitBacklog()
 {
-    if (m_buffer.size() - m_start <= longestLine)
+    if (m_buffer.size() - m_start <= maxLineBytes)
         return;
     const bool endsAmidLine = !isTerminator(m_buffer.back());
     clear();

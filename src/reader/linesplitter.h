@@ -8,25 +8,25 @@
 #include <optional>
 
 /**
- * Cuts what comes over the serial line into lines. CR and LF each end a line, so that a pair of
- * them yields an empty one. A line that never ends is dropped up to its terminator, of which the
- * log hears once, so that its tail can not pass for a card.
+ * Splits the bytes of the serial line into lines. CR and LF each end a line, so a pair of them
+ * yields an empty one. A line that is too long is dropped up to its terminator, with one warning,
+ * so that its tail can not look like a card.
  */
 class LineSplitter
 {
 public:
     void append(const QByteArray &bytes);
-    /** The next whole line without its terminator; nothing when there is none yet. */
+    /** The next whole line without its terminator, if there is one yet. */
     [[nodiscard]] std::optional<QByteArray> takeLine();
-    /** Forgets what has not been taken, and tells the log. */
+    /** Discards the rest of the buffer, with a warning. */
     void clear();
-    /** Drops what has not been taken if it is more than a line can be. */
+    /** Discards the rest of the buffer if it is longer than a line can be. */
     void limitBacklog();
-    /** Beginning of what waits, for the log. */
+    /** The beginning of the buffer, for the log. */
     [[nodiscard]] QByteArray excerpt() const;
 
 private:
     QByteArray m_buffer;
-    int m_start = 0; ///< of what has not been taken
-    bool m_isSkipping = false; ///< amid a line that grew too long
+    int m_start = 0; ///< of the next line in the buffer
+    bool m_isSkipping = false; ///< inside a line that is too long
 };

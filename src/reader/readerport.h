@@ -7,18 +7,18 @@
 #include <QString>
 #include <QVector>
 
-/** What a serial port says of itself, as far as it tells a reader. */
+/** The properties of a serial port by which a reader is recognised. */
 struct PortTraits
 {
     QString name;
     QString description;
-    quint16 vendorId = 0; ///< of USB; 0 for none
+    quint16 vendorId = 0; ///< of the USB device; 0 if there is none
 };
 
 [[nodiscard]] PortTraits traitsOf(const QSerialPortInfo &port);
 
 /**
- * Name of the port that has the reader: by the maker's vendor id, else by the port's name, else by
- * its description, and among equals the first; empty when none looks like one.
+ * Name of the port with the reader: by the maker's vendor id, else by the port's name, else by its
+ * description; the first among equals. Empty if no port looks like a reader.
  */
 [[nodiscard]] QString chooseReaderPort(const QVector<PortTraits> &ports);

@@ -15,96 +15,96 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace durablefile {
-
 namespace {
 
-    [[noreturn]] void fail(const char *what, const QString &path, int code, const QString &text)
-    {
-        throw AttendanceErrorException(
-            QStringLiteral("failed to %1 file \"%2\": %3 %4")
-                .arg(QLatin1String(what), path, QString::number(code), text));
-    }
+[[noreturn]] void fail(const char *what, const QString &path, int code, const QString &text)
+{
+    throw AttendanceErrorException(
+        QStringLiteral("failed to %1 file \"%2\": %3 %4")
+            .arg(QLatin1String(what), path, QString::number(code), text));
+}
 
-    [[noreturn]] void failToWrite(const QString &path)
-    {
-        fail("write to", path, QFileDevice::WriteError, qt_error_string(errno));
-    }
+[[noreturn]] void failToWrite(const QString &path)
+{
+    fail("write to", path, QFileDevice::WriteError, qt_error_string(errno));
+}
 
-    /** A full disk takes part of it without an error, and only the rest fails. */
-    bool writeAll(QFile &file, const QByteArray &content)
-    {
-        int done = 0;
-        while (done < content.size()) {
-            const qint64 count = file.write(content.constData() + done, content.size() - done);
-            if (count <= 0)
-                return false;
-            done += static_cast<int>(count);
-        }
+/** A full disk accepts part of the content without an error; only the next write fails. */
+bool writeAll(QFile &file, const QByteArray &content)
+{
+    int done = 0;
+    while (done < content.size()) {
+        const qint64 count = file.write(content.constData() + done, content.size() - done);
+        if (count <= 0)
+            return false;
+        done += static_cast<int>(count);
+    }
+    return true;
+}
+
+QString unfinishedName(const QString &path)
+{
+    const QFileInfo info(path);
+    return info.path() + QLatin1String("/.") + info.fileName()
+        + QLatin1String(DurableFile::unfinishedEnding);
+}
+
+/** Renames a file unless the new name is taken; false with the reason in errno. */
+bool renameToFree(const QByteArray &from, const QByteArray &to)
+{
+    if (renameat2(AT_FDCWD, from.constData(), AT_FDCWD, to.constData(), RENAME_NOREPLACE) == 0)
         return true;
-    }
-
-    void fill(QFile &file, const QString &path, const QByteArray &content,
-              const std::function<void()> &beforeSync = {})
+    if (errno != EINVAL)
+        return false;
+    // The file system has no such operation. Two steps will do: nobody else uses our names.
+    struct stat info
     {
-        if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered))
-            fail("create", path, file.error(), file.errorString());
-        const bool written = file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner)
-            && writeAll(file, content);
-        if (!written)
-            fail("write to", path, file.error(), file.errorString());
-        // A hint that may fail: the disk begins at once, so that the call takes none of its time.
-        (void)sync_file_range(file.handle(), 0, 0, SYNC_FILE_RANGE_WRITE);
-        if (beforeSync)
-            beforeSync();
-        if (fsync(file.handle()) != 0)
-            failToWrite(path);
+    };
+    if (lstat(to.constData(), &info) == 0) {
+        errno = EEXIST;
+        return false;
     }
-
-    QString unfinishedName(const QString &path)
-    {
-        const QFileInfo info(path);
-        return info.path() + QLatin1String("/.") + info.fileName()
-            + QLatin1String(unfinishedEnding);
-    }
-
-    /** Gives a file its name, unless that is taken; false with the reason in errno. */
-    bool renameToFree(const QByteArray &from, const QByteArray &to)
-    {
-        if (renameat2(AT_FDCWD, from.constData(), AT_FDCWD, to.constData(), RENAME_NOREPLACE) == 0)
-            return true;
-        if (errno != EINVAL)
-            return false;
-        // A file system that can not do it at once. Nobody else gives names of ours.
-        struct stat info
-        {
-        };
-        if (lstat(to.constData(), &info) == 0) {
-            errno = EEXIST;
-            return false;
-        }
-        return rename(from.constData(), to.constData()) == 0;
-    }
+    return rename(from.constData(), to.constData()) == 0;
+}
 
 } // namespace
 
-bool create(const QString &path, const QByteArray &content, const std::function<void()> &beforeSync)
+DurableFile::DurableFile(const QString &path)
+    : m_path(path)
+    , m_unfinished(std::make_unique<QFile>(unfinishedName(path)))
 {
-    QFile unfinished(unfinishedName(path));
-    bool isNamed = false;
-    try {
-        fill(unfinished, path, content, beforeSync);
-        isNamed = renameToFree(QFile::encodeName(unfinished.fileName()), QFile::encodeName(path));
-        if (!isNamed && errno != EEXIST)
-            failToWrite(path);
-    } catch (const AttendanceErrorException &) {
-        unfinished.remove();
-        throw;
+}
+
+DurableFile::DurableFile(DurableFile &&other) noexcept = default;
+
+DurableFile::~DurableFile()
+{
+    if (m_unfinished)
+        m_unfinished->remove();
+}
+
+void DurableFile::write(const QByteArray &content)
+{
+    QFile &file = *m_unfinished;
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered))
+        fail("create", m_path, file.error(), file.errorString());
+    const bool isWritten = file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner)
+        && writeAll(file, content);
+    if (!isWritten)
+        fail("write to", m_path, file.error(), file.errorString());
+    // A hint, which may fail: the disk works while the caller does something else.
+    (void)sync_file_range(file.handle(), 0, 0, SYNC_FILE_RANGE_WRITE);
+}
+
+bool DurableFile::commitAs(const QString &path)
+{
+    sync(path);
+    if (!renameToFree(QFile::encodeName(m_unfinished->fileName()), QFile::encodeName(path))) {
+        if (errno == EEXIST)
+            return false;
+        failToWrite(path);
     }
-    if (!isNamed) {
-        unfinished.remove();
-        return false;
-    }
+    m_unfinished.reset();
     if (syncFolder(QFileInfo(path).path()))
         return true;
     const int code = errno;
@@ -113,29 +113,30 @@ bool create(const QString &path, const QByteArray &content, const std::function<
     failToWrite(path);
 }
 
-void replace(const QString &path, const QByteArray &content)
+void DurableFile::commitReplacing()
 {
-    QFile unfinished(unfinishedName(path));
-    try {
-        fill(unfinished, path, content);
-        if (rename(QFile::encodeName(unfinished.fileName()).constData(),
-                   QFile::encodeName(path).constData())
-            != 0)
-            failToWrite(path);
-    } catch (const AttendanceErrorException &) {
-        unfinished.remove();
-        throw;
-    }
-    if (!syncFolder(QFileInfo(path).path()))
+    sync(m_path);
+    const QByteArray unfinished = QFile::encodeName(m_unfinished->fileName());
+    if (rename(unfinished.constData(), QFile::encodeName(m_path).constData()) != 0)
+        failToWrite(m_path);
+    m_unfinished.reset();
+    if (!syncFolder(QFileInfo(m_path).path()))
+        failToWrite(m_path);
+}
+
+void DurableFile::sync(const QString &path)
+{
+    if (fsync(m_unfinished->handle()) != 0)
         failToWrite(path);
 }
 
-bool makeFolder(const QString &folder)
+bool makeDurableFolder(const QString &folder)
 {
     const QString parent = QFileInfo(folder).path();
     if (QFileInfo(folder).isDir())
         return true;
-    return parent != folder && makeFolder(parent) && QDir().mkpath(folder) && syncFolder(parent);
+    return parent != folder && makeDurableFolder(parent) && QDir().mkpath(folder)
+        && syncFolder(parent);
 }
 
 bool syncFolder(const QString &folder)
@@ -150,5 +151,3 @@ bool syncFolder(const QString &folder)
     errno = code;
     return done;
 }
-
-} // namespace durablefile

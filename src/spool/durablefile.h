@@ -6,32 +6,52 @@
 #include <QByteArray>
 #include <QString>
 
-#include <functional>
+#include <memory>
 
-/** Files that survive a power cut once a function has returned. */
-namespace durablefile {
-
-/** Ending of the hidden name under which a file is written before it takes its own. */
-inline constexpr auto unfinishedEnding = ".lumenboard-part";
+class QFile;
 
 /**
- * Puts @p content into a new file @p path, for its owner alone: nobody sees less than the whole of
- * it. False if the name is taken. Throws AttendanceErrorException and leaves nothing behind.
- * @p beforeSync, if any, is called when all is written and only the disk has to be waited for.
+ * A file that survives a power cut once it is committed. Until then its content lies under a hidden
+ * name in the same folder, so nobody sees half of it; a file that is never committed leaves nothing
+ * behind. Readable and writable by its owner only.
  */
-[[nodiscard]] bool create(const QString &path, const QByteArray &content,
-                          const std::function<void()> &beforeSync = {});
+class DurableFile
+{
+public:
+    /** Ends the hidden name. */
+    static constexpr auto unfinishedEnding = ".lumenboard-part";
 
-/**
- * The same in the place of the file @p path: whoever looks sees the old content or the new one.
- * Throws AttendanceErrorException.
- */
-void replace(const QString &path, const QByteArray &content);
+    /** A file that is to become @p path. Nothing is on disk yet. */
+    explicit DurableFile(const QString &path);
+    DurableFile(DurableFile &&other) noexcept;
+    DurableFile &operator=(DurableFile &&) = delete;
+    Q_DISABLE_COPY(DurableFile)
+    ~DurableFile();
 
-/** Makes @p folder with all that is missing above it, lastingly; false on failure. */
-[[nodiscard]] bool makeFolder(const QString &folder);
+    [[nodiscard]] const QString &path() const { return m_path; }
 
-/** Makes names that were given or taken in @p folder last; false, and errno set, on failure. */
+    /**
+     * Writes @p content and returns without waiting for the disk, which begins at once. Throws
+     * AttendanceErrorException.
+     */
+    void write(const QByteArray &content);
+    /**
+     * Waits for the disk and names the file @p path. Returns false if that name is taken; another
+     * one can be tried then. Throws AttendanceErrorException.
+     */
+    [[nodiscard]] bool commitAs(const QString &path);
+    /** Waits for the disk and replaces path() at once. Throws AttendanceErrorException. */
+    void commitReplacing();
+
+private:
+    void sync(const QString &path);
+
+    QString m_path;
+    std::unique_ptr<QFile> m_unfinished; ///< until it is committed
+};
+
+/** Creates @p folder and its missing parents durably; false on failure. */
+[[nodiscard]] bool makeDurableFolder(const QString &folder);
+
+/** Makes the names in @p folder durable, new and removed ones; false on failure, with errno set. */
 [[nodiscard]] bool syncFolder(const QString &folder);
-
-} // namespace durablefile

@@ -5,7 +5,6 @@
 
 #include "base/exceptions.h"
 #include "config/config.h"
-#include "spool/durablefile.h"
 
 #include <QDateTime>
 #include <QDebug>
@@ -17,6 +16,27 @@
 #include <cerrno>
 #include <unistd.h>
 #include <utility>
+
+namespace {
+
+constexpr int base = 36; // of the numbers in a record's name
+
+bool isWritableFolder(const QString &path)
+{
+    const QFileInfo info(path);
+    return info.isDir() && info.isWritable();
+}
+
+/** Writes a record that takes the first name of this millisecond. */
+DurableFile writeIn(const QString &folder, const QByteArray &record)
+{
+    const QString now = QString::number(QDateTime::currentMSecsSinceEpoch(), base);
+    DurableFile file(folder + QLatin1Char('/') + now + QLatin1Char('0'));
+    file.write(record);
+    return file;
+}
+
+} // namespace
 
 Spool::Spool(Place place)
     : m_place(std::move(place))
@@ -51,47 +71,49 @@ int Spool::count() const
     return files;
 }
 
-QString Spool::create(const QByteArray &record, std::function<void()> beforeSync) const
+QString Spool::create(const QByteArray &record) const
 {
-    const QString path = folder();
-    const auto onlyOnce = [&beforeSync] {
-        if (const auto call = std::exchange(beforeSync, {}))
-            call();
-    };
-    try {
-        return createIn(path, record, onlyOnce);
-    } catch (const AttendanceErrorException &) {
-        // Looked at only now: a person waits, and the folder is there but for the first time.
-        if (QFileInfo(path).isDir() && QFileInfo(path).isWritable())
-            throw;
-    }
-    if (!durablefile::makeFolder(path) || !QFileInfo(path).isWritable())
-        qFatal("Spool directory \"%s\" could not be created or is not writable.",
-               qPrintable(QDir::toNativeSeparators(path)));
-    return createIn(path, record, onlyOnce);
+    DurableFile file = write(record);
+    return commit(file);
 }
 
-QString Spool::createIn(const QString &folder, const QByteArray &record,
-                        const std::function<void()> &beforeSync)
+DurableFile Spool::write(const QByteArray &record) const
 {
-    constexpr int base = 36;
-    const QString start
-        = folder + QLatin1Char('/') + QString::number(QDateTime::currentMSecsSinceEpoch(), base);
+    const QString path = folder();
+    try {
+        return writeIn(path, record);
+    } catch (const AttendanceErrorException &) {
+        // The folder is checked only after a failure, since a person waits.
+        if (isWritableFolder(path))
+            throw;
+    }
+    // Create the folder on first use.
+    if (!makeDurableFolder(path) || !isWritableFolder(path))
+        qFatal("Spool directory \"%s\" could not be created or is not writable.",
+               qPrintable(QDir::toNativeSeparators(path)));
+    return writeIn(path, record);
+}
+
+QString Spool::commit(DurableFile &file)
+{
+    const QString stem = file.path().chopped(1); // without the counter
     for (int counter = 0;; ++counter) {
-        const QString path = start + QString::number(counter, base);
-        if (durablefile::create(path, record, beforeSync))
+        const QString path = stem + QString::number(counter, base);
+        if (file.commitAs(path))
             return path;
     }
 }
 
 void Spool::replace(const QString &path, const QByteArray &record)
 {
-    durablefile::replace(path, record);
+    DurableFile file(path);
+    file.write(record);
+    file.commitReplacing();
 }
 
 std::optional<QString> Spool::remove(const QString &path)
 {
-    // Not by asking whether it exists: of a folder that can not be looked into the answer is no.
+    // Do not ask first whether the file exists: in a folder without access the answer is no.
     if (unlink(QFile::encodeName(path).constData()) == 0 || errno == ENOENT)
         return {};
     return QStringLiteral("%1 %2 %3")
@@ -101,7 +123,7 @@ std::optional<QString> Spool::remove(const QString &path)
 void Spool::removeLeftovers() const
 {
     QDirIterator each(folder(),
-                      { QStringLiteral(".*") + QLatin1String(durablefile::unfinishedEnding) },
+                      { QStringLiteral(".*") + QLatin1String(DurableFile::unfinishedEnding) },
                       QDir::Files | QDir::Hidden | QDir::NoSymLinks);
     while (each.hasNext()) {
         QFile file(each.next());

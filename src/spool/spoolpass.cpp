@@ -24,10 +24,10 @@ void SpoolPass::proceed()
     QMetaObject::invokeMethod(this, &SpoolPass::step, Qt::QueuedConnection);
 }
 
-void SpoolPass::setHeld(bool held)
+void SpoolPass::setPaused(bool paused)
 {
-    m_isHeld = held;
-    if (!held)
+    m_isPaused = paused;
+    if (!paused)
         proceed();
 }
 
@@ -35,7 +35,7 @@ void SpoolPass::noteEnd(bool answered)
 {
     --m_inFlight;
     m_misses = answered ? 0 : m_misses + 1;
-    if (m_misses == mostMisses && !m_hasGivenUp) {
+    if (m_misses == maxMisses && !m_hasGivenUp) {
         m_hasGivenUp = true;
         qInfo() << "The service does not answer, the rest of the queue waits.";
     }
@@ -51,7 +51,7 @@ void SpoolPass::step()
             Q_EMIT finished();
         return;
     }
-    if (m_isHeld || m_inFlight == mostInFlight)
+    if (m_isPaused || m_inFlight == maxInFlight)
         return;
     if (m_send(m_files.next()))
         ++m_inFlight;

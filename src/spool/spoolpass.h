@@ -9,33 +9,32 @@
 #include <functional>
 
 /**
- * One way through the records of a spool, a few at a time. Names are read as it goes, so that the
- * number of files costs no memory, and between two files the event loop comes to its right.
+ * One pass over the records of a spool, a few at a time. Reads the names as it goes, so that the
+ * number of files costs no memory, and returns to the event loop after each record.
  */
 class SpoolPass : public QObject
 {
     Q_OBJECT
 
 public:
-    /** Most records under way at a time. */
-    static constexpr int mostInFlight = 4;
-    /** After so many in a row without any answer of the service the rest waits for another pass. */
-    static constexpr int mostMisses = 3;
+    static constexpr int maxInFlight = 4;
+    /** The pass ends after this many records in a row without any answer of the service. */
+    static constexpr int maxMisses = 3;
 
-    /** Sends the record of a file; false if it can not be sent, which is no matter of the pass. */
+    /** Sends the record of a file; false if the record is skipped. */
     using Send = std::function<bool(const QString &path)>;
 
     SpoolPass(const QString &folder, Send send, QObject *parent = nullptr);
 
-    /** Begins or goes on, unless it is held. */
+    /** Starts or resumes the pass, unless it is paused. */
     void proceed();
-    /** While held no further record is sent. */
-    void setHeld(bool held);
-    /** A record that was sent has ended, well or not; @p answered if the service said anything. */
+    /** A paused pass sends no further record. */
+    void setPaused(bool paused);
+    /** Call once for each sent record that has ended; @p answered if the service responded. */
     void noteEnd(bool answered);
 
 Q_SIGNALS:
-    /** Nothing is left to send, and nothing under way. */
+    /** Nothing is left to send or in flight. */
     void finished();
 
 private:
@@ -46,7 +45,7 @@ private:
     int m_inFlight = 0;
     int m_misses = 0; ///< in a row
     bool m_hasGivenUp = false;
-    bool m_isHeld = false;
+    bool m_isPaused = false;
     bool m_isScheduled = false;
     bool m_isOver = false;
 };

@@ -45,7 +45,7 @@ void SpoolRemover::sync()
 {
     const auto folders = std::exchange(m_unsyncedFolders, {});
     for (const QString &folder : folders) {
-        if (durablefile::syncFolder(folder))
+        if (syncFolder(folder))
             continue;
         qWarning() << "Failed to sync" << folder << qt_error_string(errno);
         m_unsyncedFolders.insert(folder);

@@ -11,10 +11,10 @@
 #include <optional>
 
 /**
- * Removes records that have done their part. A removal that a power cut undid would send a record
- * twice, so the folder is synced: at once for a record whose person is told that it is done, within
- * half a second for those of a pass, where one sync serves many. A sync that fails is tried again
- * with the next.
+ * Removes records that the service has taken, and syncs their folder: a power cut could otherwise
+ * undo a removal, and the record would be sent twice. The sync follows at once when a person sees
+ * the result, and within half a second in a pass, where one sync serves many removals. A failed
+ * sync is repeated with the next one.
  */
 class SpoolRemover : public QObject
 {
@@ -24,12 +24,12 @@ public:
     enum class Sync { AtOnce, Soon };
 
     explicit SpoolRemover(QObject *parent = nullptr);
-    /** Syncs what is left to. */
+    /** Syncs the folders that still wait for it. */
     ~SpoolRemover() override;
 
     /**
-     * Removes @p path if it exists. Returns path, error code and reason of a failure. "At once" is
-     * with the next turn of the event loop: what the person sees does not wait for the disk.
+     * Removes @p path if it exists. Returns path, error code and reason of a failure. "At once"
+     * means in the next turn of the event loop, so that the screen does not wait for the disk.
      */
     [[nodiscard]] std::optional<QString> remove(const QString &path, Sync when);
 

@@ -3,6 +3,7 @@
 
 #include "api/lbapi.h"
 #include "schedule/scheduledocument.h"
+#include "support/notices.h"
 #include "support/testcase.h"
 
 #include <QElapsedTimer>
@@ -251,8 +252,6 @@ private:
                 && LBAPI::instance()->findChildren<EventData *>().size() == 1;
         });
     }
-
-    static Notification *notice() { return LBAPI::instance()->notifications()->newest(); }
 };
 
 static const RegisterTest<TestLbapi> registered;

@@ -2,12 +2,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "app/workerthread.h"
+#include "base/failure.h"
 #include "support/testcase.h"
 
 #include <QThread>
 
 #include <atomic>
-#include <cxxabi.h>
 #include <unistd.h>
 
 /** A worker that blocks forever, in init() or in a slot that catches everything. */
@@ -34,13 +34,8 @@ private Q_SLOTS:
 
     void catchingSlot()
     {
-        try {
-            block();
-        } catch (abi::__forced_unwind &) {
-            throw;
-        } catch (...) {
-            qFatal("the end of a thread is not a failure");
-        }
+        if (catchFailure([this] { block(); }))
+            qFatal("the end of a thread is no failure of ours");
     }
 
 private:

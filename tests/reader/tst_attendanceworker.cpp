@@ -1,15 +1,17 @@
 // SPDX-FileCopyrightText: The Lumenboard developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "api/lbapi.h"
 #include "app/attendancethread.h"
 #include "attendance/attendancespool.h"
 #include "reader/attendanceworker.h"
 #include "simulator/virtualreader.h"
-#include "support/fulldisk.h"
+#include "support/brokendisk.h"
+#include "support/notices.h"
 #include "support/testcase.h"
 #include "support/workerrunner.h"
 
+#include <QPointer>
+#include <QScopeGuard>
 #include <QTemporaryDir>
 
 #include <optional>
@@ -41,7 +43,7 @@ private Q_SLOTS:
     {
         const Running running;
         m_reader.tap("0A1B2C3D");
-        QTRY_COMPARE(shown(), "0 Erika Beispiel"_s);
+        QTRY_COMPARE(shownNotice(), "0 Erika Beispiel"_s);
         QVERIFY(notice()->message().startsWith("Ihre Anwesenheit"_s));
         const auto record = services().attendanceRecords().value(0);
         QCOMPARE(record.transponderId, quint64(0x0A1B2C3D));
@@ -51,17 +53,17 @@ private Q_SLOTS:
 
         services().setFault(Route::Attendance, Fault::Hang);
         m_reader.tap("0a1b2c3d"); // the same card
-        QTRY_COMPARE(shown(), "4 Erika Beispiel"_s);
+        QTRY_COMPARE(shownNotice(), "4 Erika Beispiel"_s);
         QCOMPARE(attendanceSpool().count(), 1);
         services().clearFaults();
-        QTRY_COMPARE(shown(), "0 Erika Beispiel"_s);
+        QTRY_COMPARE(shownNotice(), "0 Erika Beispiel"_s);
     }
 
     void tellsOfFailures_data()
     {
-        columns<Fault, int, QString>("fault", "type", "reason");
-        constexpr int temporary = Notification::WARNING;
-        constexpr int permanent = Notification::ERR;
+        columns<Fault, bool, QString>("fault", "isTemporary", "reason");
+        constexpr bool temporary = true;
+        constexpr bool permanent = false;
         row("refused", Fault::Refuse, temporary, "Network error: ");
         row("server error", Fault::ServerError, temporary, "Network error: 401 ");
         row("dropped", Fault::Drop, temporary, "Network error: ");
@@ -78,14 +80,14 @@ private Q_SLOTS:
     void tellsOfFailures()
     {
         const auto fault = at<Fault>("fault");
-        const bool isTemporary = at<int>("type") == Notification::WARNING;
+        const bool isTemporary = at<bool>("isTemporary");
         log().expect("Error logging attendance: false \""_s + at("reason"));
         log().allow("Network error"_s);
         log().allow("AttendanceResponse(): "_s);
         services().setFault(Route::Attendance, fault);
         const Running running({ fault == Fault::Hang ? 300ms : 5000ms, 5s, 1024 * 1024 });
         m_reader.tap("0A1B2C3D");
-        QTRY_COMPARE(shown(), "%1 Attendance"_s.arg(at<int>("type")));
+        QTRY_COMPARE(shownNotice(), isTemporary ? "2 Attendance"_s : "3 Attendance"_s);
         const QString message = notice()->message();
         QVERIFY(message.startsWith(isTemporary ? "A temporary error occurred."_s
                                                : "Failed to log your attendance."_s));
@@ -107,11 +109,7 @@ private Q_SLOTS:
     void passesOverTheSpoolAFewAtATime()
     {
         constexpr int waiting = 12;
-        for (int i = 1; i <= waiting; ++i)
-            (void)attendanceSpool().create(
-                "<?xml version=\"1.0\"?><attendance><clientTime>2026-11-23T10:00:00</clientTime>"
-                "<locationId>1</locationId><transponderId>%1</transponderId></attendance>"_s.arg(i)
-                    .toUtf8());
+        spoolRecords(waiting);
         const QString foreign = attendanceSpool().create("no record");
         log().expect("Not an attendance record: \"%1\""_s.arg(foreign));
         log().expect("Error logging attendance: true \"invalid attendance request data\""_s);
@@ -122,20 +120,18 @@ private Q_SLOTS:
         running->post("processQueue"); // deferred
         m_reader.tap("0A1B2C3D"); // not behind the queue
         QTRY_COMPARE(services().requestCount(Route::Attendance), 5);
-        QCOMPARE(shown(), "4 Attendance"_s);
+        QCOMPARE(shownNotice(), "4 Attendance"_s);
         services().clearFaults();
         QTRY_COMPARE(attendanceSpool().count(), 1);
         QCOMPARE(services().attendanceRecords().size(), waiting + 1);
         QVERIFY(QFile::exists(foreign));
-        QCOMPARE(model().length(), 1);
+        QCOMPARE(notices().length(), 1);
     }
 
     void endsAPassWhenNobodyAnswers()
     {
-        for (int i = 0; i < 20; ++i)
-            (void)attendanceSpool().create(
-                "<attendance><clientTime>2026-11-23T10:00:00</clientTime>"
-                "<transponderId>1</transponderId></attendance>");
+        constexpr int waiting = 20;
+        spoolRecords(waiting);
         log().expect("The service does not answer, the rest of the queue waits."_s);
         log().expect("Error logging attendance: true \"Network error"_s);
         log().allow("Network error"_s);
@@ -143,8 +139,8 @@ private Q_SLOTS:
         const Running running;
         running->post("processQueue");
         QTRY_VERIFY(log().lines().join(QLatin1Char(' ')).contains("the rest of the queue waits"_s));
-        QCOMPARE(attendanceSpool().count(), 20);
-        // Three misses and who was under way then, each posted twice by Qt.
+        QCOMPARE(attendanceSpool().count(), waiting);
+        // Three misses and those in flight by then, each posted twice by Qt.
         QVERIFY(services().requestCount(Route::Attendance) <= 12);
     }
 
@@ -155,22 +151,22 @@ private Q_SLOTS:
         {
             const Running running;
             m_reader.tap("0A1B2C3D");
-            QTRY_COMPARE(shown(), "4 Attendance"_s);
+            QTRY_COMPARE(shownNotice(), "4 Attendance"_s);
         }
-        QTRY_COMPARE(model().length(), 0);
+        QTRY_COMPARE(notices().length(), 0);
         QCOMPARE(attendanceSpool().count(), 1);
     }
 
-    void answersThoughTheNoticeIsClosed()
+    void completesARecordWhoseNoticeIsClosed()
     {
         services().setFault(Route::Attendance, Fault::Hang);
         const Running running;
         m_reader.tap("0A1B2C3D");
-        QTRY_COMPARE(shown(), "4 Attendance"_s);
+        QTRY_COMPARE(shownNotice(), "4 Attendance"_s);
         notice()->remove();
         services().clearFaults();
         QTRY_COMPARE(attendanceSpool().count(), 0);
-        QCOMPARE(model().length(), 0);
+        QCOMPARE(notices().length(), 0);
     }
 
     void handsCardsToWhoWaitsForOne()
@@ -183,7 +179,7 @@ private Q_SLOTS:
         QCOMPARE(scanned.constFirst().constFirst().toString(), "0a1B2c3D"_s);
         QVERIFY(!LBAPI::instance()->scanTransponder());
         QCOMPARE(services().requestCount(Route::Attendance), 0);
-        QCOMPARE(model().length(), 0);
+        QCOMPARE(notices().length(), 0);
     }
 
     void tellsOfACardThatIsNone()
@@ -194,7 +190,7 @@ private Q_SLOTS:
         log().expect("Failed to parse transponder ID \"0x1A2B3C\""_s);
         log().expect("Error logging attendance: false \"Failed to parse transponder ID. :O\""_s);
         m_reader.send("0A1B2C3\r0A1B2C3D4\r0x1A2B3C\r0A1B2C3D\r");
-        QTRY_COMPARE(shown(), "3 Error"_s);
+        QTRY_COMPARE(shownNotice(), "3 Error"_s);
         QVERIFY(notice()->message().endsWith("\n\nFailed to parse transponder ID. :O"_s));
         m_reader.send("\n"); // the good line waited for it
         QTRY_COMPARE(services().attendanceRecords().size(), 1);
@@ -202,9 +198,9 @@ private Q_SLOTS:
 
         log().allow("Failed to parse transponder ID"_s);
         log().allow("Error logging attendance: false"_s);
-        const int lines = model().length();
+        const int lines = notices().length();
         m_reader.send("0x1A2B3C\r0A1B2C3D\r");
-        QTRY_VERIFY(model().length() > lines);
+        QTRY_VERIFY(notices().length() > lines);
         running.reset();
         QCOMPARE(attendanceSpool().count(), 1); // nothing came behind it, but it is not lost
     }
@@ -215,7 +211,7 @@ private Q_SLOTS:
         log().expect("Error logging attendance: false \"failed to write to file"_s);
         const FullDisk full(10);
         m_reader.tap("0A1B2C3D");
-        QTRY_COMPARE(shown(), "3 Attendance"_s);
+        QTRY_COMPARE(shownNotice(), "3 Attendance"_s);
         QVERIFY(notice()->message().startsWith("Failed to log your attendance."_s));
         QCOMPARE(services().requestCount(Route::Attendance), 0);
     }
@@ -230,10 +226,10 @@ private Q_SLOTS:
         QSignalSpy states(running->worker, &AttendanceWorker::readerStateChanged);
         log().expect("No serial port found."_s);
         m_reader.unplug();
-        QTRY_COMPARE(shown(), "3 Serial port error"_s);
+        QTRY_COMPARE(shownNotice(), "3 Serial port error"_s);
         QVERIFY(notice()->message().contains("\nRetrying in 1 seconds."_s));
         QCOMPARE(notice()->timeout(), 5000U);
-        QTRY_COMPARE(model().length(), 2); // a second later
+        QTRY_COMPARE(notices().length(), 2); // a second later
         QCOMPARE(notice()->message(), "No serial port found."_s);
         QCOMPARE(notice()->timeout(), 30000U);
         running->post("initSerialPort"); // nothing new, nothing to tell
@@ -244,26 +240,30 @@ private Q_SLOTS:
         QTRY_COMPARE(services().attendanceRecords().size(), 1);
     }
 
-    /** Comes last: what it stops stays stopped for the process. */
     void stopsForGoodWhenARecordCanNotBeRemoved()
     {
         services().setFault(Route::Attendance, Fault::Hang);
-        const Running running;
+        m_reader.unplug(); // until the test listens
+        log().allow("No serial port found."_s);
+        const QPointer<AttendanceWorker> worker = startAttendanceThread();
+        const auto stop = qScopeGuard(stopAttendanceThread);
+        QSignalSpy connected(worker, &AttendanceWorker::readerStateChanged);
+        QVERIFY(m_reader.plug());
+        QMetaObject::invokeMethod(worker, "initSerialPort", Qt::QueuedConnection);
+        QTRY_COMPARE(connected.count(), 1);
         m_reader.tap("0A1B2C3D");
         QTRY_COMPARE(services().requestCount(Route::Attendance), 1);
-        const QString folder = attendanceSpool().folder();
-        const QString file
-            = folder + QLatin1Char('/') + QDir(folder).entryList(QDir::Files).value(0);
-        QVERIFY(QFile::remove(file) && QDir().mkpath(file)); // a folder can not be removed so
+        const QString path = blockRemoval(attendanceSpool().folder());
         log().expect("Failed to remove a sent attendance record"_s);
-        log().expect("Logging has been stopped"_s);
         services().clearFaults();
-        QTRY_COMPARE(shown(), "3 FATAL ERROR"_s);
-        QVERIFY(notice()->message().contains(file));
+        QTRY_COMPARE(shownNotice(), "3 FATAL ERROR"_s);
+        QVERIFY(notice()->message().contains(path));
         QVERIFY(notice()->timeout() == 0 && notice()->isClosable());
-        QTRY_VERIFY(running->thread.isFinished());
-        startAttendanceThread();
-        QCOMPARE(model().length(), 2);
+        QTRY_VERIFY(!worker); // it ends its thread
+        stopAttendanceThread(); // waits
+        log().expect("Logging has been stopped"_s);
+        QVERIFY(!startAttendanceThread());
+        QCOMPARE(notices().length(), 2);
     }
 
 private:
@@ -283,17 +283,13 @@ private:
         std::optional<WorkerRunner<AttendanceWorker>> m_runner;
     };
 
-    static NotificationsModel &model() { return *LBAPI::instance()->notifications(); }
-
-    /** The newest notification. */
-    static Notification *notice()
+    static void spoolRecords(int count)
     {
-        return model().data(model().index(0), NotificationsModel::DataRole).value<Notification *>();
-    }
-
-    static QString shown()
-    {
-        return notice() ? "%1 %2"_s.arg(notice()->type()).arg(notice()->title()) : QString();
+        for (int i = 1; i <= count; ++i)
+            (void)attendanceSpool().create(
+                "<?xml version=\"1.0\"?><attendance><clientTime>2026-11-23T10:00:00</clientTime>"
+                "<locationId>1</locationId><transponderId>%1</transponderId></attendance>"_s.arg(i)
+                    .toUtf8());
     }
 
     std::optional<QTemporaryDir> m_folder;

@@ -1,16 +1,14 @@
 // SPDX-FileCopyrightText: The Lumenboard developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "base/exceptions.h"
+#include "base/failure.h"
 #include "spool/spool.h"
-#include "support/fulldisk.h"
+#include "support/brokendisk.h"
 #include "support/testcase.h"
 
 #include <QTemporaryDir>
 
-#include <csignal>
 #include <optional>
-#include <sys/resource.h>
 #include <sys/stat.h>
 
 class TestSpool : public TestCase
@@ -18,130 +16,124 @@ class TestSpool : public TestCase
     Q_OBJECT
 
 private Q_SLOTS:
+    void init()
+    {
+        TestCase::init();
+        m_folder.emplace();
+        settings::set("spoolDir"_s, m_folder->path());
+    }
+
     void liesWhereItIsNamed()
     {
-        const Spool spool({ variable, "spoolDir"_s, "spool/test"_s });
-        QVERIFY(spool.folder().endsWith("/spool/test"_s));
-        settings::set("spoolDir"_s, "/by/setting"_s);
-        QCOMPARE(spool.folder(), "/by/setting"_s);
+        QCOMPARE(m_spool.folder(), m_folder->path());
+        settings::set("spoolDir"_s, {});
+        QVERIFY(m_spool.folder().endsWith("/spool/test"_s));
         qputenv(variable, "/by/variable/");
-        QCOMPARE(spool.folder(), "/by/variable"_s);
+        QCOMPARE(m_spool.folder(), "/by/variable"_s);
         qunsetenv(variable);
     }
 
     void keepsRecordsApartAndWhole()
     {
-        const Spool spool = makeSpool();
+        settings::set("spoolDir"_s, path("new/folder"));
         QStringList paths;
         for (int i = 0; i < 300; ++i) // more than one in a millisecond
-            paths.append(spool.create(QByteArray::number(i)));
+            paths.append(m_spool.create(QByteArray::number(i)));
         QCOMPARE(paths.removeDuplicates(), 0);
-        QCOMPARE(spool.count(), 300);
+        QCOMPARE(m_spool.count(), 300);
         QVERIFY(paths.first().endsWith(QLatin1Char('0')));
         const QString stem = paths.first().chopped(1);
         if (paths.at(1).startsWith(stem))
             QCOMPARE(paths.at(1), stem + QLatin1Char('1'));
 
         Spool::replace(paths.at(7), "new");
-        QCOMPARE(read(paths.at(7)), QByteArray("new"));
-        QCOMPARE(read(paths.at(8)), QByteArray("8"));
+        QCOMPARE(settings::read(paths.at(7)), "new"_s);
+        QCOMPARE(settings::read(paths.at(8)), "8"_s);
         QCOMPARE(QFile(paths.at(8)).permissions() & 0x77, 0);
         QVERIFY(!Spool::remove(paths.at(7)));
         QVERIFY(!Spool::remove(paths.at(7))); // gone already is as good
-        QCOMPARE(spool.count(), 299);
         QCOMPARE(allFiles().size(), 299); // nothing unfinished beside them
+    }
+
+    void namesNothingThatIsNotCommitted()
+    {
+        {
+            DurableFile first = m_spool.write("first");
+            QCOMPARE(m_spool.count(), 0);
+            QVERIFY(QDir().mkpath(first.path())); // its name is taken
+            QCOMPARE(Spool::commit(first), first.path().chopped(1) + QLatin1Char('1'));
+            const DurableFile dropped = m_spool.write("dropped");
+            QCOMPARE(allFiles().size(), 3);
+        }
+        QCOMPARE(allFiles().size(), 2);
+        QCOMPARE(m_spool.count(), 1);
     }
 
     void leavesNothingOfAFailedWrite()
     {
-        const Spool spool = makeSpool();
-        const QString path = spool.create("old");
+        const QString record = m_spool.create("old");
         QString fresh;
         QString replaced;
         {
             const FullDisk full(1000);
-            fresh = failure([&] { (void)spool.create(QByteArray(5000, 'x')); });
-            replaced = failure([&] { Spool::replace(path, QByteArray(5000, 'x')); });
+            fresh = failure([&] { (void)m_spool.create(QByteArray(5000, 'x')); });
+            replaced = failure([&] { Spool::replace(record, QByteArray(5000, 'x')); });
         }
-        QVERIFY2(fresh.startsWith("failed to write to file \""_s + m_folder->path()),
-                 qPrintable(fresh));
-        QVERIFY2(replaced.startsWith("failed to write to file \"%1\": 2 "_s.arg(path)),
+        QVERIFY2(fresh.startsWith("failed to write to file \""_s + path("")), qPrintable(fresh));
+        QVERIFY2(replaced.startsWith("failed to write to file \"%1\": 2 "_s.arg(record)),
                  qPrintable(replaced));
-        QCOMPARE(allFiles(), QStringList { QFileInfo(path).fileName() });
-        QCOMPARE(read(path), QByteArray("old"));
+        QCOMPARE(allFiles(), QStringList { QFileInfo(record).fileName() });
+        QCOMPARE(settings::read(record), "old"_s);
     }
 
     void tellsWhyAFileCanNotBeMadeOrRemoved()
     {
-        const Spool spool = makeSpool();
-        QVERIFY(spool.canBeListed());
-        const QString missing = m_folder->filePath("missing/record"_s);
+        QVERIFY(m_spool.canBeListed());
+        const QString missing = path("missing/record");
         const QString text = failure([&] { Spool::replace(missing, "x"); });
         QVERIFY2(text.startsWith("failed to create file \"%1\": 5 "_s.arg(missing)),
                  qPrintable(text));
-        const QString folder = m_folder->filePath("folder"_s);
-        QVERIFY(QDir().mkpath(folder));
-        const auto problem = Spool::remove(folder);
-        QVERIFY(problem && problem->startsWith(folder + QLatin1Char(' ')));
-        write("file"_s);
-        settings::set("spoolDir"_s, m_folder->filePath("file"_s));
+        const auto problem = Spool::remove(m_folder->path());
+        QVERIFY(problem && problem->startsWith(m_folder->path() + QLatin1Char(' ')));
+        settings::write(path("file"), {});
+        settings::set("spoolDir"_s, path("file"));
         log().expect("can not be listed."_s);
-        QVERIFY(!spool.canBeListed());
+        QVERIFY(!m_spool.canBeListed());
     }
 
     void clearsWhatACrashLeftAndNothingElse()
     {
-        const Spool spool = makeSpool();
-        for (const auto &name :
-             { "kq1f0"_s, ".kq1f1.lumenboard-part"_s, ".hidden"_s, ".kq1f2.part"_s })
-            write(name);
-        QVERIFY(QFile::link(m_folder->filePath("kq1f0"_s), m_folder->filePath("link"_s)));
-        QCOMPARE(mkfifo(QFile::encodeName(m_folder->filePath("pipe"_s)).constData(), 0600), 0);
-        spool.removeLeftovers();
+        for (const char *name : { "kq1f0", ".kq1f1.lumenboard-part", ".hidden", ".kq1f2.part" })
+            settings::write(path(name), {});
+        QVERIFY(QFile::link(path("kq1f0"), path("link")));
+        QCOMPARE(mkfifo(QFile::encodeName(path("pipe")).constData(), 0600), 0);
+        m_spool.removeLeftovers();
         QCOMPARE(allFiles().join(QLatin1Char(' ')), ".hidden .kq1f2.part kq1f0 link pipe"_s);
-        QCOMPARE(spool.count(), 1);
+        QCOMPARE(m_spool.count(), 1);
     }
 
 private:
     static constexpr auto variable = "LB_TEST_SPOOL_DIR";
 
-    Spool makeSpool()
+    [[nodiscard]] QString path(const char *name) const
     {
-        m_folder.emplace();
-        settings::set("spoolDir"_s, m_folder->path());
-        return Spool({ variable, "spoolDir"_s, {} });
+        return m_folder->path() + QLatin1Char('/') + QLatin1String(name);
     }
 
     template <typename Function> static QString failure(Function function)
     {
-        try {
-            function();
-        } catch (const AttendanceErrorException &e) {
-            return QString::fromUtf8(e.what());
-        }
-        return {};
+        return catchFailure(function).value_or(Failure {}).text;
     }
 
-    QStringList allFiles() const
+    [[nodiscard]] QStringList allFiles() const
     {
-        return QDir(m_folder->path())
+        return QDir(m_spool.folder())
             .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
                        QDir::Name);
     }
 
-    void write(const QString &name) const
-    {
-        QFile file(m_folder->filePath(name));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-    }
-
-    static QByteArray read(const QString &path)
-    {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(unreadable)");
-    }
-
     std::optional<QTemporaryDir> m_folder;
+    const Spool m_spool { { variable, "spoolDir"_s, "spool/test"_s } };
 };
 
 static RegisterTest<TestSpool> registerSpool;

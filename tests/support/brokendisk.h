@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include <QDir>
+
 #include <csignal>
 #include <sys/resource.h>
 
@@ -27,3 +29,11 @@ public:
 private:
     rlimit m_kept {};
 };
+
+/** Replaces the one file in @p folder by a folder, which can not be removed; returns its path. */
+inline QString blockRemoval(const QString &folder)
+{
+    const QDir dir(folder);
+    const QString path = dir.filePath(dir.entryList(QDir::Files).value(0));
+    return QFile::remove(path) && dir.mkpath(path) ? path : QString();
+}

@@ -1,0 +1,61 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include "net/requestlimits.h"
+
+#include <QObject>
+#include <QTimer>
+
+#include <chrono>
+
+class AttendanceNameCache;
+class AttendanceQueue;
+class RecordQueue;
+class TallyxQueue;
+class XNetworkAccessManager;
+struct Failure;
+
+/**
+ * Logs cards with the attendance and the presence service: owns the two queues and the timer that
+ * sends what waits in them.
+ *
+ * Made by the attendance worker in its thread.
+ */
+class CardLogger : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit CardLogger(const RequestLimits &limits, QObject *parent = nullptr);
+    /** Withdraws what the queues have left open on the screen. */
+    ~CardLogger() override;
+
+    /** Logs the card with this id, as the settings want it. */
+    void log(quint64 transponderId);
+    /** Tells the person at the screen of a card that could not be read. */
+    void reportFailure(const Failure &failure);
+    /** Sends the records of both spools, or tries again later while requests are in flight. */
+    void processQueue();
+    /** True once a sent record could not be removed: nothing is logged any more. */
+    [[nodiscard]] bool isStopped() const { return m_isStopped; }
+
+Q_SIGNALS:
+    /** It is time for processQueue(). */
+    void queueDue();
+    /** isStopped() has become true. */
+    void stopped();
+
+private:
+    void connectQueue(RecordQueue &queue);
+    void pauseForFresh();
+    void stop();
+
+    XNetworkAccessManager *m_manager;
+    AttendanceNameCache *m_names;
+    AttendanceQueue *m_attendance;
+    TallyxQueue *m_presence;
+    QTimer m_queueTimer;
+    bool m_isStopped = false;
+};

@@ -1,0 +1,91 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include "base/failure.h"
+#include "spool/spool.h"
+#include "spool/spoolremover.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QSet>
+
+#include <chrono>
+#include <optional>
+
+class SpoolPass;
+
+/** How the sending of a record has ended. */
+struct RecordOutcome
+{
+    std::optional<Failure> failure; ///< none if the service has taken the record
+    bool wasAnswered = false; ///< the service responded, be it with a refusal
+};
+
+/**
+ * What the queues of attendance and presence share: a spool, the pass that sends its records again,
+ * and the stop when a sent record can not be removed. A record is *fresh* while a person waits for
+ * it, and *outstanding* while a request for it is in flight; the pass sends no fresh record.
+ *
+ * Lives in the attendance worker's thread.
+ */
+class RecordQueue : public QObject
+{
+    Q_OBJECT
+
+public:
+    /** True while a request of a fresh record is in flight; the pass then has to be paused. */
+    [[nodiscard]] virtual bool hasFresh() const = 0;
+    /** True while any request is in flight or a pass is under way. */
+    [[nodiscard]] bool hasOutstanding() const;
+    /** Lets the pass send nothing further until it is resumed. */
+    void setPaused(bool paused);
+    /** Sends the records of the spool; passFinished() follows. Not while hasOutstanding(). */
+    void startPass();
+    /** Ends all sending for good. */
+    virtual void stop();
+
+Q_SIGNALS:
+    /** hasFresh() may have changed. */
+    void freshChanged();
+    /** The spool should be looked at again after this time. */
+    void retryWanted(std::chrono::milliseconds delay);
+    void passFinished();
+    /** A sent record can not be removed; the person has been told. */
+    void fatalStop();
+
+protected:
+    explicit RecordQueue(const Spool &spool, QObject *parent = nullptr);
+
+    [[nodiscard]] const Spool &spool() const { return m_spool; }
+
+    /** True if the file @p path belongs to a fresh record. */
+    [[nodiscard]] virtual bool isFresh(const QString &path) const = 0;
+    /** False, with a log line, if nothing can be sent at the moment. */
+    [[nodiscard]] virtual bool canSend() const { return true; }
+    /** Reads the record @p path and sends it; endResend() follows. Throws if it is no record. */
+    virtual void resend(const QString &path) = 0;
+    virtual void logResendFailure(const Failure &failure) const = 0;
+    /** Called when a sent record has been removed. */
+    virtual void logCompletion(const QString & /*path*/) const { }
+    /** Logs that a sent record can not be removed, and returns the message for the person. */
+    [[nodiscard]] virtual QString reportRemovalFailure(const QString &reason) const = 0;
+
+    /** Completes a record that resend() has sent. */
+    void endResend(const QString &path, const RecordOutcome &outcome);
+    /** Removes a record that must not be sent again; stops everything if that fails. */
+    void complete(const QString &path, SpoolRemover::Sync sync);
+
+private:
+    [[nodiscard]] bool tryResend(const QString &path);
+    void onResendFailed(const Failure &failure);
+    void onPassFinished();
+
+    Spool m_spool;
+    SpoolRemover m_remover;
+    QPointer<SpoolPass> m_pass;
+    QSet<QString> m_resent; ///< files in flight
+    bool m_isPaused = false;
+    bool m_isStopped = false;
+};

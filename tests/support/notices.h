@@ -1,0 +1,29 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include "api/lbapi.h"
+#include "support/logtrap.h"
+
+/** The notifications on the screen. */
+inline NotificationsModel &notices()
+{
+    return *LBAPI::instance()->notifications();
+}
+
+/** A notification with all changes that other threads have posted; row 0 is the newest. */
+inline Notification *notice(int row = 0)
+{
+    QCoreApplication::sendPostedEvents(LBAPI::instance());
+    return notices()
+        .data(notices().index(row), NotificationsModel::DataRole)
+        .value<Notification *>();
+}
+
+/** Type and title of the newest notification; empty if there is none. */
+inline QString shownNotice()
+{
+    const Notification *newest = notice();
+    return newest ? "%1 %2"_s.arg(newest->type()).arg(newest->title()) : QString();
+}
