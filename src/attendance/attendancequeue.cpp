@@ -51,7 +51,7 @@ void AttendanceQueue::log(quint64 transponderId)
     greet(request);
     if (!failure)
         failure = catchFailure([&] {
-            request->setSpoolPath(Spool::commit(*file));
+            request->setSpoolPath(spool().commit(*file, request->data()));
             if (m_fresh.size() >= noticelimits::maxCards)
                 throw AttendanceWarningException(tr("Too many cards at once."));
             send(request);

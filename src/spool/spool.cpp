@@ -36,6 +36,17 @@ DurableFile writeIn(const QString &folder, const QByteArray &record)
     return file;
 }
 
+/** Commits @p file under the first free name of its millisecond, which it returns. */
+QString commitToFreeName(DurableFile &file)
+{
+    const QString stem = file.path().chopped(1); // without the counter
+    for (int counter = 0;; ++counter) {
+        const QString path = stem + QString::number(counter, base);
+        if (file.commitAs(path))
+            return path;
+    }
+}
+
 } // namespace
 
 Spool::Spool(Place place)
@@ -74,7 +85,7 @@ int Spool::count() const
 QString Spool::create(const QByteArray &record) const
 {
     DurableFile file = write(record);
-    return commit(file);
+    return commit(file, record);
 }
 
 DurableFile Spool::write(const QByteArray &record) const
@@ -94,14 +105,16 @@ DurableFile Spool::write(const QByteArray &record) const
     return writeIn(path, record);
 }
 
-QString Spool::commit(DurableFile &file)
+QString Spool::commit(DurableFile &file, const QByteArray &record) const
 {
-    const QString stem = file.path().chopped(1); // without the counter
-    for (int counter = 0;; ++counter) {
-        const QString path = stem + QString::number(counter, base);
-        if (file.commitAs(path))
-            return path;
+    try {
+        return commitToFreeName(file);
+    } catch (const AttendanceErrorException &) {
+        if (isWritableFolder(folder()))
+            throw;
     }
+    DurableFile again = write(record);
+    return commitToFreeName(again);
 }
 
 void Spool::replace(const QString &path, const QByteArray &record)

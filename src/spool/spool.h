@@ -54,8 +54,11 @@ public:
      * can not be created or is not writable: going on would lose records.
      */
     [[nodiscard]] DurableFile write(const QByteArray &record) const;
-    /** Second half of create(): waits for the disk and returns the path of the record. Throws. */
-    [[nodiscard]] static QString commit(DurableFile &file);
+    /**
+     * Second half of create(): waits for the disk and returns the path of @p record, which is what
+     * write() made @p file of. If the folder has vanished meanwhile it starts anew. Throws.
+     */
+    [[nodiscard]] QString commit(DurableFile &file, const QByteArray &record) const;
 
     /** Replaces the content of @p path: at any time the old or the new one is on disk. Throws. */
     static void replace(const QString &path, const QByteArray &record);

@@ -61,12 +61,20 @@ private Q_SLOTS:
             DurableFile first = m_spool.write("first");
             QCOMPARE(m_spool.count(), 0);
             QVERIFY(QDir().mkpath(first.path())); // its name is taken
-            QCOMPARE(Spool::commit(first), first.path().chopped(1) + QLatin1Char('1'));
+            QCOMPARE(m_spool.commit(first, "first"), first.path().chopped(1) + QLatin1Char('1'));
             const DurableFile dropped = m_spool.write("dropped");
             QCOMPARE(allFiles().size(), 3);
         }
         QCOMPARE(allFiles().size(), 2);
         QCOMPARE(m_spool.count(), 1);
+    }
+
+    void startsAnewWhenItsFolderVanishes()
+    {
+        settings::set("spoolDir"_s, path("new"));
+        DurableFile file = m_spool.write("record");
+        QVERIFY(QDir(m_spool.folder()).removeRecursively());
+        QCOMPARE(settings::read(m_spool.commit(file, "record")), "record"_s);
     }
 
     void leavesNothingOfAFailedWrite()
