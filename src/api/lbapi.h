@@ -72,12 +72,10 @@ Q_SIGNALS:
 
 public Q_SLOTS:
     void emitReset();
-    /** Starts the download of a new schedule, which replaces the current one when it has been read.
-     */
+    /** Starts the download of a new schedule, which replaces the current one once it is read. */
     void refreshEventData();
     /**
-     * Shows @p n as the newest notification and takes ownership. Call it from the thread that
-     * created
+     * Shows @p n as the newest notification and takes ownership. Call it in the thread that created
      * @p n.
      */
     void addNotification(Notification *n) override;

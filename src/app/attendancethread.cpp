@@ -25,16 +25,16 @@ QThread &attendanceThread()
 
 } // namespace
 
-AttendanceWorker *startAttendanceThread()
+bool startAttendanceThread()
 {
     QThread &thread = attendanceThread();
     if (thread.isRunning()) {
         qWarning() << "Attendance worker thread already running.";
-        return nullptr;
+        return false;
     }
     if (s_isLoggingStopped) {
         qWarning() << "Logging has been stopped, not starting the attendance worker thread.";
-        return nullptr;
+        return false;
     }
     qDebug() << "Starting attendance worker thread..." << QThread::currentThread();
     auto *worker = new AttendanceWorker;
@@ -42,7 +42,7 @@ AttendanceWorker *startAttendanceThread()
         worker, &AttendanceWorker::loggingStopped, worker, [] { s_isLoggingStopped = true; },
         Qt::DirectConnection);
     startWorkerThread(thread, worker);
-    return worker;
+    return true;
 }
 
 void stopAttendanceThread()

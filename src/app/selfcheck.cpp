@@ -4,7 +4,7 @@
 #include "app/selfcheck.h"
 
 #include "app/localchecks.h"
-#include "attendance/attendancespool.h"
+#include "attendance/attendancerequest.h"
 #include "base/exceptions.h"
 #include "config/config.h"
 #include "config/effectivesettings.h"

@@ -6,8 +6,6 @@
 #include "attendance/attendancenamecache.h"
 #include "attendance/attendancerequest.h"
 #include "attendance/attendanceresponse.h"
-#include "attendance/attendancespool.h"
-#include "base/exceptions.h"
 #include "notifications/noticelimits.h"
 
 #include <QDebug>
@@ -50,19 +48,19 @@ void AttendanceQueue::log(quint64 transponderId)
     // The GUI thread takes the processor once it is woken: wake it while the disk works.
     greet(request);
     if (!failure)
-        failure = catchFailure([&] {
-            request->setSpoolPath(spool().commit(*file, request->data()));
-            if (m_fresh.size() >= noticelimits::maxCards)
-                throw AttendanceWarningException(tr("Too many cards at once."));
-            send(request);
-        });
+        failure = catchFailure([&] { request->setSpoolPath(spool().commit(*file)); });
+    if (!failure && m_fresh.size() + resentCount() >= noticelimits::maxCards)
+        failure = Failure::temporary(tr("Too many cards at once."));
     if (failure)
         onFailed(request, *failure);
+    else
+        send(request);
 }
 
 void AttendanceQueue::reportFailure(const Failure &failure)
 {
-    onFailed(nullptr, failure);
+    logFailure(failure);
+    NotificationHandle::showError(tr("Error"), messageFor(failure), timeoutFor(failure));
 }
 
 bool AttendanceQueue::isFresh(const QString &path) const
@@ -79,7 +77,11 @@ void AttendanceQueue::resend(const QString &path)
     AttendanceRequest *request = record.release();
     request->setParent(this);
     connect(request, &AttendanceRequest::finished, this,
-            [this, request](const RecordOutcome &outcome) {
+            [this, request](const RecordOutcome &outcome, const AttendanceResponse *response) {
+                if (response) {
+                    complete(request->spoolPath(), SpoolRemover::Sync::Soon);
+                    response->log();
+                }
                 endResend(request->spoolPath(), outcome);
                 request->deleteLater();
             });
@@ -111,22 +113,22 @@ void AttendanceQueue::greet(AttendanceRequest *request) const
 void AttendanceQueue::send(AttendanceRequest *request)
 {
     connect(request, &AttendanceRequest::finished, this,
-            [this, request](const RecordOutcome &outcome) {
-                if (outcome.failure)
-                    onFailed(request, *outcome.failure);
+            [this, request](const RecordOutcome &outcome, const AttendanceResponse *response) {
+                if (response)
+                    onSucceeded(request, *response);
                 else
-                    onSucceeded(request);
+                    onFailed(request, *outcome.failure);
             });
     m_fresh.insert(request);
     Q_EMIT freshChanged();
     request->send(m_manager, m_limits);
 }
 
-void AttendanceQueue::onSucceeded(AttendanceRequest *request)
+void AttendanceQueue::onSucceeded(AttendanceRequest *request, const AttendanceResponse &response)
 {
     // First of all: after a crash from here on the record must not be sent again.
     complete(request->spoolPath(), SpoolRemover::Sync::AtOnce);
-    const AttendanceResponse &response = *request->response();
+    response.log();
     if (!request->notification().isGone()) {
         m_names.insert(request->transponderId(), response.name());
         // No further response would ever end a LOADING notice.
@@ -139,40 +141,42 @@ void AttendanceQueue::onSucceeded(AttendanceRequest *request)
     release(request);
 }
 
-/** Ends the card of @p request, or one that came to no request, with a failure. */
+/** Ends the card of @p request with a failure. */
 void AttendanceQueue::onFailed(AttendanceRequest *request, const Failure &failure)
 {
-    qCritical() << "Error logging attendance:" << false << failure.logText();
-    Q_EMIT retryWanted(60s);
-    tellPerson(request, failure);
-    if (!request)
-        return;
+    logFailure(failure);
+    request->notification().changeOrShow(
+        [title = tr("Error")] {
+            return new Notification(Notification::LOADING, title, {}, 0, false, true);
+        },
+        [message = messageFor(failure), timeout = timeoutFor(failure),
+         type = failure.isTemporary() ? Notification::WARNING : Notification::ERR](
+            Notification &notice) { notice.set(type, notice.title(), message, timeout); });
     if (!failure.isTemporary())
         complete(request->spoolPath(), SpoolRemover::Sync::AtOnce);
     release(request);
 }
 
-void AttendanceQueue::tellPerson(const AttendanceRequest *request, const Failure &failure) const
+void AttendanceQueue::logFailure(const Failure &failure)
 {
-    const bool isTemporary = failure.isTemporary();
-    const QString advice = isTemporary
+    qCritical() << "Error logging attendance:" << false << failure.logText();
+    Q_EMIT retryWanted(60s);
+}
+
+QString AttendanceQueue::messageFor(const Failure &failure)
+{
+    const QString advice = failure.isTemporary()
         ? tr("A temporary error occurred. However, the logging of your attendance has been "
              "successfully queued for later execution.")
         : tr("Failed to log your attendance. Please call on a staff member in charge and ask for "
              "instructions.");
-    const QString message = advice + QLatin1String("\n\n")
+    return advice + QLatin1String("\n\n")
         + (failure.text.isEmpty() ? tr("Unknown error") : failure.text);
-    const uint timeout = isTemporary ? noticelimits::temporaryMs : noticelimits::staffMs;
-    if (!request) {
-        NotificationHandle::showError(tr("Error"), message, timeout);
-        return;
-    }
-    request->notification().changeOrShow(
-        [title = tr("Error")] {
-            return new Notification(Notification::LOADING, title, {}, 0, false, true);
-        },
-        [message, timeout, type = isTemporary ? Notification::WARNING : Notification::ERR](
-            Notification &notice) { notice.set(type, notice.title(), message, timeout); });
+}
+
+uint AttendanceQueue::timeoutFor(const Failure &failure)
+{
+    return failure.isTemporary() ? noticelimits::temporaryMs : noticelimits::staffMs;
 }
 
 void AttendanceQueue::release(AttendanceRequest *request)

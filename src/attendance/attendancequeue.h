@@ -10,11 +10,12 @@
 
 class AttendanceNameCache;
 class AttendanceRequest;
+class AttendanceResponse;
 class QNetworkAccessManager;
 
 /**
  * Logs attendance: spools the record of each card, sends it, and tells the person how it went. The
- * record is removed once the service has answered; after a temporary failure it stays for a pass.
+ * record is removed once the service has responded; after a temporary failure it stays for a pass.
  *
  * Lives in the attendance worker's thread.
  */
@@ -31,7 +32,7 @@ public:
 
     /** Logs the card with this id, now. */
     void log(quint64 transponderId);
-    /** Tells the person at the screen of a failure that belongs to no record. */
+    /** Tells the person at the screen about a card that came to no record. */
     void reportFailure(const Failure &failure);
 
     [[nodiscard]] bool hasFresh() const override { return !m_fresh.isEmpty(); }
@@ -45,10 +46,12 @@ protected:
 private:
     void greet(AttendanceRequest *request) const;
     void send(AttendanceRequest *request);
-    void onSucceeded(AttendanceRequest *request);
+    void onSucceeded(AttendanceRequest *request, const AttendanceResponse &response);
     void onFailed(AttendanceRequest *request, const Failure &failure);
-    void tellPerson(const AttendanceRequest *request, const Failure &failure) const;
     void release(AttendanceRequest *request);
+    void logFailure(const Failure &failure);
+    [[nodiscard]] static QString messageFor(const Failure &failure);
+    [[nodiscard]] static uint timeoutFor(const Failure &failure);
 
     QNetworkAccessManager &m_manager;
     AttendanceNameCache &m_names;

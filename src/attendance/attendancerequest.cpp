@@ -7,15 +7,16 @@
 #include "attendance/attendancesignature.h"
 #include "base/exceptions.h"
 #include "config/config.h"
+#include "config/keys.h"
 #include "net/errortext.h"
 #include "net/http.h"
-#include "spool/recordqueue.h"
 
 #include <QDebug>
 #include <QFile>
 #include <QXmlStreamReader>
 #include <QXmlStreamWriter>
 
+#include <memory>
 #include <utility>
 
 namespace {
@@ -31,6 +32,12 @@ namespace element {
 constexpr qint64 maxRecordBytes = 65536; // ours have some 200
 
 } // namespace
+
+Spool attendanceSpool()
+{
+    return Spool({ "LB_ATTENDANCE_SPOOL_DIR", keys::attendanceSpoolDir,
+                   QStringLiteral("spool/attendance") });
+}
 
 AttendanceRequest::AttendanceRequest(quint64 transponderId, QObject *parent)
     : QObject(parent)
@@ -53,8 +60,6 @@ AttendanceRequest::AttendanceRequest(const QString &spoolPath, QObject *parent)
     QXmlStreamReader reader(isPlausible ? file.readAll() : QByteArray());
     read(reader);
 }
-
-AttendanceRequest::~AttendanceRequest() = default;
 
 void AttendanceRequest::build()
 {
@@ -89,17 +94,16 @@ void AttendanceRequest::onFinished()
     const QPointer<QNetworkReply> reply = std::exchange(m_reply, {});
     reply->deleteLater();
     RecordOutcome outcome;
-    outcome.wasAnswered = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).isValid();
-    outcome.failure = catchFailure([&] {
-        if (reply->error() != QNetworkReply::NoError)
-            throw AttendanceWarningException(
-                QStringLiteral("Network error: %1 %2")
-                    .arg(QString::number(reply->error()), errorText(*reply)));
-        m_response = std::make_unique<AttendanceResponse>(reply->readAll());
-    });
-    Q_EMIT finished(outcome);
-    if (m_response)
-        m_response->log();
+    outcome.hasResponse = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).isValid();
+    std::unique_ptr<AttendanceResponse> response;
+    if (reply->error() != QNetworkReply::NoError)
+        outcome.failure
+            = Failure::temporary(QStringLiteral("Network error: %1 %2")
+                                     .arg(QString::number(reply->error()), errorText(*reply)));
+    else
+        outcome.failure = catchFailure(
+            [&] { response = std::make_unique<AttendanceResponse>(reply->readAll()); });
+    Q_EMIT finished(outcome, response.get());
 }
 
 void AttendanceRequest::read(QXmlStreamReader &reader)

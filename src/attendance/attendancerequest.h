@@ -3,20 +3,22 @@
 
 #pragma once
 
+#include "base/failure.h"
 #include "notifications/notificationhandle.h"
+#include "spool/spool.h"
 
 #include <QDateTime>
 #include <QNetworkReply>
 #include <QObject>
 #include <QPointer>
 
-#include <memory>
-
 class AttendanceResponse;
 class QNetworkAccessManager;
 class QXmlStreamReader;
-struct RecordOutcome;
 struct RequestLimits;
+
+/** The spool of attendance records. */
+[[nodiscard]] Spool attendanceSpool();
 
 /**
  * One attendance record on its way to the service: builds the XML document, signs and posts it, and
@@ -35,8 +37,6 @@ public:
     /** The record in the file @p spoolPath. Throws AttendanceErrorException if it holds none. */
     explicit AttendanceRequest(const QString &spoolPath, QObject *parent = nullptr);
 
-    ~AttendanceRequest() override;
-
     [[nodiscard]] quint64 transponderId() const { return m_transponderId; }
     [[nodiscard]] int locationId() const { return m_locationId; }
     /** The notice of the person who waits. */
@@ -47,8 +47,6 @@ public:
     void setSpoolPath(const QString &path) { m_spoolPath = path; }
     /** The document of the latest build(). */
     [[nodiscard]] const QByteArray &data() const { return m_data; }
-    /** What the service responded; null until it has taken the record. */
-    [[nodiscard]] const AttendanceResponse *response() const { return m_response.get(); }
 
     /** Builds the document; one from the spool also tells how long it has waited. */
     void build();
@@ -56,7 +54,8 @@ public:
     void send(QNetworkAccessManager &manager, const RequestLimits &limits);
 
 Q_SIGNALS:
-    void finished(const RecordOutcome &outcome);
+    /** @p response is null after a failure, and lives as long as the call. */
+    void finished(const RecordOutcome &outcome, const AttendanceResponse *response);
 
 private Q_SLOTS:
     void onFinished();
@@ -72,5 +71,4 @@ private:
     QString m_spoolPath;
     QByteArray m_data;
     QPointer<QNetworkReply> m_reply;
-    std::unique_ptr<AttendanceResponse> m_response;
 };

@@ -5,6 +5,11 @@
 
 #include "base/exceptions.h"
 
+Failure Failure::temporary(const QString &text)
+{
+    return { text, AttendanceWarningException::notificationType };
+}
+
 bool Failure::isTemporary() const
 {
     return type == AttendanceWarningException::notificationType;

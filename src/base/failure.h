@@ -14,10 +14,19 @@ struct Failure
     QString text; ///< ready to be shown; empty if nothing is known
     int type; ///< the Notification::Type that shows it
 
+    /** A failure after which the record stays queued. */
+    [[nodiscard]] static Failure temporary(const QString &text);
     /** True if the record stays queued and is sent later. */
     [[nodiscard]] bool isTemporary() const;
     /** The text, or what stands in the log for a failure without one. */
     [[nodiscard]] QString logText() const;
+};
+
+/** How the sending of a record has ended. */
+struct RecordOutcome
+{
+    std::optional<Failure> failure; ///< none if the service has taken the record
+    bool hasResponse = false; ///< also true for a refusal
 };
 
 /** Describes the exception that is being handled. Call it in a catch block only. */

@@ -4,6 +4,7 @@
 #include "config/effectivesettings.h"
 
 #include "config/config.h"
+#include "config/keys.h"
 #include "config/settingstable.h"
 
 #include <QRegularExpression>
@@ -51,8 +52,10 @@ QString maskPasswords(QString text)
 QVector<EffectiveSetting> effectiveSettings(const Config &config)
 {
     QVector<EffectiveSetting> settings;
-    for (const Setting &setting : settingsTable())
-        settings.append({ setting.key, shown(config, setting), config.origin(setting.key) });
+    for (const Setting &setting : settingsTable()) {
+        if (setting.key != keys::userAgent) // nothing reads it
+            settings.append({ setting.key, shown(config, setting), config.origin(setting.key) });
+    }
     std::sort(settings.begin(), settings.end(),
               [](const auto &one, const auto &other) { return one.key < other.key; });
     return settings;

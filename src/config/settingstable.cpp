@@ -102,6 +102,7 @@ const Setting &settingOf(const QString &key)
     const auto &table = settingsTable();
     const auto row = std::find_if(table.begin(), table.end(),
                                   [&key](const Setting &setting) { return setting.key == key; });
-    Q_ASSERT(row != table.end());
+    if (row == table.end())
+        qFatal("Setting \"%s\" is not in the table", qPrintable(key));
     return *row;
 }

@@ -24,6 +24,7 @@ NotificationBoard::~NotificationBoard()
 
 NotificationBoard &NotificationBoard::instance()
 {
-    Q_ASSERT(s_board);
+    if (!s_board)
+        qFatal("No notification board is installed");
     return *s_board;
 }

@@ -199,7 +199,7 @@ void TallyxFlow::fail(const Failure &failure)
 {
     qWarning() << "Error logging presence:" << failure.logText();
     const bool isQueued = isChoiceOnDisk();
-    if (!isQueued)
+    if (!isQueued && m_record.isOnDisk())
         removeRecord();
     m_notice.fail(failureText(isQueued, failure.text),
                   isQueued ? noticelimits::temporaryMs : noticelimits::staffMs);

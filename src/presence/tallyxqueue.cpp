@@ -44,7 +44,7 @@ void TallyxQueue::begin(quint64 transponderId)
     m_flows.insert(flow);
     connect(flow, &TallyxFlow::stateChanged, this, &TallyxQueue::freshChanged);
     connect(flow, &TallyxFlow::acknowledged, this,
-            [this, flow] { complete(flow->spoolPath(), SpoolRemover::Sync::AtOnce); });
+            [this, flow] { completeBooking(flow->spoolPath(), SpoolRemover::Sync::AtOnce); });
     connect(flow, &TallyxFlow::ended, this, [this, flow] { onFlowEnded(flow); });
     flow->start();
 }
@@ -108,8 +108,10 @@ void TallyxQueue::onResent(const QString &path, QNetworkReply &reply)
 {
     reply.deleteLater();
     RecordOutcome outcome;
-    outcome.wasAnswered = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).isValid();
+    outcome.hasResponse = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).isValid();
     outcome.failure = catchFailure([&] { (void)tallyxservice::readAcknowledgement(reply); });
+    if (!outcome.failure)
+        completeBooking(path, SpoolRemover::Sync::Soon);
     endResend(path, outcome);
 }
 
@@ -118,9 +120,10 @@ void TallyxQueue::logResendFailure(const Failure &failure) const
     qWarning().noquote() << "Error logging presence:" << failure.logText();
 }
 
-void TallyxQueue::logCompletion(const QString &path) const
+void TallyxQueue::completeBooking(const QString &path, SpoolRemover::Sync sync)
 {
-    qDebug() << "Presence logged:" << path;
+    if (complete(path, sync))
+        qDebug() << "Presence logged:" << path;
 }
 
 QString TallyxQueue::reportRemovalFailure(const QString &reason) const

@@ -40,11 +40,11 @@ protected:
     [[nodiscard]] bool canSend() const override;
     void resend(const QString &path) override;
     void logResendFailure(const Failure &failure) const override;
-    void logCompletion(const QString &path) const override;
     [[nodiscard]] QString reportRemovalFailure(const QString &reason) const override;
 
 private:
     void postpone(quint64 transponderId);
+    void completeBooking(const QString &path, SpoolRemover::Sync sync);
     void onResent(const QString &path, QNetworkReply &reply);
     void onFlowEnded(TallyxFlow *flow);
 

@@ -67,7 +67,7 @@ void AttendanceWorker::init()
 {
     qDebug() << "Attendance worker thread started." << QThread::currentThread();
     m_cards = new CardLogger(m_limits, this);
-    connect(m_cards, &CardLogger::queueDue, this, &AttendanceWorker::processQueue);
+    connect(m_cards->queueTimer(), &QTimer::timeout, this, &AttendanceWorker::processQueue);
     connect(m_cards, &CardLogger::stopped, this, &AttendanceWorker::onLoggingStopped);
     m_retryTimer = new QTimer(this);
     connect(m_retryTimer, &QTimer::timeout, this, &AttendanceWorker::initSerialPort);

@@ -42,7 +42,6 @@ CardLogger::CardLogger(const RequestLimits &limits, QObject *parent)
                     m_queueTimer.start(delay);
             });
     m_queueTimer.setSingleShot(true);
-    connect(&m_queueTimer, &QTimer::timeout, this, &CardLogger::queueDue);
     m_queueTimer.start(firstPass);
 
     auto *saveTimer = new QTimer(this);

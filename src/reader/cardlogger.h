@@ -21,7 +21,7 @@ struct Failure;
  * Logs cards with the attendance and the presence service: owns the two queues and the timer that
  * sends what waits in them.
  *
- * Made by the attendance worker in its thread.
+ * Created by the attendance worker in its thread.
  */
 class CardLogger : public QObject
 {
@@ -38,12 +38,12 @@ public:
     void reportFailure(const Failure &failure);
     /** Sends the records of both spools, or tries again later while requests are in flight. */
     void processQueue();
+    /** Its timeout is the time for processQueue(). */
+    [[nodiscard]] QTimer *queueTimer() { return &m_queueTimer; }
     /** True once a sent record could not be removed: nothing is logged any more. */
     [[nodiscard]] bool isStopped() const { return m_isStopped; }
 
 Q_SIGNALS:
-    /** It is time for processQueue(). */
-    void queueDue();
     /** isStopped() has become true. */
     void stopped();
 

@@ -56,7 +56,7 @@ bool renameToFree(const QByteArray &from, const QByteArray &to)
         return true;
     if (errno != EINVAL)
         return false;
-    // The file system has no such operation. Two steps will do: nobody else uses our names.
+    // Some file systems cannot do it at once. Check first: nobody else uses our names.
     struct stat info
     {
     };
@@ -85,6 +85,7 @@ DurableFile::~DurableFile()
 
 void DurableFile::write(const QByteArray &content)
 {
+    m_content = content;
     QFile &file = *m_unfinished;
     if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered))
         fail("create", m_path, file.error(), file.errorString());

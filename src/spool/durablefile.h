@@ -29,6 +29,7 @@ public:
     ~DurableFile();
 
     [[nodiscard]] const QString &path() const { return m_path; }
+    [[nodiscard]] const QByteArray &content() const { return m_content; }
 
     /**
      * Writes @p content and returns without waiting for the disk, which begins at once. Throws
@@ -47,6 +48,7 @@ private:
     void sync(const QString &path);
 
     QString m_path;
+    QByteArray m_content;
     std::unique_ptr<QFile> m_unfinished; ///< until it is committed
 };
 

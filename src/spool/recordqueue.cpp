@@ -72,11 +72,9 @@ void RecordQueue::endResend(const QString &path, const RecordOutcome &outcome)
 {
     if (outcome.failure)
         onResendFailed(*outcome.failure);
-    else
-        complete(path, SpoolRemover::Sync::Soon);
     m_resent.remove(path);
     if (m_pass)
-        m_pass->noteEnd(outcome.wasAnswered);
+        m_pass->noteEnd(outcome.hasResponse);
 }
 
 /** Nobody waits: the file stays for a later pass. */
@@ -93,17 +91,15 @@ void RecordQueue::onPassFinished()
     Q_EMIT passFinished();
 }
 
-void RecordQueue::complete(const QString &path, SpoolRemover::Sync sync)
+bool RecordQueue::complete(const QString &path, SpoolRemover::Sync sync)
 {
     if (path.isEmpty())
-        return;
+        return true; // the record never was on disk
     const auto failure = m_remover.remove(path, sync);
-    if (!failure) {
-        logCompletion(path);
-        return;
-    }
+    if (!failure)
+        return true;
     const NotificationHandle notification(new Notification(
         Notification::ERR, tr("FATAL ERROR"), reportRemovalFailure(*failure), 0, false, true));
-    stop();
     Q_EMIT fatalStop();
+    return false;
 }

@@ -12,16 +12,8 @@
 #include <QSet>
 
 #include <chrono>
-#include <optional>
 
 class SpoolPass;
-
-/** How the sending of a record has ended. */
-struct RecordOutcome
-{
-    std::optional<Failure> failure; ///< none if the service has taken the record
-    bool wasAnswered = false; ///< the service responded, be it with a refusal
-};
 
 /**
  * What the queues of attendance and presence share: a spool, the pass that sends its records again,
@@ -52,7 +44,7 @@ Q_SIGNALS:
     /** The spool should be looked at again after this time. */
     void retryWanted(std::chrono::milliseconds delay);
     void passFinished();
-    /** A sent record can not be removed; the person has been told. */
+    /** A sent record can not be removed: stop() is due. The person has been told. */
     void fatalStop();
 
 protected:
@@ -67,15 +59,16 @@ protected:
     /** Reads the record @p path and sends it; endResend() follows. Throws if it is no record. */
     virtual void resend(const QString &path) = 0;
     virtual void logResendFailure(const Failure &failure) const = 0;
-    /** Called when a sent record has been removed. */
-    virtual void logCompletion(const QString & /*path*/) const { }
     /** Logs that a sent record can not be removed, and returns the message for the person. */
     [[nodiscard]] virtual QString reportRemovalFailure(const QString &reason) const = 0;
 
-    /** Completes a record that resend() has sent. */
+    /** Number of records of the pass in flight. */
+    [[nodiscard]] int resentCount() const { return m_resent.size(); }
+    /** Ends the record of a resend(), which is complete if the service has taken it. */
     void endResend(const QString &path, const RecordOutcome &outcome);
-    /** Removes a record that must not be sent again; stops everything if that fails. */
-    void complete(const QString &path, SpoolRemover::Sync sync);
+    /** Removes a record that must not be sent again. Tells the person and returns false on failure.
+     */
+    bool complete(const QString &path, SpoolRemover::Sync sync);
 
 private:
     [[nodiscard]] bool tryResend(const QString &path);

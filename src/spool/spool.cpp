@@ -85,7 +85,7 @@ int Spool::count() const
 QString Spool::create(const QByteArray &record) const
 {
     DurableFile file = write(record);
-    return commit(file, record);
+    return commit(file);
 }
 
 DurableFile Spool::write(const QByteArray &record) const
@@ -105,15 +105,15 @@ DurableFile Spool::write(const QByteArray &record) const
     return writeIn(path, record);
 }
 
-QString Spool::commit(DurableFile &file, const QByteArray &record) const
+QString Spool::commit(DurableFile &file) const
 {
     try {
         return commitToFreeName(file);
     } catch (const AttendanceErrorException &) {
-        if (isWritableFolder(folder()))
+        if (isWritableFolder(QFileInfo(file.path()).path()))
             throw;
     }
-    DurableFile again = write(record);
+    DurableFile again = write(file.content());
     return commitToFreeName(again);
 }
 

@@ -55,10 +55,10 @@ public:
      */
     [[nodiscard]] DurableFile write(const QByteArray &record) const;
     /**
-     * Second half of create(): waits for the disk and returns the path of @p record, which is what
-     * write() made @p file of. If the folder has vanished meanwhile it starts anew. Throws.
+     * Second half of create(): waits for the disk and returns the path of the record. If the folder
+     * has vanished, writes the record again. Throws AttendanceErrorException.
      */
-    [[nodiscard]] QString commit(DurableFile &file, const QByteArray &record) const;
+    [[nodiscard]] QString commit(DurableFile &file) const;
 
     /** Replaces the content of @p path: at any time the old or the new one is on disk. Throws. */
     static void replace(const QString &path, const QByteArray &record);

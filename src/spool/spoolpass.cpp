@@ -31,10 +31,10 @@ void SpoolPass::setPaused(bool paused)
         proceed();
 }
 
-void SpoolPass::noteEnd(bool answered)
+void SpoolPass::noteEnd(bool hadResponse)
 {
     --m_inFlight;
-    m_misses = answered ? 0 : m_misses + 1;
+    m_misses = hadResponse ? 0 : m_misses + 1;
     if (m_misses == maxMisses && !m_hasGivenUp) {
         m_hasGivenUp = true;
         qInfo() << "The service does not answer, the rest of the queue waits.";

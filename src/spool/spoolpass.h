@@ -18,7 +18,7 @@ class SpoolPass : public QObject
 
 public:
     static constexpr int maxInFlight = 4;
-    /** The pass ends after this many records in a row without any answer of the service. */
+    /** The pass ends after this many records in a row without a response from the service. */
     static constexpr int maxMisses = 3;
 
     /** Sends the record of a file; false if the record is skipped. */
@@ -30,8 +30,8 @@ public:
     void proceed();
     /** A paused pass sends no further record. */
     void setPaused(bool paused);
-    /** Call once for each sent record that has ended; @p answered if the service responded. */
-    void noteEnd(bool answered);
+    /** Call once for each sent record that has ended; @p hadResponse if the service responded. */
+    void noteEnd(bool hadResponse);
 
 Q_SIGNALS:
     /** Nothing is left to send or in flight. */

@@ -61,7 +61,7 @@ private Q_SLOTS:
             DurableFile first = m_spool.write("first");
             QCOMPARE(m_spool.count(), 0);
             QVERIFY(QDir().mkpath(first.path())); // its name is taken
-            QCOMPARE(m_spool.commit(first, "first"), first.path().chopped(1) + QLatin1Char('1'));
+            QCOMPARE(m_spool.commit(first), first.path().chopped(1) + QLatin1Char('1'));
             const DurableFile dropped = m_spool.write("dropped");
             QCOMPARE(allFiles().size(), 3);
         }
@@ -74,7 +74,7 @@ private Q_SLOTS:
         settings::set("spoolDir"_s, path("new"));
         DurableFile file = m_spool.write("record");
         QVERIFY(QDir(m_spool.folder()).removeRecursively());
-        QCOMPARE(settings::read(m_spool.commit(file, "record")), "record"_s);
+        QCOMPARE(settings::read(m_spool.commit(file)), "record"_s);
     }
 
     void leavesNothingOfAFailedWrite()

@@ -35,7 +35,7 @@ public:
     /** Lines that contain @p text may come. */
     void allow(const QString &text) { m_allowed.append(text); }
 
-    /** All lines so far except debug messages. */
+    /** All lines so far. */
     [[nodiscard]] QStringList lines() const
     {
         const QMutexLocker lock(&m_mutex);
@@ -63,8 +63,7 @@ private:
         if (type == QtFatalMsg)
             s_trap->m_previous(type, context, text);
         const QMutexLocker lock(&s_trap->m_mutex);
-        if (type != QtDebugMsg)
-            s_trap->m_lines.append(text);
+        s_trap->m_lines.append(text);
         if (type != QtDebugMsg && type != QtInfoMsg)
             s_trap->m_warnings.append(text);
     }
