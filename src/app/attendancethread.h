@@ -6,15 +6,15 @@
 class AttendanceWorker;
 
 /**
- * The thread of the card reader. It starts and ends with each window, so that a rebuild restarts
- * reader and queues. Called in the GUI thread.
+ * The thread of the card reader. It starts and ends with each window, so a rebuild restarts reader
+ * and queues. Call both functions in the GUI thread.
  */
 
 /**
- * Starts the thread with a new worker and returns the worker. Returns null if the thread is running
- * already or logging was stopped for good.
+ * Starts the thread with a new worker and returns the worker. Returns null if the thread is already
+ * running or logging was stopped for good.
  */
 AttendanceWorker *startAttendanceThread();
 
-/** Ends the thread and its worker, after two seconds by force. */
+/** Ends the thread and its worker; terminates the thread after two seconds. */
 void stopAttendanceThread();
