@@ -22,7 +22,7 @@ void publish(const QString &token);
 /** Sets @p token as the bearer of @p request. */
 void setBearer(QNetworkRequest &request, const QString &token);
 
-/** Sets the current token as the bearer of @p request; false, and nothing set, without a token. */
+/** Sets the current token as the bearer of @p request; false if there is no token. */
 [[nodiscard]] bool authorize(QNetworkRequest &request);
 
 } // namespace accesstoken

@@ -14,7 +14,7 @@ struct TokenResponse
 {
     QString accessToken;
     int expiresIn = 0; ///< s
-    QString refreshToken; ///< empty if missing, as current servers do
+    QString refreshToken; ///< empty if missing, as with current servers
     int refreshExpiresIn = 0; ///< s; 0 if missing
 };
 
