@@ -56,7 +56,7 @@ bool renameToFree(const QByteArray &from, const QByteArray &to)
         return true;
     if (errno != EINVAL)
         return false;
-    // The file system has no such operation. Two steps will do: nobody else uses our names.
+    // The file system lacks this operation. Two steps are enough: nobody else uses our names.
     struct stat info
     {
     };
@@ -92,7 +92,7 @@ void DurableFile::write(const QByteArray &content)
         && writeAll(file, content);
     if (!isWritten)
         fail("write to", m_path, file.error(), file.errorString());
-    // A hint, which may fail: the disk works while the caller does something else.
+    // A hint that may fail: the disk starts while the caller does something else.
     (void)sync_file_range(file.handle(), 0, 0, SYNC_FILE_RANGE_WRITE);
 }
 

@@ -16,17 +16,17 @@
 
 class SpoolPass;
 
-/** How the sending of a record has ended. */
+/** The result of sending a record. */
 struct RecordOutcome
 {
-    std::optional<Failure> failure; ///< none if the service has taken the record
-    bool wasAnswered = false; ///< the service responded, be it with a refusal
+    std::optional<Failure> failure; ///< none if the service has accepted the record
+    bool wasAnswered = false; ///< true if the service responded, even with a refusal
 };
 
 /**
- * What the queues of attendance and presence share: a spool, the pass that sends its records again,
- * and the stop when a sent record can not be removed. A record is *fresh* while a person waits for
- * it, and *outstanding* while a request for it is in flight; the pass sends no fresh record.
+ * Base of the attendance and the presence queue: owns a spool, sends its records again in passes,
+ * and stops for good when a sent record cannot be removed. A record is *fresh* while a person waits
+ * for it, and *outstanding* while a request for it is in flight; a pass sends no fresh record.
  *
  * Lives in the attendance worker's thread.
  */
@@ -35,11 +35,11 @@ class RecordQueue : public QObject
     Q_OBJECT
 
 public:
-    /** True while a request of a fresh record is in flight; the pass then has to be paused. */
+    /** True while a request for a fresh record is in flight; the pass must then be paused. */
     [[nodiscard]] virtual bool hasFresh() const = 0;
-    /** True while any request is in flight or a pass is under way. */
+    /** True while any request is in flight or a pass is running. */
     [[nodiscard]] bool hasOutstanding() const;
-    /** Lets the pass send nothing further until it is resumed. */
+    /** Pauses or resumes the running pass and all later ones. */
     void setPaused(bool paused);
     /** Sends the records of the spool; passFinished() follows. Not while hasOutstanding(). */
     void startPass();
@@ -49,10 +49,10 @@ public:
 Q_SIGNALS:
     /** hasFresh() may have changed. */
     void freshChanged();
-    /** The spool should be looked at again after this time. */
+    /** Asks for another pass after @p delay. */
     void retryWanted(std::chrono::milliseconds delay);
     void passFinished();
-    /** A sent record can not be removed; the person has been told. */
+    /** A sent record cannot be removed; a notice tells the person. */
     void fatalStop();
 
 protected:
@@ -62,14 +62,14 @@ protected:
 
     /** True if the file @p path belongs to a fresh record. */
     [[nodiscard]] virtual bool isFresh(const QString &path) const = 0;
-    /** False, with a log line, if nothing can be sent at the moment. */
+    /** False, with a log line, if nothing can be sent now. */
     [[nodiscard]] virtual bool canSend() const { return true; }
-    /** Reads the record @p path and sends it; endResend() follows. Throws if it is no record. */
+    /** Sends the record in @p path; endResend() follows. Throws if it is not a record. */
     virtual void resend(const QString &path) = 0;
     virtual void logResendFailure(const Failure &failure) const = 0;
     /** Called when a sent record has been removed. */
     virtual void logCompletion(const QString & /*path*/) const { }
-    /** Logs that a sent record can not be removed, and returns the message for the person. */
+    /** Logs that a sent record cannot be removed, and returns the message for the person. */
     [[nodiscard]] virtual QString reportRemovalFailure(const QString &reason) const = 0;
 
     /** Completes a record that resend() has sent. */

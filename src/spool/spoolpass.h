@@ -9,8 +9,8 @@
 #include <functional>
 
 /**
- * One pass over the records of a spool, a few at a time. Reads the names as it goes, so that the
- * number of files costs no memory, and returns to the event loop after each record.
+ * One pass over the records of a spool, a few at a time. Reads the file names one by one, so that
+ * a large spool needs no more memory, and returns to the event loop after each record.
  */
 class SpoolPass : public QObject
 {
@@ -18,7 +18,7 @@ class SpoolPass : public QObject
 
 public:
     static constexpr int maxInFlight = 4;
-    /** The pass ends after this many records in a row without any answer of the service. */
+    /** The pass gives up after this many records in a row without a response. */
     static constexpr int maxMisses = 3;
 
     /** Sends the record of a file; false if the record is skipped. */
@@ -30,11 +30,12 @@ public:
     void proceed();
     /** A paused pass sends no further record. */
     void setPaused(bool paused);
-    /** Call once for each sent record that has ended; @p answered if the service responded. */
+    /** Call once per sent record, when its request has ended; @p answered if there was a response.
+     */
     void noteEnd(bool answered);
 
 Q_SIGNALS:
-    /** Nothing is left to send or in flight. */
+    /** Nothing is in flight or left to send. */
     void finished();
 
 private:
