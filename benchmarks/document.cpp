@@ -70,7 +70,7 @@ QByteArray scheduleDocument(int events, Times times)
     constexpr int eventsPerRoom = 50;
     constexpr int eventsPerGroup = 100;
     constexpr int quartersOfDay = 48; // from 8 to 20 o'clock
-    // Not a divisor of an event's length, so that no end is the start of another event.
+    // Not a divisor of an event's length, so that no event ends when another one starts.
     constexpr int distinctStep = 7;
 
     const int rooms = std::max(2, events / eventsPerRoom);

@@ -12,8 +12,8 @@
 
 /**
  * Accepts POST requests on this machine, records their times of arrival and responds like the
- * attendance service. Uses little processor time, because it shares the processors with the
- * measured programs. Has its own thread.
+ * attendance service. Runs in its own thread and uses little processor time, because it shares the
+ * processors with the measured programs.
  */
 class PostServer
 {
