@@ -168,7 +168,7 @@ void TallyxFlow::changeType(TallyxLogEntity::Type type)
     saveChoice();
 }
 
-/** A failure is only logged, since the choice is posted all the same. */
+/** A failure is only logged, since the choice is posted anyway. */
 void TallyxFlow::saveChoice()
 {
     if (const auto failure = catchFailure([this] { m_record.save(); }))

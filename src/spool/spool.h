@@ -51,7 +51,7 @@ public:
     /**
      * First half of create(): writes the record and returns without waiting for the disk, so that
      * the caller can act meanwhile. Throws AttendanceErrorException. Ends the program if the folder
-     * can not be created or is not writable: going on would lose records.
+     * cannot be created or is not writable: going on would lose records.
      */
     [[nodiscard]] DurableFile write(const QByteArray &record) const;
     /**
