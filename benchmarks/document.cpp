@@ -69,7 +69,7 @@ QByteArray scheduleDocument(int events, Times times)
 {
     constexpr int eventsPerRoom = 50;
     constexpr int eventsPerGroup = 100;
-    constexpr int quartersOfDay = 48; // from 8 to 20 o'clock
+    constexpr int quartersOfDay = 48; // 8:00 to 20:00
     // Not a divisor of an event's length, so that no event ends when another one starts.
     constexpr int distinctStep = 7;
 

@@ -20,7 +20,7 @@ class PostServer
 public:
     using Clock = std::chrono::steady_clock;
 
-    /** When TCP acknowledges received bytes. Some senders wait for that. */
+    /** When TCP acknowledges received bytes; some senders wait for the acknowledgement. */
     enum class Acknowledges { AsUsual, AtOnce };
 
     struct Arrival

@@ -22,7 +22,7 @@
  *
  * QML sees it as the singleton LBAPI. It owns the notifications and the current schedule, which it
  * replaces with each good refresh. Lives in the GUI thread; only addNotification() and
- * scanTransponder() may be called from another one.
+ * scanTransponder() may be called from other threads.
  */
 class LBAPI : public QObject, public NotificationBoard
 {

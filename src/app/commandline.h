@@ -13,5 +13,5 @@
  */
 [[nodiscard]] std::optional<int> runCommandLine(int &argc, char *argv[]);
 
-/** False, with a message, if an argument is unknown. Qt must have removed its own before. */
+/** False, with a message, if an argument is unknown. Call it after Qt has removed its own. */
 [[nodiscard]] bool acceptArguments(const QStringList &arguments);

@@ -53,5 +53,5 @@ private:
     RequestLimits m_limits;
     XNetworkAccessManager m_manager;
     CheckReport m_report;
-    int m_pending = 0; ///< checks under way
+    int m_pending = 0; ///< checks that have not ended
 };

@@ -134,7 +134,7 @@ void loadFonts()
     QFont font = QGuiApplication::font();
     font.setFamily(textFamily);
     QGuiApplication::setFont(font);
-    // The styles also use these names, which each system would replace differently.
+    // The styles also use these names. Without substitutes each system would choose its own fonts.
     QFont::insertSubstitution(QStringLiteral("MavenPro"), textFamily);
     QFont::insertSubstitution(QStringLiteral("Bandolino"), textFamily);
     QFont::insertSubstitution(QStringLiteral("Font Awesome"),

@@ -14,8 +14,7 @@ class AttendanceResponse : public QObject
     Q_OBJECT
 
 public:
-    /** Reads the document @p body. Logs what is wrong with it and throws AttendanceErrorException.
-     */
+    /** Reads the document @p body. Throws AttendanceErrorException after logging the reason. */
     explicit AttendanceResponse(const QByteArray &body, QObject *parent = nullptr);
 
     /** Writes the response to the log. */

@@ -98,7 +98,7 @@ public:
     [[nodiscard]] QVariant value(const QString &key, const QVariant &defaultValue) const;
 
     /**
-     * An integer, clamped into [@p min, @p max]; @p defaultValue if it is missing or no number.
+     * An integer, clamped to [@p min, @p max]; @p defaultValue if it is missing or not a number.
      * Callable from any thread.
      */
     [[nodiscard]] int intSetting(const QString &key, int defaultValue, int min, int max) const;
@@ -123,7 +123,7 @@ public:
 
     /** The day to show: today, or the fixed day of the settings if that is a date. */
     [[nodiscard]] QDate scheduleDate() const;
-    /** False if the settings ask for a fixed day that is no date. */
+    /** False if the settings ask for a fixed day that is not a date. */
     [[nodiscard]] bool isScheduleDateValid() const;
 
     [[nodiscard]] bool hideMouseCursor() const { return flag(keys::hideMouseCursor); }

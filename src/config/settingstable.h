@@ -14,7 +14,7 @@ struct Setting
 {
     enum class Type {
         Flag,
-        Number, ///< clamped into its bounds; the default if the stored value is no number
+        Number, ///< clamped to its bounds; the default if the stored value is not a number
         Choice, ///< one of the numbers within the bounds, an enumeration of Config
         Text,
         TranslatedText, ///< its default is in the language of the interface

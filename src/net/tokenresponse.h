@@ -8,8 +8,7 @@
 
 #include <chrono>
 
-/** The response of the token endpoint (RFC 6749, section 5.1, with Keycloak's refresh_expires_in).
- */
+/** A token endpoint's response (RFC 6749, section 5.1, with Keycloak's refresh_expires_in). */
 struct TokenResponse
 {
     QString accessToken;

@@ -63,7 +63,7 @@ public:
     [[nodiscard]] QDateTime dateTime() const { return m_dateTime; }
     /** Length of the countdown in ms; 0 for none. */
     [[nodiscard]] uint timeout() const { return m_timeout; }
-    /** True if a tap on the countdown may end it; the view does that. */
+    /** True if a tap on the countdown may end it; the view handles the tap. */
     [[nodiscard]] bool isTimeoutCancelable() const { return m_timeoutCancelable; }
     [[nodiscard]] bool isClosable() const { return m_closable; }
     [[nodiscard]] bool isConfirmable() const { return m_confirmable; }

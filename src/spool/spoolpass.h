@@ -10,7 +10,7 @@
 
 /**
  * One pass over the records of a spool, a few at a time. Reads the file names one by one, so that
- * a large spool needs no more memory, and returns to the event loop after each record.
+ * memory does not grow with the spool, and returns to the event loop after each record.
  */
 class SpoolPass : public QObject
 {
@@ -30,8 +30,7 @@ public:
     void proceed();
     /** A paused pass sends no further record. */
     void setPaused(bool paused);
-    /** Call once per sent record, when its request has ended; @p answered if there was a response.
-     */
+    /** Call once when the request for a record has ended; @p answered if there was a response. */
     void noteEnd(bool answered);
 
 Q_SIGNALS:
