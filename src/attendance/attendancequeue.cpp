@@ -139,7 +139,7 @@ void AttendanceQueue::onSucceeded(AttendanceRequest *request)
     release(request);
 }
 
-/** Ends @p request with a failure; null if there is none for the card. */
+/** Ends @p request with a failure; null if the card has none. */
 void AttendanceQueue::onFailed(AttendanceRequest *request, const Failure &failure)
 {
     qCritical() << "Error logging attendance:" << false << failure.logText();
