@@ -60,7 +60,7 @@ public:
 
     void start(const QString &program, const QStringList &arguments = {});
     void stop() { m_process.reset(); }
-    /** Whether the screen no longer shows the last tap. Call it repeatedly. */
+    /** True once the screen no longer shows the last tap. Call it repeatedly until then. */
     [[nodiscard]] bool isIdle();
     /** Taps a card and appends the delays. */
     void tap(Delays &delays);
@@ -91,7 +91,7 @@ Side::Side(simulator::SerialBus &bus, simulator::SerialBus::Device device, const
 
 void Side::start(const QString &program, const QStringList &arguments)
 {
-    constexpr unsigned long startMs = 4000; // deferred work of a start is done by then
+    constexpr unsigned long startMs = 4000; // by then the deferred work of a start is done
 
     m_process = std::make_unique<MeasuredProcess>(program, arguments, m_environment);
     try {
@@ -144,7 +144,7 @@ struct Result
 
 void writeSettings(const Side &kiosk, const simulator::Simulator &simulator)
 {
-    QSettings settings; // of the kiosk, in the folder from scripts/bench
+    QSettings settings; // the kiosk's, in the folder that scripts/bench sets
     settings.clear();
     settings.setValue(keys::eventDataUrlTemplate, simulator.scheduleUrlTemplate());
     settings.setValue(keys::plenarLocationId, 1);

@@ -24,7 +24,7 @@ class Table
 public:
     static constexpr double none = -1; ///< no limit, or no aim
 
-    /** A line for a @p figure that was calculated from @p measured and @p floor. */
+    /** A line for a @p figure calculated from @p measured and @p floor. */
     void add(const QString &what, const QString &measured, const QString &floor, double figure,
              double limit, double aim = none);
     /** A line for the ratio of the medians. */
@@ -46,13 +46,13 @@ private:
 enum class Times { QuarterHours, Distinct };
 
 /**
- * A schedule document with @p events events, and a proportional number of rooms and groups, so that
- * a linear search per event would show. No white space between the elements keeps the token walk
- * cheap and the comparison strict.
+ * A schedule document with @p events events and a proportional number of rooms and groups, so that
+ * a linear search per event would show. It has no white space between the elements: that keeps the
+ * token walk cheap and the comparison strict.
  */
 [[nodiscard]] QByteArray scheduleDocument(int events, Times times);
 
-/** A day of room 1 without a start or end of an event in the two hours after @p now. */
+/** A day on which no event of room 1 starts or ends in the two hours after @p now. */
 [[nodiscard]] QByteArray quietDocument(const QDateTime &now);
 
 /**

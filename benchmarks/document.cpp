@@ -69,8 +69,8 @@ QByteArray scheduleDocument(int events, Times times)
 {
     constexpr int eventsPerRoom = 50;
     constexpr int eventsPerGroup = 100;
-    constexpr int quartersOfDay = 48; // from 8 to 20 o'clock
-    // Not a divisor of an event's length, so that no end is the start of another event.
+    constexpr int quartersOfDay = 48; // 8:00 to 20:00
+    // Not a divisor of an event's length, so that no event ends when another one starts.
     constexpr int distinctStep = 7;
 
     const int rooms = std::max(2, events / eventsPerRoom);

@@ -62,7 +62,7 @@ private:
 Benchmark::Benchmark(PostServer::Acknowledges acknowledges)
     : m_server(acknowledges)
 {
-    QSettings settings; // of the kiosk, in the folder from scripts/bench
+    QSettings settings; // the kiosk's, in the folder that scripts/bench sets
     settings.clear();
     settings.setValue(keys::attendanceLogUrl, QString::fromLatin1(m_server.url()));
     settings.setValue(keys::attendanceSpoolDir, m_folder.path());
@@ -92,7 +92,8 @@ void addRate(Table &table, const QString &what, const Drain &kiosk, const Drain 
 /**
  * The floor posts the same records from memory with Qt's own manager, the same number at a time.
  * With ordinary TCP acknowledgements both sides mostly wait: Qt sends head and body separately, and
- * the body waits for the acknowledgement of the head. Immediate ones show the actual work.
+ * the body waits for the acknowledgement of the head. Immediate acknowledgements show the actual
+ * work.
  */
 void benchDrain(Table &table, bool quick)
 {

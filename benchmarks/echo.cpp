@@ -23,7 +23,7 @@ namespace {
 
 constexpr auto noticeTime = 300ms;
 
-/** Writes a file as durably as the kiosk writes its records. */
+/** Writes a file as durably as the kiosk writes a record. */
 void writeDurably(const QByteArray &folder, const QByteArray &name, const QByteArray &content)
 {
     const QByteArray aside = folder + "/." + name;

@@ -10,7 +10,7 @@ import QtQuick.VirtualKeyboard 2.15
 Page {
     id: root
 
-    /// whether to show the time, as the clock view does
+    /// true to show the time, as the clock view does
     property bool showsClock: false
     /// the entries of the list; refresh() replaces them all
     property var entries: []

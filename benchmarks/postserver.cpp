@@ -31,7 +31,7 @@ QByteArray responseFor(int noticeMs)
 void setOption(int socket, int option)
 {
     const int on = 1;
-    setsockopt(socket, IPPROTO_TCP, option, &on, sizeof on); // on failure only slower
+    setsockopt(socket, IPPROTO_TCP, option, &on, sizeof on); // a failure only slows it down
 }
 
 /** Length of the request at the start of @p bytes, 0 while its head is incomplete. */
@@ -121,7 +121,7 @@ void PostServer::run()
         ::close(connection.socket);
 }
 
-/** Reads, and responds to a complete request. False at the end of the connection. */
+/** Reads bytes and responds once a request is complete. False if the connection has ended. */
 bool PostServer::serve(Connection &connection)
 {
     std::array<char, 4096> buffer {};

@@ -12,15 +12,15 @@
 
 /**
  * Accepts POST requests on this machine, records their times of arrival and responds like the
- * attendance service. Uses little processor time, because it shares the processors with the
- * measured programs. Has its own thread.
+ * attendance service. Runs in its own thread and uses little processor time, because it shares the
+ * processors with the measured programs.
  */
 class PostServer
 {
 public:
     using Clock = std::chrono::steady_clock;
 
-    /** When TCP acknowledges received bytes. Some senders wait for that. */
+    /** When TCP acknowledges received bytes; some senders wait for the acknowledgement. */
     enum class Acknowledges { AsUsual, AtOnce };
 
     struct Arrival

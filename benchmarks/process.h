@@ -26,11 +26,11 @@ public:
     [[nodiscard]] double cpuMs() const;
     /** Number of context switches of each thread so far. */
     [[nodiscard]] QHash<QString, qint64> switches() const;
-    /** Its log so far. */
+    /** The program's log so far. */
     [[nodiscard]] QByteArray log();
     /** Number of frames so far, from the lines that Qt logs for them. */
     [[nodiscard]] int frames();
-    /** Waits for its end and returns its output. */
+    /** Waits for the end of the program and returns its output. */
     [[nodiscard]] QByteArray output();
 
 private:

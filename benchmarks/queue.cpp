@@ -59,8 +59,8 @@ void post(QNetworkAccessManager &manager, const QUrl &url, int count,
 } // namespace
 
 /**
- * Prints the seconds until everything is sent, and the peak memory in megabytes. Without arguments
- * the kiosk's queue sends its spool. With a URL and a number a bare manager sends that many
+ * Prints the seconds until everything is sent, and the peak memory in megabytes. Without arguments,
+ * the kiosk's queue sends its spool. With a URL and a number, a bare manager sends that many
  * requests.
  */
 int main(int argc, char *argv[])

@@ -49,7 +49,7 @@ double largestChange(const QVector<Holdings> &runs, Quantity quantity)
 
 /**
  * The floor fetches the same bytes with Qt's own manager, walks through them, and builds a bare
- * view with a list of the titles. The growth of its memory is unavoidable in such a program.
+ * view with a list of the titles. Its memory growth is unavoidable in such a program.
  */
 void benchRefresh(Table &table, bool quick)
 {
@@ -57,7 +57,7 @@ void benchRefresh(Table &table, bool quick)
     if (!simulator.start())
         throw std::runtime_error("the simulator does not start");
     simulator.setSchedule(scheduleDocument(1'000, Times::QuarterHours));
-    QSettings settings; // of the kiosk, in the folder from scripts/bench
+    QSettings settings; // the kiosk's, in the folder that scripts/bench sets
     settings.clear();
     settings.setValue(keys::eventDataUrlTemplate, simulator.scheduleUrlTemplate());
     settings.setValue(keys::plenarLocationId, 1);

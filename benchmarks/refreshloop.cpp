@@ -17,7 +17,7 @@
 
 using namespace std::chrono_literals;
 
-// Qt's table of hooks for tools, which no public header declares.
+// Qt's table of hooks for tools; no public header declares it.
 extern quintptr Q_CORE_EXPORT qtHookData[]; // NOLINT: Qt's name and type
 
 namespace {
@@ -91,7 +91,7 @@ void RefreshLoop::endRound()
         return;
     }
     QTimer::singleShot(pause, this, [this, next] {
-        // Otherwise it depends on chance whether unused QML objects still exist.
+        // Otherwise chance decides which unused QML objects still exist.
         m_view->engine()->collectGarbage();
         QTimer::singleShot(pause, this, [this, next] {
             printSample();

@@ -24,9 +24,9 @@ public:
     /** Calls @p refresh, which must lead to refreshed(), in each of the @p rounds. */
     RefreshLoop(QQuickView *view, std::function<void()> refresh, int rounds);
 
-    /** Starts once the threads that only a start needs have ended. */
+    /** Starts the rounds after the threads that only a program start needs have ended. */
     void start();
-    /** To be called when the view has the new data. */
+    /** Call it when the view has the new data. */
     void refreshed();
 
 private:

@@ -46,7 +46,7 @@ double walkMs(QByteArray &document, int times)
     return (cpuMs() - start) / times;
 }
 
-/** From bytes to linked, sorted objects, without their deletion. */
+/** Time from bytes to linked, sorted objects, without deleting them. */
 double readMs(QByteArray &document, int times, int events)
 {
     std::vector<std::unique_ptr<EventData>> kept;

@@ -9,8 +9,8 @@
  * The picture of a virtual display.
  *
  * Maps the file in which Xvfb keeps its picture (-fbdir). Reading it costs the programs nothing,
- * needs no code in them, and shows what a person sees: not that a frame was drawn, but that it has
- * arrived.
+ * needs no code in them, and shows what a person sees: a frame that has arrived on the display, not
+ * one that was only drawn.
  */
 class Screen
 {
@@ -18,7 +18,7 @@ public:
     /** @p path is the display's file. Throws std::runtime_error. */
     explicit Screen(const QString &path);
 
-    /** Whether light text is in the upper right, where the programs show their content. */
+    /** True if light text is in the upper right, where the programs show their content. */
     [[nodiscard]] bool showsContent() const;
     /** A hash of the right half, where notices appear. */
     [[nodiscard]] quint64 noticeSide() const;

@@ -23,7 +23,7 @@ namespace {
 const auto kioskProgram = QStringLiteral(LUMENBOARD_PROGRAM);
 const auto floorProgram = QStringLiteral(LUMENBOARD_FLOOR);
 
-/** From the start of the process until the display shows its content. */
+/** Time from the start of the process until the display shows its content. */
 double firstFrameMs(const Screen &screen, const QString &program)
 {
     constexpr unsigned long pollInterval = 500; // microseconds
@@ -69,8 +69,8 @@ void sleepFor(std::chrono::milliseconds time)
 }
 
 /**
- * Without another program: the picture counts as shared with the display only while the display
- * shows it. Behind another window it would count as private memory.
+ * Measures one program at a time: a window's picture counts as shared with the display while it is
+ * visible, but as private memory behind another window.
  */
 double dirtyMbAlone(const QString &program)
 {
@@ -91,7 +91,7 @@ void benchMemory(Table &table, int rounds)
                    0.75);
 }
 
-/** With the settings below the kiosk refreshes at full hours. Avoids a refresh while measuring. */
+/** Avoids a refresh while measuring: with the settings below the kiosk refreshes on the hour. */
 void waitForQuietTime(std::chrono::seconds needed)
 {
     constexpr std::chrono::milliseconds hour = 1h;
@@ -161,7 +161,7 @@ void benchStartup(Table &table, bool quick)
     simulator::Simulator simulator;
     if (!simulator.start())
         throw std::runtime_error("the simulator does not start");
-    QSettings settings; // of the kiosk, in the folder from scripts/bench
+    QSettings settings; // the kiosk's, in the folder that scripts/bench sets
     settings.setValue(keys::eventDataUrlTemplate, simulator.scheduleUrlTemplate());
     settings.setValue(keys::plenarLocationId, 1);
     settings.setValue(keys::locationName, QStringLiteral("Kiosk 1"));

@@ -29,7 +29,7 @@ LBAPI::LBAPI(QObject *parent)
     Config::setLocationLookup(
         [self](qint64 id) { return self ? self->findLocation(id) : nullptr; });
     connect(config(), &Config::locationChanged, &m_boundaryTimer, &EventBoundaryTimer::watch);
-    // A new room takes effect before the next schedule announces it.
+    // Watch a new room at once, not only after the next schedule.
     connect(config(), &Config::configChanged, this,
             [this] { m_boundaryTimer.watch(config()->plenarLocation()); });
     connect(&m_scheduleAge, &ScheduleAge::asOfChanged, this, &LBAPI::scheduleAsOfChanged);

@@ -18,11 +18,11 @@
 #include <atomic>
 
 /**
- * The object through which the views reach the program and the program shows notifications.
+ * The views' interface to the program: settings, schedule and notifications.
  *
  * QML sees it as the singleton LBAPI. It owns the notifications and the current schedule, which it
  * replaces with each good refresh. Lives in the GUI thread; only addNotification() and
- * scanTransponder() may be called from another one.
+ * scanTransponder() may be called from other threads.
  */
 class LBAPI : public QObject, public NotificationBoard
 {
@@ -56,12 +56,12 @@ public:
     /** "As of …" while the shown schedule is out of date, else empty. */
     [[nodiscard]] QString scheduleAsOf() const { return m_scheduleAge.asOf(); }
 
-    /** Milliseconds until the start view returns; -1 if no timer is known or it does not run. */
+    /** Milliseconds until the start view returns; -1 if no timer is set or it is not running. */
     Q_INVOKABLE int inactivityTimerRemaining() const;
     void setInactivityTimer(QTimer *timer);
 
 Q_SIGNALS:
-    /** The views return to their start state. */
+    /** Asks the views to return to their start state. */
     void reset();
     void eventDataChanged(EventData *v);
     void notificationsChanged();
@@ -79,7 +79,7 @@ public Q_SLOTS:
      * @p n.
      */
     void addNotification(Notification *n) override;
-    /** A card was read: ends the scan mode, if it is on, and announces @p tid. */
+    /** Ends the scan mode and announces the card @p tid. */
     void onTransponderScanned(QString tid);
     void setAccessToken(QString token);
 

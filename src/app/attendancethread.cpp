@@ -16,7 +16,7 @@ namespace {
 /// Survives the worker: a rebuilt window must not resume what was stopped for good.
 std::atomic<bool> s_isLoggingStopped = false;
 
-/** One thread for the process, since windows come and go. */
+/** One thread for the process: a rebuild replaces the window. */
 QThread &attendanceThread()
 {
     static QThread thread;

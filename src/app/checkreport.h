@@ -5,7 +5,7 @@
 
 #include <QTextStream>
 
-/** The output of the self-check: one line for each thing that was looked at, for an operator. */
+/** The output of the self-check for an operator, one line per finding. */
 class CheckReport
 {
 public:
@@ -13,12 +13,12 @@ public:
 
     CheckReport();
 
-    /** Prints a finding; @p result tells how it was with @p what. */
+    /** Prints a finding: what was checked, and its @p result. */
     void add(Verdict verdict, const QString &what, const QString &result);
-    /** Prints a line that judges nothing. */
+    /** Prints a line without a verdict. */
     void print(const QString &line);
 
-    /** Whether a finding was Bad. */
+    /** True if a finding was Bad. */
     [[nodiscard]] bool hasFailed() const { return m_failed; }
 
 private:

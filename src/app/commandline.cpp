@@ -52,7 +52,7 @@ void describeOptions(QCommandLineParser &parser)
                          "Needs no display and makes no record.") });
 }
 
-/** Complains of the first option that neither we nor Qt know. */
+/** False, with a message, if neither we nor Qt know one of the options. */
 bool knowsOptions(const QStringList &unknown)
 {
     for (const QString &name : unknown) {
@@ -87,7 +87,7 @@ std::optional<int> runCommandLine(int &argc, char *argv[])
         arguments.append(QString::fromLocal8Bit(argv[i]));
     QCommandLineParser parser;
     describeOptions(parser);
-    parser.parse(arguments); // fails on Qt's own options, which are still among the arguments
+    parser.parse(arguments); // the result says nothing: it is false for Qt's own options
 
     const QStringList unknown = parser.unknownOptionNames();
     if (!knowsOptions(unknown))

@@ -9,10 +9,9 @@
 
 /**
  * Handles the options that need no display: --help, --version and --check. Returns the exit status,
- * or nothing if the kiosk shall start. Creates an application object only for these options.
+ * or nothing if the kiosk is to start. Creates an application object only for these options.
  */
 [[nodiscard]] std::optional<int> runCommandLine(int &argc, char *argv[]);
 
-/** False, with a message, if @p arguments hold something unknown. Qt has removed its own by then.
- */
+/** False, with a message, if an argument is unknown. Call it after Qt has removed its own. */
 [[nodiscard]] bool acceptArguments(const QStringList &arguments);

@@ -9,15 +9,15 @@ class CheckReport;
 class ScratchSettings;
 class Spool;
 
-/** The checks of the machine itself. They need no network, change nothing and end at once. */
+/** The checks of the machine itself. They need no network, change nothing and return at once. */
 namespace localchecks {
 
-/** Prints all settings in force, and whether their files can be read and written. */
+/** Prints all settings in force. Bad if their files cannot be read or written. */
 void checkSettings(CheckReport &report, const ScratchSettings &settings);
 void checkTls(CheckReport &report);
 /** Prints the serial ports, and which of them the kiosk would open. */
 void checkReader(CheckReport &report);
-/** Also good: a folder that does not exist but can be created. */
+/** Good if the folder can be written and listed, or can still be created. */
 void checkSpool(CheckReport &report, const QString &name, const Spool &spool);
 
 } // namespace localchecks

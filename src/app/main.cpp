@@ -18,9 +18,9 @@
 namespace {
 
 /**
- * Ends the process without the destructors of Qt's globals. These wait for hanging name look-ups
- * (12 s seen) and for a server that is still sending a response. Window and threads are gone by
- * now, and settings are written when they change.
+ * Ends the process without running the destructors of Qt's globals, which wait for hanging name
+ * look-ups (12 s seen) and for servers that are still sending. Nothing is lost: window and threads
+ * are gone, and every changed setting is already on disk.
  */
 [[noreturn]] void leave(int code)
 {

@@ -43,8 +43,7 @@ QuickWindow::QuickWindow(QWindow *parent)
     engine()->setNetworkAccessManagerFactory(networkFactory());
     setTitle(QStringLiteral("Lumenboard"));
     setIcon(QIcon(QStringLiteral(":/icons/app.ico")));
-    // The style's background, so that nothing flashes white before the first frame or after an
-    // error.
+    // The style's background: no white flash before the first frame or after an error.
     setColor(QColor(0x30, 0x30, 0x30));
 }
 
@@ -71,7 +70,7 @@ void QuickWindow::reload()
 
 void QuickWindow::startFresh()
 {
-    // Now, not after the new views are loaded: a card read meanwhile is not meant for them.
+    // Before the new views load: a card read meanwhile is not meant for them.
     LBAPI::instance()->setScanTransponder(false);
     m_refreshTimer.stop();
     m_inactivityTimer.stop();

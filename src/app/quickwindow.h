@@ -23,8 +23,8 @@ extern std::unique_ptr<PendingWindowState> pendingWindowState;
  * The only top-level window: shows the main view, refreshes it and handles the service keys.
  *
  * While nobody touches the screen, the refresh timer returns to the start view with fresh data at
- * each point of the refresh grid. A touch stops the refresh timer, and the inactivity timer does
- * the same once, some time after the last touch. GUI thread.
+ * each point of the refresh grid. A touch stops it; the inactivity timer then does the same once,
+ * some time after the last touch. GUI thread.
  */
 class QuickWindow : public QQuickView
 {

@@ -33,7 +33,7 @@ bool isWebAddress(const QUrl &url)
         && (url.scheme() == QLatin1String("https") || url.scheme() == QLatin1String("http"));
 }
 
-/** The reply's failure, with what an operator can do about it. */
+/** The reply's failure, with advice for the operator. */
 QString failureOf(const QNetworkReply &reply)
 {
     const int status = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
@@ -135,7 +135,7 @@ void SelfCheck::onConfiguration(QNetworkReply *reply)
     done();
 }
 
-/** The rest is then checked with the settings that the kiosk would have. Prints what changes. */
+/** Applies the document, to check the rest with the kiosk's settings. Prints what changes. */
 void SelfCheck::applyToCopy(const QJsonDocument &document)
 {
     Config *config = Config::instance();

@@ -16,8 +16,8 @@ class QJsonDocument;
 class QNetworkReply;
 
 /**
- * Checks settings, machine and services as the kiosk would use them, and prints a report. Never
- * makes a record: it only connects to the services that would take one.
+ * Checks settings, machine and services as the kiosk would use them, and prints a report. Makes no
+ * record: it only connects to the services that accept records.
  */
 class SelfCheck : public QObject
 {
@@ -30,7 +30,7 @@ public:
     void start();
 
 Q_SIGNALS:
-    /** 0: the screen would work; 1: something would keep it from working. */
+    /** @p status is the exit status: 1 if something would keep the screen from working, else 0. */
     void finished(int status);
 
 private:
@@ -49,9 +49,9 @@ private:
     void checkConnection(const Service &service);
     void done();
 
-    const ScratchSettings m_settings; ///< first of all: the screen's own files stay as they are
+    const ScratchSettings m_settings; ///< first, so that the screen's own files stay unchanged
     RequestLimits m_limits;
     XNetworkAccessManager m_manager;
     CheckReport m_report;
-    int m_pending = 0; ///< checks under way
+    int m_pending = 0; ///< checks that have not ended
 };

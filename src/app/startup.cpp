@@ -30,7 +30,7 @@ namespace {
 
 constexpr auto qmlModule = "Lumenboard";
 
-/** Keeps the ownership in C++: a destroyed engine must not delete a process-wide object. */
+/** Keeps ownership in C++: a destroyed engine must not delete a process-wide object. */
 template <typename T> QObject *provideSingleton(QQmlEngine *, QJSEngine *)
 {
     T *object = T::instance();
@@ -52,7 +52,7 @@ void loadFaces(const QString &pattern, std::initializer_list<const char *> faces
     }
 }
 
-/** For variables that an operator may set differently, for example to analyse a fault. */
+/** Sets the variable unless an operator has set it, for example to analyse a fault. */
 void setDefaultVariable(const char *name, const char *value)
 {
     if (!qEnvironmentVariableIsSet(name))
@@ -62,10 +62,10 @@ void setDefaultVariable(const char *name, const char *value)
 /**
  * Shortens the time from an event to its frame, above all without a graphics processor.
  *
- * Depth and stencil buffer cost 4 bytes per pixel that each frame clears, and save nothing: items
- * are flat and drawn in order, and no clip is rotated or round. Qt waits 5 ms before a frame to
- * collect events, of which there are few here. 2 ms remain, so that a card's record is on its way
- * to the service before drawing takes the processor.
+ * Each frame would clear a depth and a stencil buffer, 4 bytes per pixel. They save nothing here:
+ * items are flat and drawn in order, and no clip is rotated or round. Qt collects events for 5 ms
+ * before each frame, but there are few. 2 ms are left, so that a card's record is on its way to the
+ * service before drawing takes the processor.
  */
 void prepareRendering()
 {
@@ -78,7 +78,7 @@ void prepareRendering()
 
 void prepareEnvironment()
 {
-    // Nobody else may read settings, spool files and caches.
+    // No other user may read settings, records and caches.
     umask(S_IRWXG | S_IRWXO);
 
     qputenv("QT_IM_MODULE", "qtvirtualkeyboard");
@@ -134,7 +134,7 @@ void loadFonts()
     QFont font = QGuiApplication::font();
     font.setFamily(textFamily);
     QGuiApplication::setFont(font);
-    // The styles also use these names, which each system would replace differently.
+    // The styles also use these names. Without substitutes each system would choose its own fonts.
     QFont::insertSubstitution(QStringLiteral("MavenPro"), textFamily);
     QFont::insertSubstitution(QStringLiteral("Bandolino"), textFamily);
     QFont::insertSubstitution(QStringLiteral("Font Awesome"),
@@ -169,6 +169,6 @@ void registerQmlTypes()
     registerQmlType<NotificationButton>("LBNotificationButton");
     registerQmlType<NotificationsModel>("LBNotifications");
 
-    // QML gets it as a property of LBAPI, not through a provider.
+    // QML gets Config as a property of LBAPI, so no provider sets its ownership.
     QQmlEngine::setObjectOwnership(Config::instance(), QQmlEngine::CppOwnership);
 }

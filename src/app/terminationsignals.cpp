@@ -15,7 +15,7 @@ namespace {
 
 /**
  * The pipe from the signal handler to the event loop. Global because a handler gets no context. The
- * handler may run in any thread, where only functions such as write() are safe.
+ * handler may call only async-signal-safe functions such as write().
  */
 std::array<int, 2> s_pipe { -1, -1 };
 

@@ -20,7 +20,7 @@ public:
     explicit TerminationSignals(QObject *parent = nullptr);
     ~TerminationSignals() override;
 
-    /** Whether a signal has arrived. */
+    /** True once a signal has arrived. */
     [[nodiscard]] bool isRequested() const { return m_requested; }
 
 Q_SIGNALS:

@@ -17,8 +17,8 @@ void startWorkerThread(QThread &thread, QObject *worker)
     QObject::connect(&thread, &QThread::finished, worker,
                      [] { pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, nullptr); });
     connectChecked(&thread, SIGNAL(finished()), worker, SLOT(deleteLater()));
-    // Qt calls the slots of this signal with cancellation disabled. A worker that blocks in init()
-    // could not be terminated then, and the program would never end.
+    // Qt calls the slots of this signal with cancellation disabled: a worker that blocks in init()
+    // could not be terminated, and the program would never end.
     QObject::connect(&thread, &QThread::started, worker,
                      [] { pthread_setcancelstate(PTHREAD_CANCEL_ENABLE, nullptr); });
     connectChecked(&thread, SIGNAL(started()), worker, SLOT(init()));

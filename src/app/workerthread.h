@@ -21,7 +21,7 @@ struct WorkerThreadTexts
 void startWorkerThread(QThread &thread, QObject *worker);
 
 /**
- * Ends @p thread, which can notice the requested interruption while it is busy. Terminates it if it
- * has not left its event loop within two seconds. Returns false if it was not running.
+ * Requests interruption and the end of @p thread, and terminates it if it is still running after
+ * two seconds. Returns false if it was not running.
  */
 [[nodiscard]] bool stopWorkerThread(QThread &thread, const WorkerThreadTexts &texts);

@@ -10,15 +10,16 @@
 class QIODevice;
 
 /**
- * The names that the attendance service has returned for cards, so that a person is greeted before
- * it responds again. Kept in a small XML file. Lives in the attendance worker's thread.
+ * The names that the attendance service last returned for cards, so that the screen can greet a
+ * person before the service responds. Kept in a small XML file. Lives in the attendance worker's
+ * thread.
  */
 class AttendanceNameCache : public QObject
 {
     Q_OBJECT
 
 public:
-    /** Loads the file. A missing or broken one is logged; the entries before the error count. */
+    /** Loads the file. Logs a missing or broken one, and keeps the entries before the error. */
     explicit AttendanceNameCache(QObject *parent = nullptr);
     /** Saves the file if anything has changed. */
     ~AttendanceNameCache() override;
@@ -27,7 +28,7 @@ public:
     /** The name of a card's owner; empty if it is unknown. */
     [[nodiscard]] QString name(quint64 transponderId) const;
 
-    /** Path of the file: by a variable, else by a setting, else in the local data. */
+    /** Path of the file: from a variable, else from a setting, else in the local data. */
     [[nodiscard]] static QString fileName();
 
 private Q_SLOTS:

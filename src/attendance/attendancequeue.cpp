@@ -26,7 +26,7 @@ AttendanceQueue::AttendanceQueue(QNetworkAccessManager &manager, AttendanceNameC
 
 AttendanceQueue::~AttendanceQueue()
 {
-    // Look at all children: the thread may have been terminated before a request was sent.
+    // Not only m_fresh: the thread may have been terminated before a request was sent.
     const auto requests = findChildren<AttendanceRequest *>();
     for (const AttendanceRequest *request : requests) {
         request->notification().change([](Notification &notification) {
@@ -45,7 +45,7 @@ void AttendanceQueue::log(quint64 transponderId)
 
     std::optional<DurableFile> file;
     auto failure = catchFailure([&] { file.emplace(spool().write(request->data())); });
-    // The GUI thread takes the processor once it is woken: wake it while the disk works.
+    // The notice wakes the GUI thread, which takes the processor: show it while the disk works.
     greet(request);
     if (!failure)
         failure = catchFailure([&] { request->setSpoolPath(spool().commit(*file)); });
@@ -101,7 +101,7 @@ QString AttendanceQueue::reportRemovalFailure(const QString &reason) const
         .arg(reason);
 }
 
-/** Shows the notice of a card, with the name that the service gave last time. */
+/** Shows the notice for a card, with the name that the service last returned. */
 void AttendanceQueue::greet(AttendanceRequest *request) const
 {
     const QString name = m_names.name(request->transponderId());
@@ -126,12 +126,12 @@ void AttendanceQueue::send(AttendanceRequest *request)
 
 void AttendanceQueue::onSucceeded(AttendanceRequest *request, const AttendanceResponse &response)
 {
-    // First of all: after a crash from here on the record must not be sent again.
+    // First, so that a crash from here on does not send the record again.
     complete(request->spoolPath(), SpoolRemover::Sync::AtOnce);
     response.log();
     if (!request->notification().isGone()) {
         m_names.insert(request->transponderId(), response.name());
-        // No further response would ever end a LOADING notice.
+        // Nothing else would ever end a LOADING notice without a time-out.
         const bool isEndless = response.type() == Notification::LOADING && response.timeout() == 0;
         request->notification().change(
             [type = response.type(), title = response.title(), message = response.message(),

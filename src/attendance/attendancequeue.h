@@ -14,8 +14,9 @@ class AttendanceResponse;
 class QNetworkAccessManager;
 
 /**
- * Logs attendance: spools the record of each card, sends it, and tells the person how it went. The
- * record is removed once the service has responded; after a temporary failure it stays for a pass.
+ * Logs attendance: spools the record of each card, sends it, and shows the person the result. The
+ * record is removed once the service has accepted or refused it; after a temporary failure it stays
+ * for a pass.
  *
  * Lives in the attendance worker's thread.
  */
@@ -30,9 +31,9 @@ public:
     /** Removes the notices that still say "Logging attendance..."; the records stay on disk. */
     ~AttendanceQueue() override;
 
-    /** Logs the card with this id, now. */
+    /** Logs the card with this id at the current time. */
     void log(quint64 transponderId);
-    /** Tells the person at the screen about a card that came to no record. */
+    /** Tells the person at the screen about a failure without a record. */
     void reportFailure(const Failure &failure);
 
     [[nodiscard]] bool hasFresh() const override { return !m_fresh.isEmpty(); }

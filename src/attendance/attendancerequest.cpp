@@ -29,7 +29,7 @@ namespace element {
     const QString transponderId = QStringLiteral("transponderId");
 } // namespace element
 
-constexpr qint64 maxRecordBytes = 65536; // ours have some 200
+constexpr qint64 maxRecordBytes = 65536; // ours have about 200
 
 } // namespace
 

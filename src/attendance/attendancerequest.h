@@ -31,26 +31,26 @@ class AttendanceRequest : public QObject
     Q_OBJECT
 
 public:
-    /** The record of a card that is read now. */
+    /** The record of a card that has just been read. */
     explicit AttendanceRequest(quint64 transponderId, QObject *parent = nullptr);
 
-    /** The record in the file @p spoolPath. Throws AttendanceErrorException if it holds none. */
+    /** The record in the file @p spoolPath. Throws AttendanceErrorException if there is none. */
     explicit AttendanceRequest(const QString &spoolPath, QObject *parent = nullptr);
 
     [[nodiscard]] quint64 transponderId() const { return m_transponderId; }
     [[nodiscard]] int locationId() const { return m_locationId; }
-    /** The notice of the person who waits. */
+    /** The notice for the waiting person. */
     [[nodiscard]] const NotificationHandle &notification() const { return m_notification; }
     void setNotification(const NotificationHandle &shown) { m_notification = shown; }
-    /** The file with this record; empty until there is one. */
+    /** The file with this record; empty until it is on disk. */
     [[nodiscard]] QString spoolPath() const { return m_spoolPath; }
     void setSpoolPath(const QString &path) { m_spoolPath = path; }
     /** The document of the latest build(). */
     [[nodiscard]] const QByteArray &data() const { return m_data; }
 
-    /** Builds the document; one from the spool also tells how long it has waited. */
+    /** Builds the document; for a record from the spool, with the time since the card was read. */
     void build();
-    /** Signs the document and posts it; finished() follows once. */
+    /** Signs and posts the document; emits finished() once. */
     void send(QNetworkAccessManager &manager, const RequestLimits &limits);
 
 Q_SIGNALS:

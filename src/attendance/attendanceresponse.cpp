@@ -16,7 +16,7 @@
 
 namespace {
 
-constexpr int maxTextLength = 2000; // more fits no notice and keeps the screen busy
+constexpr int maxTextLength = 2000; // more does not fit a notice and would block the screen
 
 QString readText(QXmlStreamReader &reader)
 {
@@ -42,7 +42,7 @@ void AttendanceResponse::log() const
 uint AttendanceResponse::timeout() const
 {
     constexpr qint64 maximum = std::numeric_limits<int>::max();
-    if (m_timeout < 0) // 0 would mean for ever
+    if (m_timeout < 0) // 0 would show the notice for ever
         return noticelimits::temporaryMs;
     return static_cast<uint>(std::min(m_timeout, maximum));
 }

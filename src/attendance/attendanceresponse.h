@@ -14,7 +14,7 @@ class AttendanceResponse : public QObject
     Q_OBJECT
 
 public:
-    /** Reads the document @p body; throws AttendanceErrorException, with the reason in the log. */
+    /** Reads the document @p body. Throws AttendanceErrorException after logging the reason. */
     explicit AttendanceResponse(const QByteArray &body, QObject *parent = nullptr);
 
     /** Writes the response to the log. */
@@ -26,7 +26,7 @@ public:
     [[nodiscard]] int type() const { return m_type; }
     [[nodiscard]] QString title() const { return m_title; }
     [[nodiscard]] QString message() const { return m_message; }
-    /** How long the message stays, in ms and within the range of a notification; 0: for ever. */
+    /** Time-out of the notice in ms, within the range of a QTimer; 0 for none. */
     [[nodiscard]] uint timeout() const;
 
 private:

@@ -24,7 +24,7 @@ template <typename Integer> QByteArray littleEndian(Integer number)
 
 QByteArray attendanceNonce()
 {
-    // Kept, since its constructor queries the processor, which is slow in a virtual machine.
+    // Static, because its constructor queries the processor, which is slow in a virtual machine.
     static thread_local std::random_device device("default");
     std::mt19937_64 generator(device());
     const auto first = static_cast<quint64>(generator());

@@ -9,9 +9,9 @@
 [[nodiscard]] QByteArray attendanceNonce();
 
 /**
- * The token by which the attendance service checks sender and time of @p data, in base64: time
- * stamp (@p msecs since the epoch, 8 bytes, little-endian), @p nonce, and an HMAC-SHA256 over time
- * stamp, data and nonce.
+ * The base64 token by which the attendance service checks sender and time of @p data: time stamp
+ * (@p msecs since the epoch, 8 bytes, little-endian), @p nonce, and an HMAC-SHA256 over time stamp,
+ * data and nonce.
  */
 [[nodiscard]] QByteArray attendanceToken(const QByteArray &data, qint64 msecs,
                                          const QByteArray &nonce);

@@ -7,10 +7,10 @@
 #include <QObject>
 
 /**
- * Connects by string signatures, as objects of different threads and private slots are wired.
+ * Connects by string signature, for connections between threads and to private slots.
  *
- * Such a connection can only fail at run time, so a failure is an assertion in debug builds and a
- * critical log line otherwise. The connection type stays automatic: queued between threads.
+ * Such a connection fails only at run time: with an assertion in debug builds, with a critical log
+ * line otherwise. The connection type stays automatic: queued between threads.
  */
 inline QMetaObject::Connection connectChecked(const QObject *sender, const char *signal,
                                               const QObject *receiver, const char *slot)

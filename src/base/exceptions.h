@@ -9,9 +9,9 @@
 #include <exception>
 
 /**
- * Base of the failures that a component reports by throwing.
+ * Base class of our exceptions.
  *
- * The message is complete and ready to be shown or logged. Thrown by value, caught by reference.
+ * The message is complete and ready to be shown or logged. Throw by value, catch by reference.
  */
 class Exception : public std::exception
 {
@@ -21,7 +21,7 @@ public:
     {
     }
 
-    /** The message as UTF-8, valid as long as this object lives. */
+    /** The message as UTF-8, valid while this object exists. */
     [[nodiscard]] const char *what() const noexcept override { return m_message.constData(); }
 
 private:
@@ -35,7 +35,7 @@ public:
     using Exception::Exception;
 };
 
-/** A failure on the way of an attendance or presence record; it knows how it is shown. */
+/** A failure to log attendance or presence, with the type of the notice that shows it. */
 class AttendanceException : public Exception
 {
 public:
@@ -53,7 +53,7 @@ private:
     int m_type;
 };
 
-/** A permanent failure: the record can not be logged, and a person has to be told. */
+/** A permanent failure: the record cannot be logged, and the person must be told. */
 class AttendanceErrorException : public AttendanceException
 {
 public:
@@ -62,7 +62,7 @@ public:
     {
     }
 
-    /** Notification::ERR; repeated here because this header is a leaf. */
+    /** Notification::ERR, repeated because base includes no other folder. */
     static constexpr int notificationType = 3;
 };
 
@@ -75,6 +75,6 @@ public:
     {
     }
 
-    /** Notification::WARNING; repeated here because this header is a leaf. */
+    /** Notification::WARNING, repeated because base includes no other folder. */
     static constexpr int notificationType = 2;
 };

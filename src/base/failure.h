@@ -8,32 +8,32 @@
 #include <cxxabi.h>
 #include <optional>
 
-/** What went wrong with a card or its record, as a value. */
+/** A failure to log a card, as a value. */
 struct Failure
 {
-    QString text; ///< ready to be shown; empty if nothing is known
+    QString text; ///< ready to be shown; empty if the reason is unknown
     int type; ///< the Notification::Type that shows it
 
     /** A failure after which the record stays queued. */
     [[nodiscard]] static Failure temporary(const QString &text);
     /** True if the record stays queued and is sent later. */
     [[nodiscard]] bool isTemporary() const;
-    /** The text, or what stands in the log for a failure without one. */
+    /** The text for the log; never empty. */
     [[nodiscard]] QString logText() const;
 };
 
-/** How the sending of a record has ended. */
+/** The result of sending a record. */
 struct RecordOutcome
 {
-    std::optional<Failure> failure; ///< none if the service has taken the record
+    std::optional<Failure> failure; ///< none if the service has accepted the record
     bool hasResponse = false; ///< also true for a refusal
 };
 
-/** Describes the exception that is being handled. Call it in a catch block only. */
+/** Describes the current exception. Call it only in a catch block. */
 [[nodiscard]] Failure currentFailure();
 
 /**
- * Calls @p body and returns what it throws as a value.
+ * Calls @p body and returns its exception as a value; nothing if it throws none.
  *
  * QThread::terminate() unwinds the stack with an exception of its own. A handler that swallows it
  * aborts the process, so this is the only place that catches everything.

@@ -25,10 +25,10 @@ constexpr auto settingsCodec = "UTF-8";
 
 QPointer<Config> s_instance;
 
-/** Process-wide, as the schedule is: every Config object finds the location. */
+/** Process-wide like the schedule, so that every Config object finds the location. */
 Config::LocationLookup s_locationLookup;
 
-/** A stored number, however large; nothing if the value is no number. */
+/** A stored number, clamped if it is huge; nothing if the value is not a number. */
 std::optional<qint64> toInteger(const QVariant &value)
 {
     bool ok = false;
@@ -123,7 +123,7 @@ bool Config::setIfChanged(const QString &key, const QVariant &value, const QVari
 
     if (value == defaultValue)
         m_settings.remove(key);
-    // After a removal, too: the machine-wide file may hold another value than the default.
+    // Also after a removal: the machine-wide value may differ from the default.
     if (m_settings.value(key, defaultValue) != value)
         m_settings.setValue(key, value);
     writeThrough();
@@ -193,7 +193,7 @@ void Config::applyConfiguration(QJsonDocument json)
     Q_EMIT configChanged();
 }
 
-/** Whether the user's own file has @p key; contains() would also see the machine-wide defaults. */
+/** True if the user's own file has @p key. m_settings would also find machine-wide values. */
 bool Config::hasOwnValue(const QString &key) const
 {
     return m_own.contains(key);
@@ -218,7 +218,7 @@ bool Config::applyKey(const QJsonObject &object, const QString &key)
     return true;
 }
 
-/** Writes to disk now: no power cut loses a change. */
+/** Writes to disk now, so that a power cut loses no change. */
 void Config::writeThrough()
 {
     // The status of QSettings stays bad after its first error, so look at the file instead.

@@ -16,12 +16,12 @@
 class EventLocation;
 
 /**
- * The only way to the settings.
+ * The settings; all access goes through this class.
  *
  * Nothing is cached: every read goes to the settings store (native format, user scope, with the
  * machine-wide file behind it), so a changed value takes effect at the next read. A missing or
- * unusable value is replaced as settingstable.h says, without a word in the log. Lives in the GUI
- * thread, where all writes happen; other threads may read through instance().
+ * unusable value is replaced as settingstable.h says, without a log line. Lives in the GUI thread,
+ * where all writes happen; other threads may read through instance().
  */
 class Config : public QObject
 {
@@ -39,7 +39,7 @@ class Config : public QObject
         TpRegMode preferredTpRegMode READ preferredTpRegMode NOTIFY preferredTpRegModeChanged)
 
 public:
-    /** The view that the screen shows at first. */
+    /** The start view. */
     enum View { DefaultView = 0, PlenarView = 1, ViewCount = 2 };
     Q_ENUM(View)
 
@@ -56,7 +56,7 @@ public:
     enum TpRegMode { TpRegQR = 0, TpRegVK = 1, TpRegModeCount = 2 };
     Q_ENUM(TpRegMode)
 
-    /** Finds a location of the current schedule by its id; null when there is none. */
+    /** Finds a location of the current schedule by its id; null if there is none. */
     using LocationLookup = std::function<EventLocation *(qint64 id)>;
 
     explicit Config(QObject *parent = nullptr);
@@ -84,8 +84,8 @@ public:
     }
 
     /**
-     * The value of a setting as its type, by the rules of its row in the table of settings.
-     * number() also reads choices. Callable from any thread.
+     * The value of a setting, converted and checked by its row in the table of settings. number()
+     * also reads choices. Callable from any thread.
      */
     [[nodiscard]] bool flag(const QString &key) const { return value(key).toBool(); }
     [[nodiscard]] int number(const QString &key) const;
@@ -98,14 +98,14 @@ public:
     [[nodiscard]] QVariant value(const QString &key, const QVariant &defaultValue) const;
 
     /**
-     * An integer, clamped into [@p min, @p max]; @p defaultValue if it is missing or no number.
+     * An integer, clamped to [@p min, @p max]; @p defaultValue if it is missing or not a number.
      * Callable from any thread.
      */
     [[nodiscard]] int intSetting(const QString &key, int defaultValue, int min, int max) const;
 
     /**
-     * Stores @p value unless it is in force already. A value equal to @p defaultValue is stored by
-     * removing the key, unless a machine-wide value would then show through. Returns whether
+     * Stores @p value unless it is already in force. A value equal to @p defaultValue is stored by
+     * removing the key, unless a machine-wide value would then take effect. Returns true if
      * anything changed. GUI thread only.
      */
     bool setIfChanged(const QString &key, const QVariant &value, const QVariant &defaultValue);
@@ -123,10 +123,9 @@ public:
 
     /** The day to show: today, or the fixed day of the settings if that is a date. */
     [[nodiscard]] QDate scheduleDate() const;
-    /** False if the settings ask for a fixed day that is no date. */
+    /** False if the settings ask for a fixed day that is not a date. */
     [[nodiscard]] bool isScheduleDateValid() const;
 
-    /** Whether the mouse cursor is hidden. */
     [[nodiscard]] bool hideMouseCursor() const { return flag(keys::hideMouseCursor); }
 
     /** Seconds between two refreshes of the schedule. */
@@ -137,11 +136,11 @@ public:
     [[nodiscard]] QString keycloakClientId() const { return text(keys::keycloakClientId); }
     [[nodiscard]] QString keycloakClientSecret() const { return text(keys::keycloakClientSecret); }
 
-    /** Whether a card logs attendance, and where to. */
+    /** Switch and address of attendance logging. */
     [[nodiscard]] bool attendanceEnabled() const { return flag(keys::attendanceEnabled); }
     [[nodiscard]] QUrl attendanceLogUrl() const { return url(keys::attendanceLogUrl); }
 
-    /** How presence is logged, and where to. */
+    /** Mode and address of presence logging. */
     [[nodiscard]] TallyxMode tallyxMode() const
     {
         return static_cast<TallyxMode>(number(keys::tallyxMode));
@@ -168,13 +167,13 @@ Q_SIGNALS:
     void preferredTpRegModeChanged(TpRegMode v); // clazy:exclude=fully-qualified-moc-types
 
 public Q_SLOTS:
-    /** Looks the configured location up again and announces it. */
+    /** Looks up the configured location again and announces it. */
     void emitLocationChanged();
 
     /**
-     * Stores the values of the screen's document from the configuration service. Keys that it does
-     * not name stay as they are, null removes the user's own value. Emits configChanged() once if
-     * anything changed.
+     * Stores the values of the screen's document from the configuration service. A key that is
+     * missing from it stays unchanged; null removes the user's own value. Emits configChanged()
+     * once if anything changed.
      */
     void applyConfiguration(QJsonDocument json);
 
@@ -184,7 +183,7 @@ private:
     void writeThrough();
 
     QSettings m_settings;
-    /// The user's own file without the machine-wide one behind it. Created while nothing waits to
-    /// be written: a second object would write it before its encoding is set.
+    /// The user's own file without the machine-wide one behind it. Created before any change: the
+    /// constructor would write a pending one in the wrong encoding.
     QSettings m_own;
 };

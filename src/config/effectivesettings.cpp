@@ -13,7 +13,7 @@
 
 namespace {
 
-/** What the kiosk makes of the stored value. */
+/** The value that the kiosk uses. */
 QString inForce(const Config &config, const Setting &setting)
 {
     switch (setting.type) {

@@ -8,7 +8,7 @@
 
 class Config;
 
-/** The value of a setting that is in force, for an operator who asks why a screen behaves so. */
+/** The value of a setting in force, to explain a screen's behaviour to an operator. */
 struct EffectiveSetting
 {
     QString key;
@@ -16,7 +16,7 @@ struct EffectiveSetting
     QString origin; ///< see Config::origin()
 };
 
-/** @p text with the user info of each address masked, even if a password breaks the address. */
+/** Masks the user info of each address in @p text, even if a password makes the address invalid. */
 [[nodiscard]] QString maskPasswords(QString text);
 
 /** All settings, in the order of their keys. */

@@ -11,8 +11,8 @@
  * Time from @p now to the next point of the refresh grid.
  *
  * The points lie half a second after each multiple of @p interval, counted from midnight: all
- * screens of a house ask at the same moments, and the services can prepare. A point less than 10 s
- * ahead is skipped, as the screen may just have refreshed.
+ * screens of a house refresh at the same moments, and the services can prepare. A point less than
+ * 10 s ahead is skipped, as the screen may just have refreshed.
  */
 [[nodiscard]] std::chrono::milliseconds timeToNextRefresh(QTime now,
                                                           std::chrono::milliseconds interval);

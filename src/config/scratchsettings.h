@@ -8,8 +8,8 @@
 #include <QTemporaryDir>
 
 /**
- * Replaces the user's settings by a copy for this process, so that a configuration can be tried and
- * the screen's own files stay as they are. Only the owner can enter the folder of the copy, which
+ * Replaces the user's settings by a copy for this process, so that trying a configuration leaves
+ * the screen's own files unchanged. The copy is in a folder that only its owner can enter and that
  * is removed with this object.
  *
  * Create it before the first access to Config.
@@ -21,7 +21,7 @@ public:
 
     /** The user's own file; it need not exist. */
     [[nodiscard]] QString fileName() const { return m_fileName; }
-    /** The existing files behind it; the first wins. */
+    /** The existing files that supply missing values; the first wins. */
     [[nodiscard]] QStringList filesBehind() const { return m_filesBehind; }
     /** What keeps the kiosk from reading or writing its settings; empty if nothing does. */
     [[nodiscard]] QString problem() const { return m_problem; }

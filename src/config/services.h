@@ -9,7 +9,7 @@
 
 class Config;
 
-/** A service that is sent tokens or records. The schedule is fetched without either. */
+/** A service that receives tokens or records. The schedule service receives neither. */
 struct Service
 {
     enum class Kind { Token, Configuration, Records };

@@ -8,12 +8,12 @@
 #include <utility>
 
 /**
- * Makes the settings file @p path readable by its owner alone, since it holds a secret.
+ * Makes the settings file @p path readable by its owner only, since it holds a secret.
  *
- * Wider rights are taken away with one log line; a missing folder is created with mode 0700. A
- * failure is logged, and the program goes on.
+ * Removes wider permissions with one log line; creates a missing folder with mode 0700. A failure
+ * is only logged.
  */
 void protectSettingsFile(const QString &path);
 
-/** Inode and modification time of a settings file: they change whenever QSettings replaces it. */
+/** Inode and modification time of a settings file, which change whenever QSettings writes it. */
 [[nodiscard]] std::pair<quint64, qint64> settingsFileIdentity(const QString &path);

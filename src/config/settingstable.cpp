@@ -59,7 +59,7 @@ QVector<Setting> makeTable()
         { keys::tallyxNotificationTimeout, Type::Number, nested, 20000, 5000, highest }, // ms
         { keys::tpRegModeQR,               Type::Flag,   nested, true },
         { keys::tpRegModeVK,               Type::Flag,   nested, true },
-        // 2 is no mode, but the views have always been given it.
+        // 2 is not a mode, but has always been passed to the views.
         { keys::preferredTpRegMode,        Type::Choice, nested, 1, 0, 2, 1, 0 },
 
         { keys::hideMouseCursor,           Type::Flag,   local,  true },

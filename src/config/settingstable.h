@@ -14,7 +14,7 @@ struct Setting
 {
     enum class Type {
         Flag,
-        Number, ///< clamped into its bounds; the default if the stored value is no number
+        Number, ///< clamped to its bounds; the default if the stored value is not a number
         Choice, ///< one of the numbers within the bounds, an enumeration of Config
         Text,
         TranslatedText, ///< its default is in the language of the interface
@@ -24,7 +24,7 @@ struct Setting
         Date, ///< its default is today
     };
 
-    /** Where the document of the configuration service has the key. */
+    /** Place of the key in the document of the configuration service. */
     enum class Remote { No, TopLevel, Settings };
 
     QString key;
@@ -33,8 +33,8 @@ struct Setting
     QVariant fixedDefault; ///< use defaultValue(), which knows language and day
     int minimum = std::numeric_limits<int>::min();
     int maximum = std::numeric_limits<int>::max();
-    int ifOutOfBounds = 0; ///< what another number counts as; choices only
-    int ifNoNumber = 0; ///< what counts if the stored value does not fit an int; choices only
+    int ifOutOfBounds = 0; ///< replaces a number out of bounds; choices only
+    int ifNoNumber = 0; ///< replaces a stored value that is not an int; choices only
 
     [[nodiscard]] QVariant defaultValue() const;
 };

@@ -19,10 +19,10 @@ void publish(const QString &token);
 /** The current token; empty before the first one. */
 [[nodiscard]] QString current();
 
-/** Sets @p token as the bearer of @p request. */
+/** Sets @p token as the bearer token of @p request. */
 void setBearer(QNetworkRequest &request, const QString &token);
 
-/** Sets the current token as the bearer of @p request; false, and nothing set, without a token. */
+/** Sets the current token as the bearer token of @p request; false if there is none. */
 [[nodiscard]] bool authorize(QNetworkRequest &request);
 
 } // namespace accesstoken

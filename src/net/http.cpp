@@ -42,7 +42,7 @@ namespace {
         QObject::connect(reply, &QNetworkReply::metaDataChanged, reply, [reply, checkSize] {
             checkSize(reply->header(QNetworkRequest::ContentLengthHeader).toLongLong());
         });
-        // Qt throttles progress signals, so count the unread bytes between two of them as well.
+        // Qt throttles progress signals, so also check the unread bytes between two of them.
         QObject::connect(reply, &QNetworkReply::readyRead, reply,
                          [reply, checkSize] { checkSize(reply->bytesAvailable()); });
         QObject::connect(reply, &QNetworkReply::downloadProgress, reply,

@@ -13,7 +13,7 @@ class QNetworkReply;
 class QNetworkRequest;
 
 /**
- * Sends requests that end within their limits; every request of the program goes this way.
+ * Sends requests that end within their limits. All requests of the program go through here.
  *
  * A silent connection ends after the transfer time-out. Past the deadline or the maximum body size
  * the reply is aborted with a log line, and finishes like any network error ("Operation canceled").
@@ -30,7 +30,7 @@ QNetworkReply *post(QNetworkAccessManager &manager, const QNetworkRequest &reque
 /** Hands a request to the network and returns its reply. */
 using Transport = std::function<QNetworkReply *(const QNetworkRequest &)>;
 
-/** For a manager that limits what others send: gives @p transport the request with its limits. */
+/** Passes the limited request to @p transport; for a manager that limits what others send. */
 QNetworkReply *send(QNetworkRequest request, const RequestLimits &limits,
                     const Transport &transport);
 

@@ -79,7 +79,7 @@ void KCClientCredentials::refresh()
         return;
     }
     if (!m_refreshToken || m_refreshToken->isExpired(QDateTime::currentDateTimeUtc())) {
-        // Normal with servers that give no refresh token, so no warning.
+        // No warning: some servers give no refresh token.
         qDebug() << "KC: refresh token is unavailable or has expired. Calling grant().";
         grant();
         return;

@@ -37,7 +37,7 @@ public:
     explicit KCClientCredentials(XNetworkAccessManager *manager, const RequestLimits &limits = {},
                                  QObject *parent = nullptr);
 
-    /** The text of the current access token, empty before the first. */
+    /** The current access token; empty before the first. */
     [[nodiscard]] QString accessToken() const;
 
 Q_SIGNALS:

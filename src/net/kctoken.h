@@ -21,7 +21,7 @@ public:
     [[nodiscard]] bool isExpired(const QDateTime &now) const;
 
 Q_SIGNALS:
-    /** For listeners; the client renews by its own timer. */
+    /** For listeners; the token client renews tokens with its own timer. */
     void aboutToExpire();
 
 private:

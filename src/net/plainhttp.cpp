@@ -13,7 +13,7 @@
 
 namespace {
 
-/** Whether others can read what is sent to @p url: plain http to another machine. */
+/** True if others can read what is sent to @p url: plain http to another machine. */
 bool isPlainHttpToOthers(const QUrl &url)
 {
     if (url.scheme() != QLatin1String("http"))

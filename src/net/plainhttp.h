@@ -4,7 +4,7 @@
 #pragma once
 
 /**
- * Warns of each address to which tokens or records would go unprotected, once per address and
- * process. For the GUI thread: call it at start and after each change of the configuration.
+ * Warns once about each address to which tokens or records would be sent unprotected. Call it in
+ * the GUI thread, at start and after each change of the configuration.
  */
 void warnOfPlainHttp();

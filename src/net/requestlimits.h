@@ -7,7 +7,7 @@
 
 #include <chrono>
 
-/** What a request may cost before it is aborted. */
+/** Limits beyond which a request is aborted. */
 struct RequestLimits
 {
     std::chrono::milliseconds transferTimeout = std::chrono::seconds(30); ///< without any byte

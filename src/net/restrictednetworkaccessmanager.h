@@ -11,7 +11,7 @@
 /**
  * The network access of the QML engine, limited to what the views need.
  *
- * The views talk to the configuration service only (the registration and its QR code). Every other
+ * The views need only the configuration service, for the registration and its QR code. Every other
  * address is refused, except data URLs up to the maximum body size. Requests have time limits,
  * which QML itself lacks. A redirect is a failure: QML would send the bearer token and the password
  * to its target.

@@ -42,7 +42,7 @@ QString readString(const QJsonObject &object, const QString &key)
     return value.toString();
 }
 
-/** True if no character of @p token can end the header line that carries it. */
+/** True if @p token is visible ASCII only: a line break would end the header that carries it. */
 bool fitsHeader(const QString &token)
 {
     return std::all_of(token.begin(), token.end(),

@@ -8,13 +8,12 @@
 
 #include <chrono>
 
-/** The response of the token endpoint (RFC 6749, section 5.1, with Keycloak's refresh_expires_in).
- */
+/** A token endpoint's response (RFC 6749, section 5.1, with Keycloak's refresh_expires_in). */
 struct TokenResponse
 {
     QString accessToken;
     int expiresIn = 0; ///< s
-    QString refreshToken; ///< empty if missing, as current servers do
+    QString refreshToken; ///< empty if missing, as with current servers
     int refreshExpiresIn = 0; ///< s; 0 if missing
 };
 

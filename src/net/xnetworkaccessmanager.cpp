@@ -68,7 +68,7 @@ void XNetworkAccessManager::D::errorOccured(QNetworkReply::NetworkError error)
         return;
     }
 
-    // The internal host is not always there; its absence is no fault.
+    // The internal host is not always reachable, which is no fault.
     const bool expectedMiss = reply->error() == QNetworkReply::HostNotFoundError
         || reply->error() == QNetworkReply::ContentNotFoundError;
     if (expectedMiss

@@ -5,14 +5,14 @@
 
 #include <QtGlobal>
 
-/** Limits for the notices about cards, common to attendance and presence. */
+/** Limits for the notices about cards, shared by attendance and presence. */
 namespace noticelimits {
 
 /** Time-out in ms of a notice about a temporary failure. */
 inline constexpr uint temporaryMs = 20 * 1000;
 /** Time-out in ms of a notice that sends the person to the staff. */
 inline constexpr uint staffMs = 60 * 1000;
-/** Cards in process at the same time; only a defective reader sends more. */
+/** Maximum number of cards in progress; only a defective reader sends more. */
 inline constexpr int maxCards = 50;
 
 } // namespace noticelimits

@@ -62,7 +62,7 @@ void Notification::addButton(NotificationButton *button)
 {
     m_buttons.append(button);
     connect(button, &QObject::destroyed, this,
-            [this, button] { // no longer a NotificationButton then
+            [this, button] { // by then only a QObject, so only compare the pointer
                 if (m_buttons.removeAll(button) > 0)
                     Q_EMIT buttonsChanged();
             });

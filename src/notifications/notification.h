@@ -49,7 +49,7 @@ public:
     /** As QML creates it: an empty message with a confirm control and no countdown. */
     explicit Notification(QObject *parent = nullptr);
 
-    /** A message with no control but closing; starts the countdown of @p timeout ms. */
+    /** A message that can only be closed; starts the countdown of @p timeout ms. */
     Notification(int type, QString title, QString message, uint timeout, bool timeoutCancelable,
                  bool closable, QObject *parent = nullptr);
 
@@ -63,7 +63,7 @@ public:
     [[nodiscard]] QDateTime dateTime() const { return m_dateTime; }
     /** Length of the countdown in ms; 0 for none. */
     [[nodiscard]] uint timeout() const { return m_timeout; }
-    /** True if a tap on the countdown may end it; the view does that. */
+    /** True if a tap on the countdown may end it; the view handles the tap. */
     [[nodiscard]] bool isTimeoutCancelable() const { return m_timeoutCancelable; }
     [[nodiscard]] bool isClosable() const { return m_closable; }
     [[nodiscard]] bool isConfirmable() const { return m_confirmable; }
@@ -78,7 +78,7 @@ public:
     /** Removes all buttons and deletes those without a parent. */
     void clearButtons();
 
-    /** Milliseconds to the end of the countdown, 0 without one. */
+    /** Milliseconds to the end of the countdown; 0 if there is none. */
     Q_INVOKABLE int remainingTime() const;
 
     Q_INVOKABLE void set(int type, const QString &title, const QString &message, uint timeout,
@@ -86,7 +86,7 @@ public:
     /** The same, closable. */
     Q_INVOKABLE void set(int type, const QString &title, const QString &message, uint timeout,
                          bool timeoutCancelable);
-    /** The same, closable and with a countdown that can be stopped. */
+    /** The same, closable and with a cancelable countdown. */
     Q_INVOKABLE void set(int type, const QString &title, const QString &message, uint timeout);
 
 Q_SIGNALS:
@@ -102,7 +102,7 @@ Q_SIGNALS:
     void buttonsChanged();
     void confirmed(Notification *notification);
     void canceled(Notification *notification);
-    /** The notification must leave the screen. */
+    /** Asks the owner to remove the notification from the screen. */
     void removed(Notification *notification);
     void buttonClicked(int idx, Notification *notification);
 
@@ -110,13 +110,13 @@ public Q_SLOTS:
     void setType(int type);
     void setTitle(const QString &title);
     void setMessage(const QString &message);
-    /** Restarts the countdown with @p msecs, even if they are the same; 0 ends it. */
+    /** Restarts the countdown with @p msecs, even if the value is unchanged; 0 ends it. */
     void setTimeout(uint msecs);
     void setTimeoutCancelable(bool cancelable);
     void setClosable(bool closable);
     void setConfirmable(bool confirmable);
     void setCancelable(bool cancelable);
-    /** Starts the countdown, unless it runs or its length is 0. */
+    /** Starts the countdown unless it is running or its length is 0. */
     void startTimer();
     void confirm();
     void cancel();

@@ -8,8 +8,8 @@ class NotificationsModel;
 class QObject;
 
 /**
- * Shows notifications on the screen. The API object implements and installs it, so that the workers
- * need not know the API.
+ * Shows notifications on the screen. The API object implements it, so that the workers need not
+ * know the API.
  */
 class NotificationBoard
 {
@@ -29,7 +29,7 @@ public:
     /** The notifications on the screen. GUI thread only. */
     [[nodiscard]] virtual NotificationsModel *notifications() = 0;
 
-    /** Receives the calls posted to the GUI thread; a single receiver keeps their order. */
+    /** The receiver of all calls posted to the GUI thread: a single one keeps their order. */
     [[nodiscard]] virtual QObject *context() = 0;
 
 protected:

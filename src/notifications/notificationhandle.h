@@ -10,8 +10,8 @@
 #include <functional>
 
 /**
- * A notification on the screen, held by an object of another thread. Posts changes to the GUI
- * thread in order; they check there whether the notification still exists. Cheap to copy.
+ * Changes a notification on the screen from another thread. Posts the changes to the GUI thread in
+ * order and drops them if the notification is gone by then. Cheap to copy.
  */
 class NotificationHandle
 {
@@ -21,7 +21,7 @@ public:
     /** Holds no notification and drops changes. */
     NotificationHandle() = default;
 
-    /** Shows @p notification, which the calling thread has created without a parent. */
+    /** Shows @p notification, which must have no parent and belong to the calling thread. */
     explicit NotificationHandle(Notification *notification);
 
     /**

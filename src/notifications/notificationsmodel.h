@@ -8,7 +8,7 @@
 
 class Notification;
 
-/** The live notifications, newest first. Owns none of them. GUI thread. */
+/** The notifications on the screen, newest first. Owns none of them. GUI thread. */
 class NotificationsModel : public QAbstractListModel
 {
     Q_OBJECT
@@ -28,7 +28,7 @@ public:
     /** The newest notification; null if there is none. */
     [[nodiscard]] Notification *newest() const { return m_notifications.value(0); }
 
-    /** True if a row holds @p notification; a removed one lives on for a moment. */
+    /** True if a row holds @p notification; a removed one still exists for a moment. */
     [[nodiscard]] bool contains(Notification *notification) const
     {
         return m_notifications.contains(notification);

@@ -122,14 +122,14 @@ void TallyxFlow::onPostLogFinished()
         return;
     failOnException([this, &reply] {
         const QJsonObject response = tallyxservice::readAcknowledgement(*reply);
-        // First of all: after a crash from here on the record must not be sent again.
+        // First, so that a crash from here on does not send the record again.
         Q_EMIT acknowledged();
         m_notice.acknowledge(tallyxservice::text(response, "message"), notificationTimeout());
         end(Answered);
     });
 }
 
-/** The question is gone; a record that was posted already goes on. */
+/** Ends the flow if its question is gone; a record that was already posted is not affected. */
 void TallyxFlow::onNotificationRemoved()
 {
     if (m_state != Querying && m_state != Deciding)
@@ -138,7 +138,7 @@ void TallyxFlow::onNotificationRemoved()
     end(Failed);
 }
 
-/** Asks the person, with the proposal of the service or, if that failed, without one. */
+/** Asks the person, with the service's proposal unless the query failed. */
 void TallyxFlow::decide(QNetworkReply &reply)
 {
     QJsonObject status;
@@ -168,7 +168,7 @@ void TallyxFlow::changeType(TallyxLogEntity::Type type)
     saveChoice();
 }
 
-/** A person who has been asked can go on without the disk: the choice is posted all the same. */
+/** A failure is only logged, since the choice is posted anyway. */
 void TallyxFlow::saveChoice()
 {
     if (const auto failure = catchFailure([this] { m_record.save(); }))

@@ -15,9 +15,9 @@ class QNetworkAccessManager;
 struct Failure;
 
 /**
- * One presence booking, from the card to the acknowledgement of the service: queries the person's
- * status, lets the person choose the direction, and posts the record, which stays on disk until
- * then. A slot that is called outside its state does nothing.
+ * One presence booking, from the card to the acknowledgement of the service: saves the record,
+ * queries the person's status, lets the person choose the direction, and posts the record. A slot
+ * called in the wrong state does nothing.
  *
  * Lives in the attendance worker's thread; its notification lives in the GUI thread.
  */
@@ -32,9 +32,9 @@ public:
     /** Withdraws an open question; the record stays in the spool. */
     ~TallyxFlow() override;
 
-    /** The type of a record before service or person have chosen a direction. */
+    /** The type of a record before the service or the person has chosen a direction. */
     [[nodiscard]] static TallyxLogEntity::Type firstType();
-    /** Message for the person: the record waits in the queue, or the staff has to help. */
+    /** Message for the person: the record waits in the queue, or the staff must help. */
     [[nodiscard]] static QString failureText(bool isQueued, const QString &reason);
 
     /** Saves the record and queries the status. */
@@ -52,7 +52,7 @@ Q_SIGNALS:
     void stateChanged();
     /** The service has booked the record; it must not be sent again. */
     void acknowledged();
-    /** The flow is over; a record that was not acknowledged is left to the queue. */
+    /** The flow is over; the queue sends a record that was not acknowledged. */
     void ended();
 
 private Q_SLOTS:

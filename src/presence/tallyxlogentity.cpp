@@ -26,10 +26,10 @@ namespace key {
     const QString locationId = QStringLiteral("locationId");
 } // namespace key
 
-constexpr qint64 maxRecordBytes = 65536; // ours have some 200
+constexpr qint64 maxRecordBytes = 65536; // ours have about 200
 constexpr int anyInt = std::numeric_limits<int>::max();
 
-/** A whole number of the document, if it is there and within -@p limit and @p limit. */
+/** The whole number @p name of the document; nothing if missing or beyond +/- @p limit. */
 std::optional<qint64> wholeNumber(const QJsonObject &object, const QString &name, qint64 limit)
 {
     const double number = object.value(name).toDouble(std::numeric_limits<double>::quiet_NaN());
@@ -68,7 +68,7 @@ TallyxLogEntity::TallyxLogEntity(const QString &path, QObject *parent)
 
 int TallyxLogEntity::age() const
 {
-    // The clock may have been set in between.
+    // The clock may have been set meanwhile.
     const qint64 msecs = m_time.msecsTo(QDateTime::currentDateTime());
     return static_cast<int>(std::clamp<qint64>(msecs, -anyInt, anyInt));
 }
@@ -90,7 +90,7 @@ void TallyxLogEntity::save()
     const QByteArray document = toJson().toJson();
     if (isOnDisk())
         Spool::replace(m_spoolPath, document);
-    else // for the first time, or after somebody has cleared the folder
+    else // first save, or somebody has cleared the folder
         m_spoolPath = tallyxSpool().create(document);
     m_savedType = m_type;
 }

@@ -22,7 +22,7 @@ class TallyxLogEntity : public QObject
     Q_OBJECT
 
 public:
-    /** What is booked; the values are those of the JSON document. */
+    /** What is booked, with the values of the JSON document. */
     enum Type {
         AUTO = 0, ///< the service decides
         IN = 1,
@@ -32,17 +32,17 @@ public:
     };
     Q_ENUM(Type)
 
-    /** The record of a card that is read now, at the configured location. */
+    /** The record of a card that has just been read, at the configured location. */
     TallyxLogEntity(quint64 transponderId, Type type, QObject *parent = nullptr);
 
-    /** The record in the file @p path. Throws AttendanceErrorException if it holds none. */
+    /** The record in the file @p path. Throws AttendanceErrorException if there is none. */
     explicit TallyxLogEntity(const QString &path, QObject *parent = nullptr);
 
     [[nodiscard]] Type type() const { return m_type; }
     void setType(Type type) { m_type = type; }
     [[nodiscard]] qint64 transponderId() const { return m_transponderId; }
     [[nodiscard]] int locationId() const { return m_locationId; }
-    /** Milliseconds from the card to now. */
+    /** Milliseconds since the card was read. */
     [[nodiscard]] int age() const;
     /** Milliseconds from the card to the person's decision. */
     void setLogDelay(int msecs) { m_logDelay = msecs; }
@@ -52,7 +52,7 @@ public:
     [[nodiscard]] QString spoolPath() const { return m_spoolPath; }
 
     [[nodiscard]] QJsonDocument toJson() const;
-    /** Puts the record on disk, over the one that was saved before. Throws. */
+    /** Writes the record to disk, over an earlier one. Throws AttendanceErrorException. */
     void save();
     /** True if the file of the record exists. */
     [[nodiscard]] bool isOnDisk() const;

@@ -34,7 +34,7 @@ void mark(const Notification &notification, TallyxLogEntity::Type type, bool isO
     }
 }
 
-/** From here on only the countdown or a tap on the cross removes the notification. */
+/** From now on only the countdown or a tap on the cross removes the notification. */
 void close(Notification &notification)
 {
     notification.setConfirmable(false);
@@ -47,7 +47,7 @@ TallyxNotice::TallyxNotice(const QObject *flow)
     : m_handle([flow] {
         auto *notification = new Notification(Notification::LOADING, tr("Presence"),
                                               tr("Querying status..."), 0, false, false);
-        // Connect before it moves to the GUI thread: later this thread must not touch it.
+        // Connect before it moves to the GUI thread: from then on this thread must not touch it.
         connectChecked(notification,
                        SIGNAL(buttonClicked(int,Notification*)), flow, SLOT(onButtonClicked(int)));
         connectChecked(notification, SIGNAL(confirmed(Notification*)), flow, SLOT(postLog()));

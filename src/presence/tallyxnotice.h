@@ -11,8 +11,8 @@
 class QObject;
 
 /**
- * What a person sees of a presence booking: one notification that waits, asks, and shows the
- * result. Used in the attendance worker's thread; every change is posted to the GUI thread.
+ * The notification of a presence booking: waits for the status, asks for the direction, and shows
+ * the result. Used in the attendance worker's thread; every change is posted to the GUI thread.
  */
 class TallyxNotice
 {
@@ -26,9 +26,9 @@ public:
     explicit TallyxNotice(const QObject *flow);
 
     /**
-     * Asks for the direction, with @p proposal marked. Each press marks its button and restarts the
-     * countdown of @p timeout ms right in the GUI thread, so that the countdown can not run out
-     * while a choice is on its way here. A null title keeps the current one.
+     * Asks for the direction, with @p proposal marked. A press marks its button and restarts the
+     * countdown of @p timeout ms. The GUI thread does that itself, so that the countdown cannot end
+     * before this thread learns of the choice. A null title keeps the current one.
      */
     void ask(TallyxLogEntity::Type proposal, const QString &title, const QString &message,
              uint timeout) const;

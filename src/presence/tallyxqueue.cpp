@@ -26,7 +26,7 @@ TallyxQueue::TallyxQueue(QNetworkAccessManager &manager, const RequestLimits &li
 
 TallyxQueue::~TallyxQueue()
 {
-    // Delete the flows while this object is whole: their end calls it.
+    // Delete the flows while this object is complete: their signals call it.
     const auto flows = m_flows;
     for (TallyxFlow *flow : flows) {
         flow->disconnect(this);
@@ -49,7 +49,7 @@ void TallyxQueue::begin(quint64 transponderId)
     flow->start();
 }
 
-/** Leaves the record to the pass without a question: so many people can not be asked at once. */
+/** Saves the record for a pass without asking: too many questions are already open. */
 void TallyxQueue::postpone(quint64 transponderId)
 {
     const auto failure = catchFailure(
@@ -90,7 +90,7 @@ bool TallyxQueue::canSend() const
 {
     if (!accesstoken::current().isEmpty() || spool().count() == 0)
         return true;
-    // One line for all records.
+    // One log line instead of one per record.
     qWarning() << "Error logging presence:" << tr("Authentication unavailable.");
     return false;
 }

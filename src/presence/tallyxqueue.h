@@ -13,8 +13,8 @@ class QNetworkReply;
 class TallyxFlow;
 
 /**
- * Books presence: runs a flow for each card, and sends the records that flows have left behind. A
- * record that a person still decides on is fresh.
+ * Books presence: runs a flow for each card, and sends the records that ended flows have left
+ * behind. A record is fresh while its flow runs.
  *
  * Lives in the attendance worker's thread.
  */
@@ -28,7 +28,7 @@ public:
                 QObject *parent = nullptr);
     ~TallyxQueue() override;
 
-    /** Starts the flow of the card with this id. */
+    /** Starts a flow for the card with this id. */
     void begin(quint64 transponderId);
 
     [[nodiscard]] bool hasFresh() const override;

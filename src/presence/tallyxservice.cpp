@@ -83,7 +83,7 @@ QJsonObject readAcknowledgement(QNetworkReply &reply)
 
 QString text(const QJsonObject &response, const char *key)
 {
-    constexpr int maxLength = 2000; // more fits no notice and keeps the screen busy
+    constexpr int maxLength = 2000; // more does not fit a notice and would block the screen
     const QJsonValue value = response.value(QLatin1String(key));
     return value.isString() ? value.toString(QLatin1String("")).left(maxLength) : QString();
 }

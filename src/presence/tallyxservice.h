@@ -13,13 +13,13 @@ struct RequestLimits;
 /** Requests to the presence service and its responses. Attendance worker's thread. */
 namespace tallyxservice {
 
-/** Queries the status of the record's person, within the configured time. */
+/** Queries the status of the card's owner, within the configured time. */
 [[nodiscard]] QNetworkReply *getStatus(QNetworkAccessManager &manager,
                                        const TallyxLogEntity &record);
 
 /**
- * Posts @p record as it is. Throws AttendanceWarningException without an access token; the record
- * then stays for later.
+ * Posts @p record unchanged. Throws AttendanceWarningException if there is no access token; the
+ * record then stays for later.
  */
 [[nodiscard]] QNetworkReply *postLog(QNetworkAccessManager &manager, const TallyxLogEntity &record,
                                      const RequestLimits &limits);
@@ -28,8 +28,7 @@ namespace tallyxservice {
 [[nodiscard]] QJsonObject readStatus(QNetworkReply &reply);
 
 /**
- * The response to postLog(), which acknowledges the record; throws AttendanceWarningException if it
- * does not.
+ * The response to postLog(). Throws AttendanceWarningException unless it acknowledges the record.
  */
 [[nodiscard]] QJsonObject readAcknowledgement(QNetworkReply &reply);
 

@@ -27,7 +27,7 @@ constexpr auto unpluggedRetry = 60s;
 
 /// True while stale bytes are drained from a port that was just opened.
 bool s_isDiscarding = false;
-/// Errors of the port since it was last opened; also 2 once a missing reader has been reported.
+/// Errors since the port was last opened; set to 2 once a missing reader has been reported.
 unsigned s_serialErrors = 0;
 
 void showSerialError(const QString &message, std::chrono::milliseconds timeout)
@@ -36,7 +36,7 @@ void showSerialError(const QString &message, std::chrono::milliseconds timeout)
                                   static_cast<uint>(timeout.count()));
 }
 
-/** The number of a card. Qt alone would also accept signs and prefixes. */
+/** The number of a card. Checks each digit, since toULongLong() also accepts signs and prefixes. */
 quint64 parseTransponderId(const QByteArray &line)
 {
     const bool isHex = std::all_of(line.begin(), line.end(), [](char c) {
@@ -80,7 +80,7 @@ void AttendanceWorker::init()
 void AttendanceWorker::initSerialPort()
 {
     if (m_port)
-        return; // the lock of the open port would refuse a second one
+        return; // the open port is locked and cannot be opened again
     qDebug() << "Initializing serial port...";
     m_retryTimer->start(unpluggedRetry);
 
@@ -118,7 +118,7 @@ void AttendanceWorker::openSerialPort(const QString &name)
         return; // onSerialPortError() has handled it
     }
     if (!m_port)
-        return; // opened with an error, which onSerialPortError() has handled
+        return; // opened with an error that onSerialPortError() has handled
     qInfo() << "Serial port opened.";
     m_retryTimer->stop();
     s_serialErrors = 0;
@@ -130,7 +130,7 @@ void AttendanceWorker::openSerialPort(const QString &name)
     Q_EMIT readerStateChanged(true);
 }
 
-/** Discards what the reader sent before the port was opened: those cards are gone. */
+/** Discards what the reader sent before the port was opened: nobody waits for those cards. */
 void AttendanceWorker::drain(QSerialPort &port)
 {
     constexpr auto timeLimit = 2s;
@@ -162,7 +162,7 @@ void AttendanceWorker::onSerialPortError(QSerialPort::SerialPortError err)
         reason = m_port->errorString();
         if (m_port->isOpen() && !s_isDiscarding)
             Q_EMIT readerStateChanged(false);
-        m_port->disconnect(this); // a port that hung up repeats its error endlessly
+        m_port->disconnect(this); // an unplugged port repeats its error endlessly
         m_port->deleteLater();
         m_port.clear();
         processAllLines();
@@ -198,7 +198,7 @@ void AttendanceWorker::onSerialPortReadyRead()
     m_lines.limitBacklog();
 }
 
-/** Processes lines up to the first invalid one, which is reported; false then. */
+/** Processes lines up to the first invalid one. Reports that one and returns false. */
 bool AttendanceWorker::processLines()
 {
     const auto failure = catchFailure([this] {
@@ -210,7 +210,7 @@ bool AttendanceWorker::processLines()
     return !failure;
 }
 
-/** Processes every whole line that is still buffered and discards the rest. */
+/** Processes all whole lines in the buffer and discards the rest. */
 void AttendanceWorker::processAllLines()
 {
     while (!processLines())

@@ -15,7 +15,7 @@ class CardLogger;
 
 /**
  * Listens to the RFID reader on the serial line and logs each card, or hands it to the view that
- * waits for one. Finds the reader by itself, also after it was unplugged.
+ * waits for one. Finds the reader by itself, even after it was unplugged.
  *
  * Created without a parent in the GUI thread and moved to the attendance thread, where init()
  * creates everything else.
@@ -32,7 +32,7 @@ Q_SIGNALS:
     /** A card was read while a view waited for it; @p tid as the reader sent it. */
     void transponderScanned(QString tid);
     void readerStateChanged(bool connected);
-    /** Nothing may be logged until the program starts anew; the thread ends. */
+    /** Nothing may be logged until the program restarts; the thread ends. */
     void loggingStopped();
 
 public Q_SLOTS:

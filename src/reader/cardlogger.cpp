@@ -16,7 +16,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr auto firstPass = 10s; // after the start, for what an earlier run has left
+constexpr auto firstPass = 10s; // after the start, for the records of an earlier run
 constexpr auto deferredPass = 10s;
 constexpr auto saveInterval = 1h;
 
@@ -51,7 +51,7 @@ CardLogger::CardLogger(const RequestLimits &limits, QObject *parent)
 
 CardLogger::~CardLogger()
 {
-    // Children are deleted in the order of their creation, but requests must go before the manager.
+    // Children are deleted in creation order, but requests must go before the manager.
     delete m_presence;
     delete m_attendance;
 }
@@ -88,7 +88,7 @@ void CardLogger::connectQueue(RecordQueue &queue)
     connect(&queue, &RecordQueue::fatalStop, this, &CardLogger::stop);
 }
 
-/** A card that is read now does not wait behind the pass. */
+/** A new card must not wait for the pass. */
 void CardLogger::pauseForFresh()
 {
     const bool hasFresh = m_attendance->hasFresh() || m_presence->hasFresh();
@@ -96,7 +96,7 @@ void CardLogger::pauseForFresh()
     m_presence->setPaused(hasFresh);
 }
 
-/** A record that is logged twice is considered worse than one that is not logged. */
+/** Stops all logging: a record that is logged twice is worse than one that is not logged. */
 void CardLogger::stop()
 {
     m_isStopped = true;

@@ -19,7 +19,7 @@ struct Failure;
 
 /**
  * Logs cards with the attendance and the presence service: owns the two queues and the timer that
- * sends what waits in them.
+ * starts their passes.
  *
  * Created by the attendance worker in its thread.
  */
@@ -29,14 +29,14 @@ class CardLogger : public QObject
 
 public:
     explicit CardLogger(const RequestLimits &limits, QObject *parent = nullptr);
-    /** Withdraws what the queues have left open on the screen. */
+    /** Removes the notices that still wait for a result. */
     ~CardLogger() override;
 
-    /** Logs the card with this id, as the settings want it. */
+    /** Logs the card with this id, with the services that the settings enable. */
     void log(quint64 transponderId);
-    /** Tells the person at the screen of a card that could not be read. */
+    /** Tells the person at the screen that a card could not be read. */
     void reportFailure(const Failure &failure);
-    /** Sends the records of both spools, or tries again later while requests are in flight. */
+    /** Sends the records of both spools; if requests are in flight, tries again later. */
     void processQueue();
     /** Its timeout is the time for processQueue(). */
     [[nodiscard]] QTimer *queueTimer() { return &m_queueTimer; }

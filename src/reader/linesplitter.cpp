@@ -21,7 +21,7 @@ bool isTerminator(char c)
 
 void LineSplitter::append(const QByteArray &bytes)
 {
-    m_buffer.remove(0, m_start); // once per delivery: per line, a flood would cost quadratic time
+    m_buffer.remove(0, m_start); // here, not per line: a flood of lines would take quadratic time
     m_start = 0;
     m_buffer.append(bytes);
 }

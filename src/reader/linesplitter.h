@@ -10,19 +10,19 @@
 /**
  * Splits the bytes of the serial line into lines. CR and LF each end a line, so a pair of them
  * yields an empty one. A line that is too long is dropped up to its terminator, with one warning,
- * so that its tail can not look like a card.
+ * so that its tail cannot look like a card.
  */
 class LineSplitter
 {
 public:
     void append(const QByteArray &bytes);
-    /** The next whole line without its terminator, if there is one yet. */
+    /** The next whole line without its terminator; nothing if there is none yet. */
     [[nodiscard]] std::optional<QByteArray> takeLine();
     /** Discards the rest of the buffer, with a warning. */
     void clear();
     /** Discards the rest of the buffer if it is longer than a line can be. */
     void limitBacklog();
-    /** The beginning of the buffer, for the log. */
+    /** The start of the buffer, for the log. */
     [[nodiscard]] QByteArray excerpt() const;
 
 private:

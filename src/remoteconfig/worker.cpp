@@ -41,7 +41,7 @@ Worker::Worker(QObject *tokenReceiver, const RequestLimits &limits)
 
 Worker::~Worker()
 {
-    // Children are deleted in creation order, and a manager deleted before its replies waits for
+    // Children are deleted in creation order, but a manager deleted before its replies waits for
     // them.
     delete m_configurationReply;
     delete m_credentials;

@@ -22,7 +22,7 @@ class XNetworkAccessManager;
 
 /**
  * Fetches this screen's configuration document from the configuration service, every five minutes
- * once there is a token, and passes it to Config. A failure leaves the settings as they are.
+ * once there is a token, and passes it to Config. A failure leaves the settings unchanged.
  *
  * Created without a parent in the GUI thread and moved to the configuration worker's thread, where
  * init() creates everything else.

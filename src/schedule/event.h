@@ -66,7 +66,7 @@ public:
     /** All speakers, separated by ", ". */
     [[nodiscard]] QString speakers() const;
     [[nodiscard]] qint64 locationId() const { return m_fields.locationId; }
-    /** Null until the event is linked, and for an id that is not in the schedule. */
+    /** Null until the event is linked, or if the id is not in the schedule. */
     [[nodiscard]] EventLocation *location() const { return m_location; }
     [[nodiscard]] QQmlListProperty<EventEAudience> audiencesProperty()
     {

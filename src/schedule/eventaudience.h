@@ -21,7 +21,7 @@ public:
     [[nodiscard]] int displayOrder() const { return m_displayOrder; }
     [[nodiscard]] QString name() const { return m_name; }
 
-    /** By display order, then by name, case-sensitive unlike locations. */
+    /** By display order, then by name: case-sensitive, unlike locations. */
     static bool sortsBefore(const EventAudience *a, const EventAudience *b);
 
 private:

@@ -13,7 +13,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-// Timers run on the monotonic clock. Read the wall clock once a minute as well: it may be set while
+// Timers run on the monotonic clock. Read the wall clock once a minute, too: it may be set while
 // the program runs, for example after a start without network.
 constexpr std::chrono::milliseconds maxWait = 60s;
 

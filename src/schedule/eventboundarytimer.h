@@ -30,7 +30,7 @@ public:
     void setClock(Clock clock);
 
 public Q_SLOTS:
-    /** Watches @p location from now on, null for none; it may be deleted at any time. */
+    /** Watches @p location, or nothing if it is null; it may be deleted at any time. */
     void watch(EventLocation *location);
 
 private:
@@ -41,5 +41,5 @@ private:
     QTimer m_timer;
     QPointer<EventLocation> m_location;
     QDateTime m_boundary; ///< next start or end; invalid if none is left
-    QDateTime m_lastTime; ///< of the clock; an earlier time means that the clock was set back
+    QDateTime m_lastTime; ///< last reading; an earlier time means that the clock was set back
 };

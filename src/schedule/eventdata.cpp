@@ -75,7 +75,7 @@ EventData::EventData(NoDownload, QObject *parent)
     : QObject(parent)
     , m_errorMessage(tr("No error"))
 {
-    // Connected first, so that all other receivers find the objects linked.
+    // Connected before all other receivers, so that they find the objects linked.
     connect(this, &EventData::readEventDataFinished, this, &EventData::linkObjects);
 }
 
@@ -135,7 +135,7 @@ void EventData::readDocument(QIODevice *document)
     } catch (const ScheduleException &e) {
         setFailure(QString::fromUtf8(e.what()), e.shown());
     } catch (const std::exception &e) {
-        // Out of memory, for example. The download must finish for its receivers all the same.
+        // Out of memory, for example. The receivers still need readEventDataFinished().
         setFailure(QString::fromUtf8(e.what()), QString::fromUtf8(e.what()));
     }
 }
@@ -146,7 +146,7 @@ void EventData::finish()
     Q_EMIT dataChanged();
 }
 
-/** Hashes keep the time for linking linear in the number of events. */
+/** Builds hashes, so that linking takes time linear in the number of events. */
 void EventData::indexObjects()
 {
     m_locationById = byId(m_objects.locations);
@@ -163,7 +163,7 @@ void EventData::linkObjects()
         event->updateRefs();
     for (EventLocation *location : qAsConst(m_objects.locations))
         location->updateRefs();
-    m_eventsByLocation.clear(); // each location now holds its own
+    m_eventsByLocation.clear(); // each location now holds its own events
 }
 
 void EventData::setFailure(const QString &logged, const QString &shown)

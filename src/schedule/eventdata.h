@@ -43,7 +43,7 @@ public:
 
     /** True if the download or the reading failed. */
     [[nodiscard]] bool error() const { return m_error; }
-    /** The failure in the language of the interface. */
+    /** The failure, in the language of the interface. */
     [[nodiscard]] QString errorMessage() const { return m_errorMessage; }
     [[nodiscard]] QQmlListProperty<Event> eventsProperty() { return { this, &m_objects.events }; }
     [[nodiscard]] QQmlListProperty<EventLocation> locationsProperty()

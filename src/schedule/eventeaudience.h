@@ -19,7 +19,7 @@ public:
     [[nodiscard]] qint64 audienceId() const { return m_audienceId; }
     [[nodiscard]] bool isMandatory() const { return m_mandatory; }
 
-    /** The group; null until it is linked, and for an id that is not in the schedule. */
+    /** The group; null until it is linked, or if the id is not in the schedule. */
     [[nodiscard]] EventAudience *audience() const { return m_audience; }
     void setAudience(EventAudience *audience) { m_audience = audience; }
 

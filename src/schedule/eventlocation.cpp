@@ -10,14 +10,14 @@
 
 namespace {
 
-/** Milliseconds that order local times as QDateTime does, but compare much faster. */
+/** Milliseconds that sort local times as QDateTime does, but compare much faster. */
 qint64 wallClock(const QDateTime &local)
 {
     constexpr qint64 dayMs = 24LL * 60 * 60 * 1000;
     return local.date().toJulianDay() * dayMs + local.time().msecsSinceStartOfDay();
 }
 
-/** Sorts as Event::sortsBefore() does, by numbers first: every refresh sorts all events. */
+/** Sorts like Event::sortsBefore(), but faster: every refresh sorts all events. */
 void sortByTime(QList<Event *> &events)
 {
     struct Keyed

@@ -38,16 +38,15 @@ public:
     [[nodiscard]] QQmlListProperty<Event> eventsProperty() { return { this, &m_events }; }
     [[nodiscard]] const QList<Event *> &events() const { return m_events; }
 
-    /** The first event that runs now, its start and end included; null if none does. */
+    /** The first event that runs now, including its start and end; null if there is none. */
     [[nodiscard]] Event *currentEvent() const;
     [[nodiscard]] Event *currentEvent(const QDateTime &now) const;
 
-    /** The first event that starts after now; null if none does. */
+    /** The first event that starts after now; null if there is none. */
     [[nodiscard]] Event *nextEvent() const;
     [[nodiscard]] Event *nextEvent(const QDateTime &now) const;
 
-    /** When, after @p now, the current or next event changes for the first time; invalid if never.
-     */
+    /** The first change of the current or next event after @p now; invalid if there is none. */
     [[nodiscard]] QDateTime nextBoundary(const QDateTime &now) const;
 
     /** By display order, then by name regardless of case. */

@@ -8,8 +8,8 @@
 #include <QTimer>
 
 /**
- * Knows when the shown schedule was read and reports it once the schedule is out of date: a screen
- * without network must not show old data as current. GUI thread.
+ * Keeps the time of the last good schedule and announces it once the schedule is out of date: a
+ * screen without network must not show old data as current. GUI thread.
  */
 class ScheduleAge : public QObject
 {
@@ -24,7 +24,7 @@ public:
     /** A good schedule was read at @p when (local time). */
     void noteGoodRead(const QDateTime &when);
 
-    /** A refresh failed. Announces asOf() again, which names the date from the next day on. */
+    /** A refresh failed. Announces asOf() again, which includes the date from the next day on. */
     void noteFailedRead();
 
 Q_SIGNALS:

@@ -5,7 +5,7 @@
 
 #include "base/exceptions.h"
 
-/** A schedule is unreadable: what() is for the log, shown() for the person at the screen. */
+/** An unreadable schedule: what() is for the log, shown() for the person at the screen. */
 class ScheduleException : public Exception
 {
 public:

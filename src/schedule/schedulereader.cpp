@@ -17,7 +17,7 @@
 
 namespace {
 
-// More than a screen shows. The layout of a title of megabytes would block the interface for
+// More than a screen shows. Laying out a title of several megabytes would block the interface for
 // minutes.
 constexpr int maxTextLength = 10000;
 
@@ -28,7 +28,7 @@ constexpr int maxTagLength = 2048;
 // Real documents have six levels. QXmlStreamReader keeps each open element in memory.
 constexpr int maxDepth = 64;
 
-// Unexpected elements beyond it are not logged: they would fill the disk.
+// Further unexpected elements are not logged: they would fill the disk.
 constexpr int maxWarnings = 1000;
 
 /** The end of the tag that begins at @p tag, or null if the tag is too long. */
@@ -86,7 +86,7 @@ ScheduleReader::ScheduleReader(QIODevice *document, ScheduleObjects &objects, QO
 {
     m_document.setData(document->readAll());
     m_document.open(QIODevice::ReadOnly);
-    // Given bytes instead of a device, QXmlStreamReader would decode them all at once.
+    // From bytes instead of a device, QXmlStreamReader would decode everything at once.
     m_xml.setDevice(&m_document);
 }
 
@@ -309,7 +309,7 @@ void ScheduleReader::reportInvalid(const char *field)
           QString::fromLatin1(field));
 }
 
-/** Ends the reading: after an error m_xml returns no further element. Keeps the first error. */
+/** Ends reading: after an error m_xml returns no further element. Keeps the first error. */
 template <typename... Arguments>
 void ScheduleReader::raise(const char *source, const Arguments &...arguments)
 {

@@ -30,8 +30,8 @@ struct ScheduleObjects
 /**
  * Reads the XML document of one day, as the events service sends it, into objects.
  *
- * Skips unknown elements with a warning. The first invalid value ends the reading; objects read
- * before it stay.
+ * Skips unknown elements with a warning. Stops at the first invalid value; objects read before it
+ * stay.
  */
 class ScheduleReader
 {

@@ -93,7 +93,7 @@ void DurableFile::write(const QByteArray &content)
         && writeAll(file, content);
     if (!isWritten)
         fail("write to", m_path, file.error(), file.errorString());
-    // A hint, which may fail: the disk works while the caller does something else.
+    // A hint that may fail: the disk starts while the caller does something else.
     (void)sync_file_range(file.handle(), 0, 0, SYNC_FILE_RANGE_WRITE);
 }
 

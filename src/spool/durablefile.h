@@ -11,17 +11,17 @@
 class QFile;
 
 /**
- * A file that survives a power cut once it is committed. Until then its content lies under a hidden
- * name in the same folder, so nobody sees half of it; a file that is never committed leaves nothing
- * behind. Readable and writable by its owner only.
+ * A file that survives a power cut once it is committed. Until then it has a hidden name in the
+ * same folder, so nobody reads an incomplete file; a file that is never committed is removed.
+ * Readable and writable by its owner only.
  */
 class DurableFile
 {
 public:
-    /** Ends the hidden name. */
+    /** Suffix of the hidden name. */
     static constexpr auto unfinishedEnding = ".lumenboard-part";
 
-    /** A file that is to become @p path. Nothing is on disk yet. */
+    /** Prepares the file @p path; creates nothing yet. */
     explicit DurableFile(const QString &path);
     DurableFile(DurableFile &&other) noexcept;
     DurableFile &operator=(DurableFile &&) = delete;
@@ -32,16 +32,16 @@ public:
     [[nodiscard]] const QByteArray &content() const { return m_content; }
 
     /**
-     * Writes @p content and returns without waiting for the disk, which begins at once. Throws
+     * Writes @p content and lets the disk start, but does not wait for it. Throws
      * AttendanceErrorException.
      */
     void write(const QByteArray &content);
     /**
-     * Waits for the disk and names the file @p path. Returns false if that name is taken; another
-     * one can be tried then. Throws AttendanceErrorException.
+     * Waits for the disk and renames the file to @p path. Returns false if that name is taken; the
+     * caller may then try another one. Throws AttendanceErrorException.
      */
     [[nodiscard]] bool commitAs(const QString &path);
-    /** Waits for the disk and replaces path() at once. Throws AttendanceErrorException. */
+    /** Waits for the disk and replaces path() atomically. Throws AttendanceErrorException. */
     void commitReplacing();
 
 private:
@@ -55,5 +55,5 @@ private:
 /** Creates @p folder and its missing parents durably; false on failure. */
 [[nodiscard]] bool makeDurableFolder(const QString &folder);
 
-/** Makes the names in @p folder durable, new and removed ones; false on failure, with errno set. */
+/** Makes new and removed names in @p folder durable; false on failure, with errno set. */
 [[nodiscard]] bool syncFolder(const QString &folder);

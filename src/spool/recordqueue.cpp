@@ -57,7 +57,7 @@ void RecordQueue::stop()
 
 bool RecordQueue::tryResend(const QString &path)
 {
-    // The pass is one name ahead: the file may be gone by now.
+    // The directory iterator reads one name ahead, so the file may be gone by now.
     if (m_isStopped || m_resent.contains(path) || isFresh(path) || !QFile::exists(path))
         return false;
     const auto failure = catchFailure([this, &path] { resend(path); });
@@ -77,7 +77,7 @@ void RecordQueue::endResend(const QString &path, const RecordOutcome &outcome)
         m_pass->noteEnd(outcome.hasResponse);
 }
 
-/** Nobody waits: the file stays for a later pass. */
+/** Tells nobody, since nobody waits: the record stays for a later pass. */
 void RecordQueue::onResendFailed(const Failure &failure)
 {
     logResendFailure(failure);

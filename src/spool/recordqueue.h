@@ -16,9 +16,9 @@
 class SpoolPass;
 
 /**
- * What the queues of attendance and presence share: a spool, the pass that sends its records again,
- * and the stop when a sent record can not be removed. A record is *fresh* while a person waits for
- * it, and *outstanding* while a request for it is in flight; the pass sends no fresh record.
+ * Base of the attendance and the presence queue: owns a spool, sends its records again in passes,
+ * and stops for good when a sent record cannot be removed. A record is *fresh* while a person waits
+ * for it, and *outstanding* while a request for it is in flight; a pass sends no fresh record.
  *
  * Lives in the attendance worker's thread.
  */
@@ -27,11 +27,11 @@ class RecordQueue : public QObject
     Q_OBJECT
 
 public:
-    /** True while a request of a fresh record is in flight; the pass then has to be paused. */
+    /** True while a request for a fresh record is in flight; the pass must then be paused. */
     [[nodiscard]] virtual bool hasFresh() const = 0;
-    /** True while any request is in flight or a pass is under way. */
+    /** True while any request is in flight or a pass is running. */
     [[nodiscard]] bool hasOutstanding() const;
-    /** Lets the pass send nothing further until it is resumed. */
+    /** Pauses or resumes the running pass and all later ones. */
     void setPaused(bool paused);
     /** Sends the records of the spool; passFinished() follows. Not while hasOutstanding(). */
     void startPass();
@@ -41,10 +41,10 @@ public:
 Q_SIGNALS:
     /** hasFresh() may have changed. */
     void freshChanged();
-    /** The spool should be looked at again after this time. */
+    /** Asks for another pass after @p delay. */
     void retryWanted(std::chrono::milliseconds delay);
     void passFinished();
-    /** A sent record can not be removed: stop() is due. The person has been told. */
+    /** A sent record cannot be removed, so stop() is due; a notice tells the person. */
     void fatalStop();
 
 protected:
@@ -54,9 +54,9 @@ protected:
 
     /** True if the file @p path belongs to a fresh record. */
     [[nodiscard]] virtual bool isFresh(const QString &path) const = 0;
-    /** False, with a log line, if nothing can be sent at the moment. */
+    /** False, with a log line, if nothing can be sent now. */
     [[nodiscard]] virtual bool canSend() const { return true; }
-    /** Reads the record @p path and sends it; endResend() follows. Throws if it is no record. */
+    /** Sends the record in @p path; endResend() follows. Throws if it is not a record. */
     virtual void resend(const QString &path) = 0;
     virtual void logResendFailure(const Failure &failure) const = 0;
     /** Logs that a sent record can not be removed, and returns the message for the person. */
@@ -64,10 +64,9 @@ protected:
 
     /** Number of records of the pass in flight. */
     [[nodiscard]] int resentCount() const { return m_resent.size(); }
-    /** Ends the record of a resend(), which is complete if the service has taken it. */
+    /** Ends the record of a resend(), which the caller has completed if the service accepted it. */
     void endResend(const QString &path, const RecordOutcome &outcome);
-    /** Removes a record that must not be sent again. Tells the person and returns false on failure.
-     */
+    /** Removes a record that must not be sent again; on failure shows a notice, returns false. */
     bool complete(const QString &path, SpoolRemover::Sync sync);
 
 private:

@@ -19,7 +19,7 @@
 
 namespace {
 
-constexpr int base = 36; // of the numbers in a record's name
+constexpr int base = 36; // of the numbers in a file name
 
 bool isWritableFolder(const QString &path)
 {
@@ -27,7 +27,7 @@ bool isWritableFolder(const QString &path)
     return info.isDir() && info.isWritable();
 }
 
-/** Writes a record that takes the first name of this millisecond. */
+/** Writes a record for the first name of the current millisecond. */
 DurableFile writeIn(const QString &folder, const QByteArray &record)
 {
     const QString now = QString::number(QDateTime::currentMSecsSinceEpoch(), base);
@@ -36,7 +36,7 @@ DurableFile writeIn(const QString &folder, const QByteArray &record)
     return file;
 }
 
-/** Commits @p file under the first free name of its millisecond, which it returns. */
+/** Commits @p file under the first free name of its millisecond and returns the path. */
 QString commitToFreeName(DurableFile &file)
 {
     const QString stem = file.path().chopped(1); // without the counter
@@ -94,7 +94,7 @@ DurableFile Spool::write(const QByteArray &record) const
     try {
         return writeIn(path, record);
     } catch (const AttendanceErrorException &) {
-        // The folder is checked only after a failure, since a person waits.
+        // Check the folder only after a failure, since a person waits.
         if (isWritableFolder(path))
             throw;
     }
@@ -126,7 +126,7 @@ void Spool::replace(const QString &path, const QByteArray &record)
 
 std::optional<QString> Spool::remove(const QString &path)
 {
-    // Do not ask first whether the file exists: in a folder without access the answer is no.
+    // Do not ask first whether the file exists: without access to the folder the answer is no.
     if (unlink(QFile::encodeName(path).constData()) == 0 || errno == ENOENT)
         return {};
     return QStringLiteral("%1 %2 %3")

@@ -15,7 +15,7 @@
  * A folder of records that wait to be sent, one file each, so that neither a failing network nor a
  * power cut loses one. Foreign files in the folder are left alone.
  *
- * An object belongs to one thread. It looks its folder up at each use, since settings change.
+ * An object belongs to one thread. It looks up its folder at each use, since settings change.
  */
 class Spool
 {
@@ -23,7 +23,7 @@ public:
     /** Matches records: no links, pipes or hidden files. */
     static constexpr QDir::Filters recordFilter { QDir::Files | QDir::NoSymLinks };
 
-    /** Where the folder is named: by a variable, else by a setting, else below the local data. */
+    /** Source of the folder's path: a variable, else a setting, else the local data. */
     struct Place
     {
         const char *variable;
@@ -33,7 +33,7 @@ public:
 
     explicit Spool(Place place);
 
-    /** The absolute path of the folder by the settings of this moment; it need not exist. */
+    /** The absolute path of the folder by the current settings; it need not exist. */
     [[nodiscard]] QString folder() const;
 
     /** True if the records can be listed or the folder does not exist; otherwise logs a warning. */
@@ -51,7 +51,7 @@ public:
     /**
      * First half of create(): writes the record and returns without waiting for the disk, so that
      * the caller can act meanwhile. Throws AttendanceErrorException. Ends the program if the folder
-     * can not be created or is not writable: going on would lose records.
+     * cannot be created or is not writable: going on would lose records.
      */
     [[nodiscard]] DurableFile write(const QByteArray &record) const;
     /**
@@ -60,10 +60,10 @@ public:
      */
     [[nodiscard]] QString commit(DurableFile &file) const;
 
-    /** Replaces the content of @p path: at any time the old or the new one is on disk. Throws. */
+    /** Replaces the content of @p path; the disk always holds the old or the new one. Throws. */
     static void replace(const QString &path, const QByteArray &record);
 
-    /** Removes @p path if it exists. Returns path, error code and reason of a failure. */
+    /** Removes @p path if it exists. On failure returns path, error code and reason. */
     [[nodiscard]] static std::optional<QString> remove(const QString &path);
 
     /** Removes unfinished records that a crash left behind. */

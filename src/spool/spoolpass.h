@@ -9,8 +9,8 @@
 #include <functional>
 
 /**
- * One pass over the records of a spool, a few at a time. Reads the names as it goes, so that the
- * number of files costs no memory, and returns to the event loop after each record.
+ * One pass over the records of a spool, a few at a time. Reads the file names one by one, so that
+ * memory does not grow with the spool, and returns to the event loop after each record.
  */
 class SpoolPass : public QObject
 {
@@ -34,7 +34,7 @@ public:
     void noteEnd(bool hadResponse);
 
 Q_SIGNALS:
-    /** Nothing is left to send or in flight. */
+    /** Nothing is in flight or left to send. */
     void finished();
 
 private:

@@ -11,7 +11,7 @@
 #include <optional>
 
 /**
- * Removes records that the service has taken, and syncs their folder: a power cut could otherwise
+ * Removes records that must not be sent again, and syncs their folder: a power cut could otherwise
  * undo a removal, and the record would be sent twice. The sync follows at once when a person sees
  * the result, and within half a second in a pass, where one sync serves many removals. A failed
  * sync is repeated with the next one.
@@ -28,8 +28,8 @@ public:
     ~SpoolRemover() override;
 
     /**
-     * Removes @p path if it exists. Returns path, error code and reason of a failure. "At once"
-     * means in the next turn of the event loop, so that the screen does not wait for the disk.
+     * Removes @p path if it exists. On failure returns path, error code and reason. "At once" means
+     * in the next turn of the event loop, so that the screen does not wait for the disk.
      */
     [[nodiscard]] std::optional<QString> remove(const QString &path, Sync when);
 
