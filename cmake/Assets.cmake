@@ -1,8 +1,8 @@
 # SPDX-FileCopyrightText: The Lumenboard developers
 # SPDX-License-Identifier: GPL-3.0-or-later
 
-# The asset and the translation tree. QML and the font loader use the resource names. The files keep
-# their published names, hence the aliases.
+# The resource trees of assets and translation. The aliases are the names that QML and the font loader
+# use; the files keep their published names.
 
 set(_assets "")
 function(_asset resource file)
@@ -50,7 +50,7 @@ file(CONFIGURE OUTPUT "${CMAKE_BINARY_DIR}/translation.qrc" CONTENT
   </qresource>
 </RCC>
 ")
-# Without qt5_add_resources, which can not depend on a generated file.
+# By hand, because qt5_add_resources cannot depend on a generated file.
 add_custom_command(OUTPUT "${CMAKE_BINARY_DIR}/qrc_translation.cpp"
     COMMAND Qt5::rcc --name translation --format-version 3
             --output "${CMAKE_BINARY_DIR}/qrc_translation.cpp" "${CMAKE_BINARY_DIR}/translation.qrc"

@@ -28,7 +28,7 @@ need_space() {
 build() {
     local folder=$PWD/build/$1 log=$PWD/build/$1.log
     mkdir -p "$folder" ||
-        fail "$PWD cannot be written to: please put the checkout where you may write and start again."
+        fail "$PWD cannot be written to: please move the checkout to a place where you may write, then start again."
     [ -e "$folder/build.ninja" ] || need_space "$folder" "$2" "the build"
     echo "== Building in build/$1"
     if ! cmake --preset "$1" >"$log" 2>&1; then

@@ -4,10 +4,10 @@
 .pragma library
 .import Lumenboard 1.0 as Lumenboard
 
-// Units of the size of a FontStyle.
+// Units for the size of a FontStyle.
 var NoSize = 0;
 var PxSize = 1;
-var PtSize = 2; // sets pixels, too
+var PtSize = 2; // also in pixels
 var RelSize = 3; // times the configured base size, in points
 
 /** Values for a font property: size, weight (or undefined) and further members. */

@@ -7,7 +7,7 @@ import Lumenboard 1.0
 
 import "../elements"
 
-/** A button that shows how long it is until inactivity closes the view anyway. */
+/** A close button with a countdown to the moment when inactivity closes the view. */
 Button {
     id: root
 

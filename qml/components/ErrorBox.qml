@@ -6,7 +6,7 @@ import QtQuick 2.15
 import "../common"
 import "../elements"
 
-/** A red box with an error message, above everything else. */
+/** A red box with an error message. */
 Rectangle {
     id: root
 

@@ -23,7 +23,7 @@ Item {
         return shown && pages.currentIndex >= 0 ? events[pages.currentIndex].id : -1;
     }
 
-    /** Finds the event with @p id again among new events, or closes the carousel if it is gone. */
+    /** Call after a change of events: stays on the event with @p id, or closes if it is gone. */
     function keep(id: int) {
         if (!shown)
             return;
@@ -45,7 +45,7 @@ Item {
     scale: 0
     visible: opacity > 0
 
-    // A tap beside the carousel is meant to close it, not for what lies below.
+    // A tap beside the carousel closes it and does not reach the items below.
     MouseArea {
         anchors {
             fill: parent

@@ -7,7 +7,7 @@ import Lumenboard 1.0
 import "../common"
 import "../elements"
 
-/** All that is known about one event in large type, with a description that can be scrolled. */
+/** All details of one event in large type; a long description can be scrolled. */
 Item {
     id: root
 
@@ -17,14 +17,14 @@ Item {
     property alias bgColor: background.color
     property alias bgOpacity: background.opacity
     property int contentMargin: 5
-    /// height that the lines above the description may take before they are cut, px
+    /// maximum height of the lines above the description, px
     readonly property real roomAbove: content.height * 0.9
 
     signal tapped
 
     /** How many lines in @p item's font fit into @p share of roomAbove; at least one. */
     function linesWithin(item: Item, share: real): int {
-        // Not by fontInfo: it changes during the layout that depends on this.
+        // Do not use fontInfo: it changes during the layout that depends on this result.
         return Math.max(1, Math.floor(roomAbove * share / (item.font.pixelSize * 1.25)));
     }
 
@@ -128,7 +128,7 @@ Item {
                 xstyle: Style.edDescription
             }
 
-            // Measured apart: a width bound to the implicit width would loop.
+            // Measures the text: a width bound to its own implicit width would loop.
             StyledText {
                 id: natural
 

@@ -6,7 +6,7 @@ import QtQuick 2.15
 import "../common"
 import "../elements"
 
-/** A list of events under headings of their days. */
+/** A list of events, grouped by day. */
 ListView {
     id: root
 

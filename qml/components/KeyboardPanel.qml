@@ -5,7 +5,7 @@ import QtQuick 2.15
 import QtQuick.VirtualKeyboard 2.15
 import QtQuick.VirtualKeyboard.Settings 2.15
 
-/** The on-screen keyboard: parked below the bottom edge, up while a text field wants it. */
+/** The on-screen keyboard. It waits below the bottom edge until a text field needs it. */
 InputPanel {
     id: root
 
@@ -17,7 +17,7 @@ InputPanel {
 
     Component.onCompleted: {
         VirtualKeyboardSettings.locale = "de_DE";
-        // No other language to switch to: the next person would have to find the way back.
+        // Offer no other language: the next person would have to switch back.
         VirtualKeyboardSettings.activeLocales = ["de_DE"];
     }
 

@@ -6,7 +6,7 @@ import QtQuick 2.15
 import "../common"
 import "../elements"
 
-/** The text that takes the place of an event when there is none. */
+/** The text shown in place of a missing event. */
 StyledText {
     elide: Text.ElideRight
     horizontalAlignment: Text.AlignHCenter

@@ -17,7 +17,7 @@ Item {
     property alias bgColor: background.color
     /// edge length of the side controls, px
     property int buttonSize: 75
-    /// see the first timer, px
+    /// added by the first timer, px
     property int extraHeight: 0
 
     /// the layout's implicit height; assigned, since a binding would loop with wrapped texts
@@ -36,7 +36,7 @@ Item {
         onTriggered: root.extraHeight += 1
     }
 
-    // A notice that another one has just moved may lie under a finger that meant its neighbour.
+    // A notice that has just moved may now lie under a finger aimed at its neighbour.
     Timer {
         id: moved
 

@@ -59,7 +59,7 @@ Item {
         id: control
 
         anchors.fill: parent
-        // A disabled button that is highlighted shows a choice: in full colours, but without effect.
+        // A disabled but highlighted button shows the person's choice, so keep its full colours.
         enabled: Boolean(root.button) && (root.button.enabled || root.button.highlighted)
         font.pointSize: 3 * Qt.application.font.pointSize
         highlighted: Boolean(root.button) && root.button.highlighted
@@ -68,7 +68,7 @@ Item {
             width: root.iconSize
             height: root.iconSize
         }
-        // A content item of its own, because that of Button would interpret markup in the text.
+        // Button's own content item would interpret markup in the text.
         contentItem: Item {
             implicitWidth: content.width
             implicitHeight: content.height

@@ -7,7 +7,7 @@ import Lumenboard 1.0
 
 import "../common"
 
-/** The live notices, newest at the top, in a panel that leaves the rest of the screen usable. */
+/** All notices, newest at the top, in a panel that leaves the rest of the screen usable. */
 Drawer {
     id: root
 
@@ -45,7 +45,7 @@ Drawer {
         ListView {
             model: LBAPI.notifications
             spacing: 6
-            // The next person has to see what is new, wherever the last one scrolled to.
+            // The next person must see the new notice, wherever the last one has scrolled to.
             onCountChanged: if (!moving)
                 positionViewAtBeginning()
             delegate: Notification {

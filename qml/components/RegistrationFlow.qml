@@ -3,13 +3,13 @@
 
 import QtQuick 2.15
 
-/** The way of one card from the reader to its owner's account: requests and states, no visuals. */
+/** The registration of one card: its requests and its state, without visuals. */
 QtObject {
     id: root
 
     enum State {
         Scanning, // waits for a card
-        Checking, // asks the service about the card
+        Checking, // queries the card's status
         Owned,
         ByPhone, // the card is free: a QR code leads to the log-in
         ByLogin, // the card is free: the log-in takes place on this screen
@@ -19,8 +19,8 @@ QtObject {
     }
 
     /**
-     * Sends a request: function(path, method, body, onLoad, onError), with a path below the address of
-     * the service and the handlers of request() in requests.js. Returns an object with cancel().
+     * Sends a request: function(path, method, body, onLoad, onError). The path is relative to the
+     * service's address; handlers and result are those of request() in requests.js.
      */
     property var request
     /// prefers ByLogin to ByPhone
@@ -30,7 +30,7 @@ QtObject {
 
     /// the card as the reader sent it; empty while scanning
     property string tid
-    /// what the service knows about the card, or null
+    /// the response to the status query, or null
     property var transponderStatus: null
     /// the response to the last log-in, or null
     property var registrationReponse: null
@@ -65,15 +65,15 @@ QtObject {
     readonly property string name: loginError !== undefined ? text(registrationReponse.name) : ""
     readonly property string message: loginError !== undefined ? text(registrationReponse.message) : ""
 
-    /// a log-in came to a response, of whatever content
+    /// the response to a log-in has arrived, whatever its content
     signal loginAnswered
 
-    /** @p value if it is a text, cut to what fits on a screen. */
+    /** @p value, cut to what fits on a screen; empty if it is not a text. */
     function text(value): string {
         return typeof value === "string" ? value.slice(0, 1000) : "";
     }
 
-    /** @p value if it is an address on the net or the image itself; no service names local files. */
+    /** @p value if it is a web address or a data URL; a service must not name local files. */
     function imageAddress(value): string {
         return typeof value === "string" && value.length < 1000000 && /^(https?:|data:image\/)/i.test(value) ? value : "";
     }
@@ -90,7 +90,7 @@ QtObject {
         cancel();
         requestError = null;
         pending = request(path, method, body, result => {
-            pending = null; // it would keep the password
+            pending = null; // or it would keep the password
             onObject(objectOf(result), result);
         }, result => {
             pending = null;
@@ -104,7 +104,7 @@ QtObject {
         pending = null;
     }
 
-    /** Goes on with a card that was read; every card after the first is ignored. */
+    /** Queries the status of a card that was read. Ignores every card after the first. */
     function takeCard(card: string) {
         if (tid !== "")
             return;
@@ -134,7 +134,7 @@ QtObject {
         });
     }
 
-    /** Returns to the log-in where there is one, or asks about the card again. */
+    /** Returns to the log-in after its request failed; otherwise queries the card's status again. */
     function retry() {
         requestError = null;
         if (state !== RegistrationFlow.Failed && state !== RegistrationFlow.Checking)

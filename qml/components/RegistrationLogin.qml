@@ -12,15 +12,15 @@ Grid {
 
     /// px
     property real columnWidth: 300
-    /// the columns stand below each other if they do not fit into this width, px
+    /// maximum width for columns side by side; wider ones are stacked, px
     property real maximumWidth: 600
     /// a request is under way
     property bool isBusy: false
-    /// the response to the last try; empty before the first
+    /// the response to the last attempt; empty before the first
     property string message
     /// the person can use a phone instead
     property bool offersQrCode: true
-    /// the field that is typed into, or null
+    /// the field with the focus, or null
     readonly property Item focusedField: username.activeFocus ? username : password.activeFocus ? password : null
 
     signal submitted(string username, string password)
@@ -31,7 +31,7 @@ Grid {
         password.text = "";
     }
 
-    /** Prepares another try. */
+    /** Prepares another attempt. */
     function clearPassword() {
         password.text = "";
         if (visible)

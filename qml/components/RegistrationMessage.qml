@@ -6,7 +6,7 @@ import QtQuick.Controls.Material 2.15
 
 import "../elements"
 
-/** A large heading, a text, and below them whatever else is put into it. */
+/** A large heading and a text, with any child items below them. */
 Column {
     id: root
 

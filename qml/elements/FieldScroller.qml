@@ -3,15 +3,15 @@
 
 import QtQuick 2.15
 
-/** Centres a column of items; scrolls one that is too high to the field that is typed into. */
+/** Centres a column of items. If the column is too high, scrolls to the focused field. */
 Flickable {
     id: root
 
     default property alias content: block.data
     property alias spacing: block.spacing
-    /// the field that is typed into, or null
+    /// the field with the focus, or null
     property Item focusedField
-    /// empty space below a column that is scrolled, px
+    /// empty space below a column that is too high, px
     property real roomBelow: 0
     readonly property bool fits: block.height <= height
 

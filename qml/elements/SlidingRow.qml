@@ -3,7 +3,7 @@
 
 import QtQuick 2.15
 
-/** A row that slides to its new place when its items change; items that come in fade in. */
+/** A row that slides to its new place when its items change; new items fade in. */
 Row {
     id: root
 

@@ -4,8 +4,8 @@
 .import Lumenboard 1.0 as Lumenboard
 
 /**
- * Makes @p text fit for the log: without the token, and no longer than a line should be. The response
- * to a password is left out altogether, since it could echo the password in any spelling.
+ * Returns @p text for the log, without the token and cut to a line's length. Leaves out the whole
+ * response to a request with a password, which could echo the password in any spelling.
  */
 function masked(text, token, hasPassword) {
     if (hasPassword)
@@ -15,9 +15,9 @@ function masked(text, token, hasPassword) {
 }
 
 /**
- * Sends a request with the current access token, and with @p body as JSON if there is one. The result
- * {status, statusText, data} goes to onLoad if the status is 200 to 399, to onError otherwise; data is
- * null if the response is not JSON. Returns an object with cancel(), after which neither is called.
+ * Sends a request with the current access token, and with @p body as JSON if there is one. Passes
+ * {status, statusText, data} to onLoad if the status is 200 to 399, otherwise to onError; data is null
+ * if the response is not JSON. Returns an object whose cancel() prevents both calls.
  */
 function request(url, method, body, onLoad, onError, busyIndicator) {
     const token = Lumenboard.LBAPI.accessToken;

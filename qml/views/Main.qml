@@ -44,7 +44,7 @@ Page {
         }
     }
 
-    // The views that can be left say so; a start view has no such signals.
+    // Pushed views emit these signals when a person leaves them; start views lack them.
     Connections {
         ignoreUnknownSignals: true
         target: stackView.currentItem
@@ -108,7 +108,7 @@ Page {
         }
     }
 
-    // Not needed for the first frame, but soon after it for a swipe from the edge and for a card.
+    // Not needed for the first frame, but soon after it: for a swipe from the edge, or for a card.
     Timer {
         interval: 1000
         running: true

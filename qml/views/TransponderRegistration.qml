@@ -76,7 +76,7 @@ Page {
 
         anchors.fill: parent
         focusedField: login.focusedField
-        // The close button lies over what is scrolled.
+        // The close button covers the end of a scrolled column.
         roomBelow: 2 * (closeButton.height + root.font.pixelSize)
         spacing: root.font.pixelSize
 
@@ -186,7 +186,7 @@ Page {
             margins: root.font.pixelSize
         }
         objectName: "close"
-        // Where the keyboard leaves too little room it would lie over what is typed.
+        // Where the keyboard leaves too little room, the button would cover the typed text.
         visible: login.focusedField === null || area.fits
         text: qsTr("Close")
         onClicked: root.resetWanted()

@@ -17,7 +17,7 @@ class CardHolders;
 
 /**
  * The attendance log of the events service: takes one signed record per POST and greets the person.
- * It logs unassigned cards, too, and responds to them with a warning.
+ * It also logs unassigned cards, and responds to them with a warning.
  */
 class AttendanceRoute : public RouteHandler
 {

@@ -274,8 +274,8 @@ Response Backend::control(const RecordedRequest &request)
     const QString command = QString::fromUtf8(request.body).trimmed();
     m_announce(QStringLiteral("control: ") + command);
 
-    // Commands run in the owner's thread. That thread may be about to stop the server and then
-    // never runs the command, so the wait ends with the server, too.
+    // Commands run in the owner's thread. If that thread is about to stop the server, it never
+    // runs the command, so end the wait with the server as well.
     const auto result = std::make_shared<std::optional<QString>>();
     m_execute(command, [this, result](const QString &text) {
         {

@@ -51,7 +51,7 @@ private:
     [[nodiscard]] QString stale(const QString &arguments);
     [[nodiscard]] QString unplug(const QString &arguments);
     [[nodiscard]] QString plug(const QString &arguments);
-    /// Why the reader can not be used, or an empty text.
+    /// Why the reader cannot be used, or an empty text.
     [[nodiscard]] QString readerProblem(bool mustBePlugged) const;
     [[nodiscard]] QString help(const QString &arguments);
     [[nodiscard]] QString quit(const QString &arguments);

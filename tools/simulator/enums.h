@@ -75,7 +75,7 @@ template <typename Enum> [[nodiscard]] QString nameOf(Enum value)
     return hyphenated(QMetaEnum::fromType<Enum>().valueToKey(static_cast<int>(value)));
 }
 
-/// All enumerators. They must count from 0.
+/// All enumerators. They must be numbered from 0.
 template <typename Enum> [[nodiscard]] std::vector<Enum> values()
 {
     std::vector<Enum> list;

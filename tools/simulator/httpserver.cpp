@@ -59,8 +59,8 @@ bool HttpServer::start(const char *address, quint16 port)
         return false;
     m_port = static_cast<quint16>(bound);
 
-    // The library creates its workers once it listens. An earlier stop() would have no effect, so
-    // wait for that.
+    // The library creates its workers once it listens. Wait for that: an earlier stop() would have
+    // no effect.
     std::promise<void> listening;
     new_task_queue = [&listening] {
         auto *pool = new httplib::ThreadPool(workerThreads);

@@ -103,7 +103,7 @@ void KioskRunner::start(const QString &program, const QStringList &arguments)
 
 void KioskRunner::stop()
 {
-    // A child before its exec() would handle the signal with our own handler.
+    // Wait, because before its exec() the child would run our own signal handler.
     if (!m_process.waitForStarted())
         return;
     m_process.terminate();

@@ -35,7 +35,7 @@ public:
     [[nodiscard]] bool prepare(const QMap<QString, QString> &settings);
     /// Additional environment variables for the kiosk.
     void setVariables(const QMap<QString, QString> &variables) { m_variables = variables; }
-    /// Leads to exactly one finished(), even if the program can not be started.
+    /// Leads to exactly one finished(), even if the program cannot be started.
     void start(const QString &program, const QStringList &arguments);
     /// Terminates the kiosk, and kills it after five seconds.
     void stop();

@@ -183,7 +183,7 @@ void startKiosk(KioskRunner &kiosk, const Simulator &simulator, const Options &o
         printLine(QStringLiteral("kiosk exited with status %1").arg(status));
         QCoreApplication::exit(status);
     });
-    // From the event loop, because a failure to start ends it.
+    // From the event loop: a failure to start calls exit(), which has no effect before exec().
     QMetaObject::invokeMethod(
         &kiosk, [&kiosk, options] { kiosk.start(options.program, options.arguments); },
         Qt::QueuedConnection);
@@ -217,7 +217,7 @@ int main(int argc, char *argv[])
     startSimulator(simulator, interpreter, options);
     if (!options.program.isEmpty()) {
         startKiosk(kiosk, simulator, options);
-        // After everything that can fail(), which would leave its files behind.
+        // Last, because fail() would leave the reader's files behind.
         if (options.hasReader)
             reader = plugReader(kiosk, interpreter);
     }

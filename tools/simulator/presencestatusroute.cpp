@@ -52,7 +52,7 @@ Response PresenceStatusRoute::respond(const QString &asked, const RecordedReques
         return textResponse(405, QStringLiteral("Use GET for the status and POST for a booking"));
     if (request.headers.values("accept") != QList<QByteArray> { "application/json" })
         return textResponse(406, QStringLiteral("The Accept header must be application/json"));
-    // A token that is not needed must not be sent.
+    // A client must not send a token that the service does not need.
     if (request.headers.contains("authorization"))
         return textResponse(400, QStringLiteral("The status query takes no token"));
     quint64 card = 0;

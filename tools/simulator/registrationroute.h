@@ -21,7 +21,7 @@ public:
     static constexpr auto person = "Kim Übungsfrau-Beispiel";
     static constexpr auto lockedUserName = "robin";
     static constexpr auto lockedPerson = "Robin Mustermensch";
-    static constexpr auto password = "Größe-42!"; ///< of both accounts
+    static constexpr auto password = "Größe-42!"; ///< of the first two accounts
     static constexpr auto shortUserName = "mia";
     static constexpr auto shortPerson = "Mia Kurz";
     static constexpr auto shortPassword = "Öl";

@@ -12,8 +12,7 @@ namespace simulator {
 class CardHolders;
 class TokenRoute;
 
-/** The status query of the registration service: who owns a card, or how to register it by phone.
- */
+/** The status query of the registration service: a card's owner, or its QR code. */
 class RegistrationStatusRoute : public RouteHandler
 {
 public:

@@ -150,7 +150,7 @@ SerialBus::~SerialBus()
 
 QString SerialBus::preloadLibrary()
 {
-    // It has its own package, but is installed beside the library that we are linked with.
+    // It has its own package, but lies beside the library that we link.
     Dl_info library {};
     if (::dladdr(reinterpret_cast<void *>(&umockdev_testbed_new), &library) == 0)
         return {};

@@ -15,7 +15,7 @@ namespace simulator {
  * Checks the token of a signed request: base64 of the time in milliseconds since the epoch (8
  * bytes, little-endian), a nonce (16) and the HMAC-SHA256 over time, body and nonce (32).
  *
- * Computes the HMAC independently of the kiosk's code, so that an error there can not hide behind
+ * Computes the HMAC independently of the kiosk's code, so that an error there cannot hide behind
  * the same error here. Can be called from any thread.
  */
 class SignatureVerifier

@@ -50,7 +50,7 @@ void VirtualReader::unplug()
 {
     if (!isPlugged())
         return;
-    // In this order the port is off the list when its user looks for the cause of the hang-up.
+    // The port must be off the list before its user looks for the cause of the hang-up.
     m_bus.remove(m_device.portName);
     closeTerminal();
 }

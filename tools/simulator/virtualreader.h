@@ -14,7 +14,7 @@ namespace simulator {
 
 /**
  * A card reader that can be plugged into a SerialBus and sends given bytes. Lives in one thread,
- * whose event loop sends what a full line can not take at once.
+ * whose event loop sends what a full line cannot take at once.
  */
 class VirtualReader : public QObject
 {
