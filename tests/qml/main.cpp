@@ -8,7 +8,6 @@
 #include "net/restrictednetworkaccessmanager.h"
 #include "simulator/simulator.h"
 
-#include <QDirIterator>
 #include <QQmlContext>
 #include <QQmlEngine>
 #include <QSettings>
@@ -34,12 +33,6 @@ class Bench : public QObject
 
 public:
     Bench() { prepareEnvironment(); }
-
-    /** An address whose requests are counted with those for schedules. */
-    Q_INVOKABLE [[nodiscard]] QString countedUrl() const
-    {
-        return m_simulator->baseUrl().toString() + QStringLiteral("/rs/lumenboard/schedule/x.png");
-    }
 
     /** Serves @p xml from now on, fetches it, and returns when it is shown. */
     Q_INVOKABLE bool show(const QString &xml)
@@ -90,17 +83,6 @@ public:
     Q_INVOKABLE void addButton(Notification *notification, NotificationButton *button)
     {
         notification->addButton(button);
-    }
-
-    /** All QML files in the program's resources. */
-    Q_INVOKABLE [[nodiscard]] QStringList qmlFiles() const
-    {
-        QDirIterator it(QStringLiteral(":/qml"), { QStringLiteral("*.qml") }, QDir::Files,
-                        QDirIterator::Subdirectories);
-        QStringList files;
-        while (it.hasNext())
-            files.append(it.next().mid(static_cast<int>(qstrlen(":/qml/"))));
-        return files;
     }
 
     /** The engine's warnings since the last call. */
