@@ -24,8 +24,8 @@ extern "C" const char *__lsan_default_suppressions() // NOLINT(bugprone-reserved
 }
 
 /**
- * The services, the settings and the engine's warnings, which QML tests reach as "bench". Each test
- * file begins with new singletons.
+ * Gives the QML tests the services, the settings and the engine's warnings, as "bench". Each test
+ * file starts with new singletons.
  */
 class Bench : public QObject
 {
@@ -48,7 +48,7 @@ public:
         QSettings().setValue(key, value);
     }
 
-    /** Points the views at the registration service, with a valid token. */
+    /** Gives the views the address of the registration service and a valid token. */
     Q_INVOKABLE void logIn()
     {
         const auto addresses = m_simulator->kioskSettings();

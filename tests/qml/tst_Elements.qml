@@ -8,7 +8,7 @@ LumenboardCase {
     id: root
 
     function test_circlePainting_data() {
-        // What is seen at the upper right, lower right, lower left and upper left: reached, to come, nothing.
+        // The four quarters, clockwise from the upper right: (r)eached, to (c)ome or (n)othing.
         return [
             { tag: "half", change: {}, seen: "rrcc" },
             { tag: "below", change: { minValue: 60 }, seen: "cccc" },
@@ -22,10 +22,10 @@ LumenboardCase {
     function test_circlePainting(data) {
         const circle = make("elements/ProgressCircle.qml", { currentValue: 50, lineWidth: 10, progressColor: "#ff0000", remainingColor: "#0000ff" });
         waitForRendering(circle);
-        Object.assign(circle, data.change); // after the first frame: a change has to ask for another
+        Object.assign(circle, data.change); // after the first frame, so that the change itself must repaint
         const letters = { "255,0,0,255": "r", "0,0,255,255": "c", "0,0,0,0": "n" };
         const seenAt = at => {
-            // 40 px from the centre is where the line is at this size.
+            // At this size the line is 40 px from the centre.
             const place = at.map(sign => 50 + sign * 40 * Math.SQRT1_2);
             const pixel = circle.getContext("2d").getImageData(place[0], place[1], 1, 1).data;
             return letters[[0, 1, 2, 3].map(i => pixel[i]).join()];

@@ -30,7 +30,7 @@ LumenboardCase {
         verify(shows("Bitte halten Sie Ihren Transponder an das Lesegerät."));
     }
 
-    /** A card that nobody has yet, unless one is given. */
+    /** Holds up the given card, or a new one that has no owner. */
     function scan(tid) {
         cards += 1;
         LBAPI.onTransponderScanned(tid || "0B" + ("00000" + cards.toString(16)).slice(-6));
@@ -131,10 +131,10 @@ LumenboardCase {
 
     function test_secretsStayOutOfTheLog(data) {
         for (const line of ["Failed to parse reponse: ", "Request error "])
-            ignoreWarning(line + data.logged); // fails when the line does not come
+            ignoreWarning(line + data.logged); // fails if the line is not logged
         LBAPI.setAccessToken(token);
         const busy = {};
-        // The response to such an address is what stands in it; without a status it is an error.
+        // A data URL responds with its own content. It has no status, which counts as an error.
         Requests.request("data:text/plain;charset=utf-8," + encodeURIComponent(data.response), "GET", data.body, fail, result => busy.result = result, busy);
         tryVerify(() => busy.result);
         compare([busy.running, busy.result.data], [false, null]);

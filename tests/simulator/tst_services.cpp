@@ -24,7 +24,7 @@ QByteArray bookingOfType(char type)
 
 } // namespace
 
-/** The services with JSON: presence and registration. */
+/** The services that exchange JSON: presence and registration. */
 class TestServices : public HttpTest
 {
     Q_OBJECT
@@ -88,7 +88,7 @@ private Q_SLOTS:
 
         m_manager.setRedirectPolicy(QNetworkRequest::NoLessSafeRedirectPolicy);
         services().setFault(Route::Registration, Fault::RedirectAway);
-        QCOMPARE(ask(registration, login, token()), 200); // of the other server
+        QCOMPARE(ask(registration, login, token()), 200); // from the other server
         QCOMPARE(services().strayRequests().value(0).body, login);
         QCOMPARE(services().registrations().size(), 0);
         QCOMPARE(ask(page, "any", {}), 200);
@@ -98,7 +98,7 @@ private Q_SLOTS:
     }
 
 private:
-    /** Posts the body, or gets if it is empty. Returns the status and keeps the response's body. */
+    /** Sends a POST, or a GET if @p body is empty. Returns the status; m_body is the response. */
     int ask(const QByteArray &path, const QByteArray &body, const QByteArray &authorization,
             const QByteArray &type = "application/json; charset=UTF-8")
     {

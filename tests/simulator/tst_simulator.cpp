@@ -20,7 +20,7 @@ const QByteArray record = R"(<?xml version="1.0" encoding="UTF-8"?><attendance>)
                           "<clientTime>2024-05-13T10:05:00</clientTime><locationId>1</locationId>"
                           "<transponderId>169552957</transponderId></attendance>";
 
-/** A token as the kiosk makes it, with the HMAC of Qt instead of the simulator's. */
+/** A token as the kiosk makes it. Uses Qt's HMAC to check that of the simulator. */
 QByteArray token(const QByteArray &document, qint64 ageMs)
 {
     QByteArray time(8, 0);
@@ -146,7 +146,7 @@ private Q_SLOTS:
         QElapsedTimer timer;
         timer.start();
         QNetworkReply *reply = log(record, token(record, 0));
-        // Qt sends a request twice if the connection ends without a response.
+        // Qt repeats a request if the connection ends without a response.
         QTRY_VERIFY(services().requestCount(Route::Attendance) > 0);
         QCOMPARE(services().attendanceRecords().size(), at<int>("kept"));
         if (fault == Fault::Hang)
