@@ -4,7 +4,7 @@
 import QtQuick 2.15
 import Lumenboard 1.0
 
-/** Replaces the interface: exists, and exposes what it finds in LBAPI. */
+/** Replaces the interface and exposes what it reads from LBAPI. */
 Item {
     property string token: LBAPI.accessToken
     property int notices: LBAPI.notifications.length

@@ -72,12 +72,6 @@ private Q_SLOTS:
         QVERIFY(stopWorkerThread(thread, { "stopping", "terminating", "stopped" }));
         QVERIFY(thread.isFinished());
     }
-
-    void reportsAThreadThatDoesNotRun()
-    {
-        QThread thread;
-        QVERIFY(!stopWorkerThread(thread, { "stopping", "terminating", "stopped" }));
-    }
 };
 
 static RegisterTest<TestWorkerThread> registerWorkerThread;

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 # SPDX-FileCopyrightText: The Lumenboard developers
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Looks at the tree itself. Usage: check.py CHECK...  A check yields a line per complaint."""
+"""Checks the source tree. Usage: check.py [CHECK...]  A check yields one line per complaint."""
 
 import os
 import re
@@ -25,7 +25,7 @@ def check(function):
 
 
 def files(*folders, suffixes=None):
-    """Files below the folders of the tree; without git, for a release has none."""
+    """Files below these folders. Does not ask git, since a release has no repository."""
     for folder in folders:
         for path, below, names in os.walk(ROOT / folder):
             below[:] = [each for each in below if each not in (".git", "build", ".cache", "__pycache__")
@@ -36,7 +36,7 @@ def files(*folders, suffixes=None):
 
 
 def run(*command, **options):
-    """Output of a command, empty if it was content."""
+    """The output of a command; empty if the command succeeds."""
     if not shutil.which(command[0]):
         return f"{command[0]} is not installed; scripts/bootstrap installs it"
     result = subprocess.run(command, cwd=ROOT, text=True, stdout=subprocess.PIPE,
@@ -84,61 +84,42 @@ def translations():
             yield f"{key[:2]} has other place holders than {text!r}"
 
 
-# Of what a person sees: a property or an assignment, and its value.
+# A property or an assignment of text that a person sees, and its value.
 VISIBLE = r"\b(?:text|title|heading|placeholderText|message|property string \w+)\"?\s*(?::|\+?=)\s*(\{[^}]*\}|[^=\n].*)"
 STRING = r'"(?:\\.|[^"\\])*"'
 
 
-def qml_objects(path, text):
-    """Each object of a QML file: its line, type, the component that it defines, its own text format."""
-    for found in re.finditer(r"\b(?:component (\w+): )?([A-Z]\w*) \{", text):
-        line = text.count("\n", 0, found.start())
-        indent = re.match(" *", text.split("\n")[line])[0]
-        content = re.match(rf".*(?:\n{indent} .*|\n)*", text[found.end():])[0]
-        # The object's own properties are in its first line or indented by one step.
-        own = re.search(rf"(?:\A.*|\n{indent}    )\btextFormat: (?:\w+\.)?(\w+)", content)
-        yield line + 1, found[2], found[1] or (None if indent else path.stem), own and own[1]
-
-
-def markup(sources):
-    """Complains of texts that are not plain, by themselves or by the components they derive from."""
-    objects = {path: list(qml_objects(path, text)) for path, text in sources.items()}
-
-    def components(found):
-        return {name: (kind, shown) for _, kind, name, shown in found if name}
-
-    shared = components(each for found in objects.values() for each in found)
-    for path, found in objects.items():
-        for line, kind, _, shown in found:
-            known = {**shared, **components(found)}
-            while kind in known:
-                kind, inherited = known.pop(kind)  # a component may have the name of its base
-                shown = shown or inherited
-            if kind in ("Text", "Label", "TextArea", "TextEdit") and shown != "PlainText":
-                yield f"{path}:{line}: markup would be interpreted"
+def located(path, pattern, text):
+    """Each match of the pattern in a file's text, with its place."""
+    for found in re.finditer(pattern, text):
+        line = 1 + text.count("\n", 0, found.start())
+        yield f"{path}:{line}", found
 
 
 @check
 def qml_texts():
     sources = {path: re.sub(r"(?<!:)//.*", "", (ROOT / path).read_text())
                for path in sorted(files("qml", suffixes={".qml"}))}
-    yield from markup(sources)
     for path, text in sources.items():
-        line = lambda match: 1 + text.count("\n", 0, match.start())
-        for found in re.finditer(r"\bconsole\.\w+", text):
-            yield f"{path}:{line(found)}: {found[0]}"
-        for found in re.finditer(VISIBLE, text):
-            # Format strings of the locale are no words, nor are escapes and single letters.
+        # These two show their text as it is; everything else derives from them.
+        is_base = path.name in ("StyledText.qml", "PlainLabel.qml") and "textFormat: Text.PlainText" in text
+        for place, _ in located(path, r"\b(?:Text|Label|TextArea|TextEdit) \{|\btextFormat\b", text):
+            if not is_base:
+                yield f"{place}: markup would be interpreted; use StyledText or PlainLabel"
+        for place, found in located(path, r"\bconsole\.\w+", text):
+            yield f"{place}: {found[0]}"
+        for place, found in located(path, VISIBLE, text):
+            # Ignore date formats, escapes and single letters: none of them is a word.
             rest = re.sub(r"(qsTr|toLocale\w+|formatDateTime)\([^)]*\)", "", found[1])
             if any(re.search(r"[^\W\d_]{2}", re.sub(r"\\u?\w*", "", each)) for each in re.findall(STRING, rest)):
-                yield f"{path}:{line(found)}: untranslated: {found[1]}"
+                yield f"{place}: untranslated: {found[1]}"
 
 
 @check
 def resources():
     listed = {f"qml/{each.text}" for each in ElementTree.parse(ROOT / "qml/qml.qrc").iter("file")}
     present = {str(each) for each in files("qml")} - {"qml/qml.qrc", "qml/CMakeLists.txt"}
-    yield from (f"{each} is not in qml.qrc" for each in present - listed)  # rcc tells the reverse
+    yield from (f"{each} is not in qml.qrc" for each in present - listed)  # rcc reports the reverse
     for each in sorted(present):
         folder, name = os.path.split(each)
         qmldir = ROOT / folder / "qmldir"
@@ -156,7 +137,7 @@ def licences():
             continue
         head = (ROOT / path).read_bytes()[:1000]
         if not all(tag in head for tag in tags) and not any(fnmatch(str(path), each) for each in patterns):
-            yield f"{path} tells no licence and is not in REUSE.toml"
+            yield f"{path} names no licence and is not in REUSE.toml"
     used = {each["SPDX-License-Identifier"] for each in annotations}
     yield from (f"LICENSES has no {each}" for each in used if not (ROOT / f"LICENSES/{each}.txt").exists())
 
@@ -169,44 +150,44 @@ def file_length():
             yield f"{path} has {content.count(bytes([10]))} lines, more than 400"
 
 
-# The floors of the house, from the ground up. An include leads to a lower floor or stays in its folder.
-FLOORS = [{"base"}, {"config"}, {"net"}, {"remoteconfig", "schedule", "notifications"}, {"api", "spool"},
+# The layers of src, lowest first. A file includes files of lower layers and of its own folder only.
+LAYERS = [{"base"}, {"config"}, {"net"}, {"remoteconfig", "schedule", "notifications"}, {"api", "spool"},
           {"attendance", "presence"}, {"reader"}, {"app"}]
-# The objects of a schedule know each other: an event its location, a location its events.
+# These include each other: an event knows its location, a location its events.
 MUTUAL = {"schedule/event", "schedule/eventaudience", "schedule/eventdata", "schedule/eventlocation"}
 
 
 def includes():
-    """Pairs of rooms, a header with its source, of which the first includes the second."""
+    """Pairs of units, each a header with its source, of which the first includes the second."""
     for path in sorted(files("src", suffixes={".cpp", ".h"})):
-        room = path.relative_to("src").with_suffix("").as_posix()
+        unit = path.relative_to("src").with_suffix("").as_posix()
         for target in re.findall(r'#include "(\w+/\w+)\.h"', (ROOT / path).read_text(encoding="utf-8")):
-            if target != room:
-                yield room, target
+            if target != unit:
+                yield unit, target
 
 
 @check
 def arrows():
-    """Draws the arrows between the folders; complains of one that points up and of circles."""
-    floor = {folder: number for number, folders in enumerate(FLOORS) for folder in folders}
+    """Prints which folder includes which. Complains of an include of a higher layer and of cycles."""
+    layer = {folder: number for number, folders in enumerate(LAYERS) for folder in folders}
     drawn = {}
     uses = {}
-    for room, target in includes():
-        source, destination = room.split("/")[0], target.split("/")[0]
-        if not {room, target} <= MUTUAL:
-            uses.setdefault(room, set()).add(target)
+    for unit, target in includes():
+        source, destination = unit.split("/")[0], target.split("/")[0]
+        if not {unit, target} <= MUTUAL:
+            uses.setdefault(unit, set()).add(target)
         if source == destination:
             continue
         drawn.setdefault(source, set()).add(destination)
-        if source not in floor or destination not in floor:
-            yield f"{source} -> {destination}: a folder without a floor, see FLOORS"
-        elif floor[source] <= floor[destination]:
-            yield f"{room} includes {target}, which does not lie below it"
-    for source in sorted(drawn, key=lambda folder: floor.get(folder, 0)):
+        if source not in layer or destination not in layer:
+            yield f"{source} -> {destination}: a folder without a layer, see LAYERS"
+        elif layer[source] <= layer[destination]:
+            yield f"{unit} includes {target}, which is not in a lower layer"
+    for source in sorted(drawn, key=lambda folder: layer.get(folder, 0)):
         print(f"{source} -> {', '.join(sorted(drawn[source]))}")
 
-    def reach(room):
-        seen, waiting = set(), [room]
+    def reach(unit):
+        seen, waiting = set(), [unit]
         while waiting:
             for target in uses.get(waiting.pop(), ()):
                 if target not in seen:
@@ -214,19 +195,18 @@ def arrows():
                     waiting.append(target)
         return seen
 
-    for room in sorted(uses):
-        if room in reach(room):
-            yield f"{room} includes itself in a circle"
+    for unit in sorted(uses):
+        if unit in reach(unit):
+            yield f"{unit} includes itself through others"
 
 
 @check
 def requests():
     for path in sorted(files("src", suffixes={".cpp", ".h"})):
         text = (ROOT / path).read_text(encoding="utf-8")
-        for found in re.finditer(r"\w*[mM]anager\)?(?:\.|->)(?:get|post|put|head|sendCustomRequest)\(", text):
+        for place, found in located(path, r"\w*[mM]anager\)?(?:\.|->)(?:get|post|put|head|sendCustomRequest)\(", text):
             if path.as_posix() != "src/net/http.cpp":
-                line = 1 + text.count("\n", 0, found.start())
-                yield f"{path}:{line}: {found[0]}...): a request goes through net/http.h, with its limits"
+                yield f"{place}: {found[0]}...): a request goes through net/http.h, with its limits"
 
 
 if __name__ == "__main__":

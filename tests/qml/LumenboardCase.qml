@@ -41,12 +41,17 @@ TestCase {
         return all(item, each => isText(each) && each.visible && each.height > 0).sort((a, b) => top(a) - top(b)).map(each => each.text);
     }
 
-    /** A schedule of room 1 with an event per hour; the second is on now. @p more is XML for each event. */
-    function schedule(titles, room, more) {
+    /** A notification, or another of the program's types, that lives until the end of the test. */
+    function create(properties, type) {
+        const object = createTemporaryQmlObject(`import Lumenboard 1.0; ${type || "LBNotification"} {}`, root);
+        return Object.assign(object, properties);
+    }
+
+    /** A schedule of room 1 with an event per hour; the second is on now. */
+    function schedule(titles) {
         const time = i => new Date(Date.now() + (i - 1.5) * 3600000).toISOString();
-        const text = string => string.replace(/</g, "&lt;");
-        const events = titles.map((title, i) => `<event id="${i + 1}"><title>${text(title)}</title><start>${time(i)}</start><end>${time(i + 1)}</end><locationId>1</locationId>${more || ""}</event>`);
-        return `<schedule><locations><location id="1" displayOrder="1"><name>${text(room || "Hörsaal")}</name><shortName>H</shortName></location></locations><audiences><audience id="1" displayOrder="1"><name>${text(room || "Alle")}</name></audience></audiences><events>${events.join("")}</events></schedule>`;
+        const events = titles.map((title, i) => `<event id="${i + 1}"><title>${title}</title><start>${time(i)}</start><end>${time(i + 1)}</end><locationId>1</locationId></event>`);
+        return `<schedule><locations><location id="1" displayOrder="1"><name>Hörsaal</name><shortName>H</shortName></location></locations><events>${events.join("")}</events></schedule>`;
     }
 
     function cleanup() {

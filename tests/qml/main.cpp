@@ -8,7 +8,6 @@
 #include "net/restrictednetworkaccessmanager.h"
 #include "simulator/simulator.h"
 
-#include <QDirIterator>
 #include <QQmlContext>
 #include <QQmlEngine>
 #include <QSettings>
@@ -25,8 +24,8 @@ extern "C" const char *__lsan_default_suppressions() // NOLINT(bugprone-reserved
 }
 
 /**
- * The services, the settings and the engine's warnings, which QML tests reach as "bench". Each test
- * file begins with new singletons.
+ * Gives the QML tests the services, the settings and the engine's warnings, as "bench". Each test
+ * file starts with new singletons.
  */
 class Bench : public QObject
 {
@@ -34,12 +33,6 @@ class Bench : public QObject
 
 public:
     Bench() { prepareEnvironment(); }
-
-    /** An address whose requests are counted with those for schedules. */
-    Q_INVOKABLE [[nodiscard]] QString countedUrl() const
-    {
-        return m_simulator->baseUrl().toString() + QStringLiteral("/rs/lumenboard/schedule/x.png");
-    }
 
     /** Serves @p xml from now on, fetches it, and returns when it is shown. */
     Q_INVOKABLE bool show(const QString &xml)
@@ -55,7 +48,7 @@ public:
         QSettings().setValue(key, value);
     }
 
-    /** Points the views at the registration service, with a valid token. */
+    /** Gives the views the address of the registration service and a valid token. */
     Q_INVOKABLE void logIn()
     {
         const auto addresses = m_simulator->kioskSettings();
@@ -90,17 +83,6 @@ public:
     Q_INVOKABLE void addButton(Notification *notification, NotificationButton *button)
     {
         notification->addButton(button);
-    }
-
-    /** All QML files in the program's resources. */
-    Q_INVOKABLE [[nodiscard]] QStringList qmlFiles() const
-    {
-        QDirIterator it(QStringLiteral(":/qml"), { QStringLiteral("*.qml") }, QDir::Files,
-                        QDirIterator::Subdirectories);
-        QStringList files;
-        while (it.hasNext())
-            files.append(it.next().mid(static_cast<int>(qstrlen(":/qml/"))));
-        return files;
     }
 
     /** The engine's warnings since the last call. */

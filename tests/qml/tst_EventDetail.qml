@@ -10,20 +10,11 @@ LumenboardCase {
     readonly property var bare: ({ title: "Titel", speakers: "", startDateStr: "Montag, 1. Januar", startEndTimeStr: time, mAudiencesStr: "", oAudiencesStr: "", description: "" })
     readonly property string longTitle: "Wie lassen sich Brücken so bauen, dass man sie reparieren kann? ".repeat(4).slice(0, 200)
 
-    function test_showsNothingWithoutEvent() {
-        const item = make("components/EventDetail.qml", { event: null });
-        compare([item.visible, item.enabled], [false, false]);
-        item.event = bare;
-        compare([item.visible, item.enabled], [true, true]);
-    }
-
     function test_lines_data() {
         return [
             { tag: "bare", event: {}, showDate: true, lines: ["Titel", "Montag, 1. Januar, " + time] },
             { tag: "without date", event: {}, lines: ["Titel", time] },
             { tag: "everything", event: { speakers: "Ada", description: "Worum es geht", mAudiencesStr: "Erste, Zweite", oAudiencesStr: "Gäste" }, lines: ["Titel", "Ada", time, "Pflicht für Erste, Zweite", "Offen für Gäste", "Worum es geht"] },
-            { tag: "mandatory", event: { mAudiencesStr: "Erste" }, lines: ["Titel", time, "Pflicht für Erste"] },
-            { tag: "optional", event: { oAudiencesStr: "Gäste" }, lines: ["Titel", time, "Offen für Gäste"] },
         ];
     }
 

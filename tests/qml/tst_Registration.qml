@@ -4,11 +4,13 @@
 import QtQuick 2.15
 import QtQuick.Controls 2.15
 import Lumenboard 1.0
+import "qrc:/qml/js/requests.js" as Requests
 
 LumenboardCase {
     id: root
 
     readonly property string password: "Größe-42!"
+    readonly property string token: "a\"b/c d"
     property Item stack
     property Item page
     property int cards: 0
@@ -28,7 +30,7 @@ LumenboardCase {
         verify(shows("Bitte halten Sie Ihren Transponder an das Lesegerät."));
     }
 
-    /** A card that nobody has yet, unless one is given. */
+    /** Holds up the given card, or a new one that has no owner. */
     function scan(tid) {
         cards += 1;
         LBAPI.onTransponderScanned(tid || "0B" + ("00000" + cards.toString(16)).slice(-6));
@@ -115,6 +117,27 @@ LumenboardCase {
         data.leave();
         compare([LBAPI.scanTransponder, typed.text], [false, ""]);
         tryCompare(stack, "depth", 1);
+    }
+
+    function test_secretsStayOutOfTheLog_data() {
+        return [
+            { tag: "token", response: `<${token}>`, logged: "<********>" },
+            { tag: "token in an address", response: `<${encodeURIComponent(token)}>`, logged: "<********>" },
+            { tag: "token in JSON", response: `<${JSON.stringify(token)}>`, logged: "<\"********\">" },
+            { tag: "password", body: { password: password }, response: `<${password}>`, logged: "******** (11 characters)" },
+            { tag: "long", response: "x".repeat(600), logged: "x".repeat(500) },
+        ];
+    }
+
+    function test_secretsStayOutOfTheLog(data) {
+        for (const line of ["Failed to parse reponse: ", "Request error "])
+            ignoreWarning(line + data.logged); // fails if the line is not logged
+        LBAPI.setAccessToken(token);
+        const busy = {};
+        // A data URL responds with its own content. It has no status, which counts as an error.
+        Requests.request("data:text/plain;charset=utf-8," + encodeURIComponent(data.response), "GET", data.body, fail, result => busy.result = result, busy);
+        tryVerify(() => busy.result);
+        compare([busy.running, busy.result.data], [false, null]);
     }
 
     name: "Registration"

@@ -21,7 +21,7 @@ LumenboardCase {
         flow = make("components/RegistrationFlow.qml", Object.assign({ request: request }, properties));
     }
 
-    /** Responds to the last request; undefined is a failure of it. */
+    /** Responds to the last request; undefined makes it fail. */
     function respond(data) {
         const [onLoad, onError] = requests[requests.length - 1].slice(3);
         (data === undefined ? onError : onLoad)({ data: data });

@@ -24,7 +24,7 @@ QByteArray bookingOfType(char type)
 
 } // namespace
 
-/** The services with JSON: presence and registration. */
+/** The services that exchange JSON: presence and registration. */
 class TestServices : public HttpTest
 {
     Q_OBJECT
@@ -41,27 +41,20 @@ private Q_SLOTS:
         get(presence + "?transponder=0A1B2C3D&location=1", 400);
         get(presence + "?transponder=1&location=1&location=1", 400);
         get(registration + "0a1b2c99/", 200, R"("owned":false)");
-        get(registration + "0A1B2C3D/", 200, R"("owned":true)");
         get(registration + "A1B2C3D/", 404);
-        get(page + "qr.svg", 200, "<svg");
         const auto post = [](const QByteArray &good, const QByteArray &part,
                              const QByteArray &other, int status, const QByteArray &text) {
             row((part + " -> " + other).constData(), good == login ? registration : presence,
                 QByteArray(good).replace(part, other), status, text);
         };
-        post(booking, R"("type":1)", R"("type":0)", 200, "Auf Wiedersehen");
         post(booking, R"("type":1)", R"("type":1)", 200, "um 10:05 Uhr");
         post(booking, R"("type":1)", R"("type":2)", 200, "Auf Wiedersehen");
-        post(booking, R"("type":1)", R"("type":3)", 200, "Auf Wiedersehen");
-        post(booking, "169552957", "4294967295", 200, "niemandem");
         post(booking, R"(,"locationId":1)", "", 400, "locationId");
         post(booking, R"("type")", R"("kind":1,"type")", 400, "kind");
         post(booking, R"("type":1)", R"("type":4)", 400, "type");
         post(booking, ":-5", ":0.5", 400, "logDelay");
         post(booking, "05:00", "05", 400, "time");
         post(login, "kim", "kim", 200, R"("error":null)");
-        post(login, "42", "43", 200, R"("error":"login")");
-        post(login, "kim", "robin", 200, R"("error":"locked")");
         post(login, "0a1b2c99", "0A1B2C3D", 200, R"("error":"owned")");
         post(login, "0a1b2c99", "a1b2c99", 400, "card");
         post(login, "username", "name", 400, "username");
@@ -75,9 +68,7 @@ private Q_SLOTS:
         const bool takesNoToken = path.startsWith(presence + '?');
         QCOMPARE(ask(path, body, takesNoToken ? QByteArray() : token()), at<int>("status"));
         QVERIFY2(m_body.contains(at<QByteArray>("text")), m_body.constData());
-        if (!path.startsWith(page))
-            QCOMPARE(ask(path, body, takesNoToken ? token() : "Bearer x"),
-                     takesNoToken ? 400 : 401);
+        QCOMPARE(ask(path, body, takesNoToken ? token() : "Bearer x"), takesNoToken ? 400 : 401);
     }
 
     void takeEffectEvenIfTheResponseIsLost()
@@ -97,7 +88,7 @@ private Q_SLOTS:
 
         m_manager.setRedirectPolicy(QNetworkRequest::NoLessSafeRedirectPolicy);
         services().setFault(Route::Registration, Fault::RedirectAway);
-        QCOMPARE(ask(registration, login, token()), 200); // of the other server
+        QCOMPARE(ask(registration, login, token()), 200); // from the other server
         QCOMPARE(services().strayRequests().value(0).body, login);
         QCOMPARE(services().registrations().size(), 0);
         QCOMPARE(ask(page, "any", {}), 200);
@@ -107,7 +98,7 @@ private Q_SLOTS:
     }
 
 private:
-    /** Posts the body, or gets if it is empty. Returns the status and keeps the response's body. */
+    /** Sends a POST, or a GET if @p body is empty. Returns the status; m_body is the response. */
     int ask(const QByteArray &path, const QByteArray &body, const QByteArray &authorization,
             const QByteArray &type = "application/json; charset=UTF-8")
     {
