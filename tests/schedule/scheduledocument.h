@@ -24,8 +24,7 @@ inline QByteArray eventXml(const QByteArray &start, const QByteArray &end,
         + "</title><locationId>3</locationId></event>";
 }
 
-/** A document with the location H1, whose id is 3, and @p events. By default it has one, from 10:00
- * to 12:00. */
+/** A document with the location H1, whose id is 3, and @p events; one on 13 May 2024 by default. */
 inline QByteArray scheduleXml(const QByteArray &events
                               = eventXml("2024-05-13T10:00", "2024-05-13T12:00"))
 {
