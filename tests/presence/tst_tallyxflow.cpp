@@ -152,11 +152,7 @@ private Q_SLOTS:
         QCOMPARE(tallyxSpool().count(), 1);
 
         services().clearFaults();
-        if (!hasToken) {
-            m_queue->startPass();
-            QCOMPARE(services().requestCount(Route::PresenceBooking), 0);
-            accesstoken::publish(token);
-        }
+        accesstoken::publish(token);
         const int before = services().presenceBookings().size();
         m_queue->startPass();
         QTRY_COMPARE(tallyxSpool().count(), 0);
