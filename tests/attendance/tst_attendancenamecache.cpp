@@ -38,7 +38,6 @@ private Q_SLOTS:
         columns<QString, QString>("content", "reason");
         row("other root", "<names><entry id='1' name='A'/></names>", "Looks strange");
         row("cut off", "<attendanceNameCache><entry id='1' name='A'/><ent", "error reading XML");
-        row("empty", "", "error reading XML");
         row("strange entries",
             "<attendanceNameCache><entry id='0x1' name='B'/><other id='1' name='C'/>"
             "<entry id='1' name='A'><entry id='1' name='D'/></entry></attendanceNameCache>",
@@ -53,8 +52,7 @@ private Q_SLOTS:
         if (!at("reason").isEmpty())
             log().expect("Failed to load name cache: error reading XML"_s);
         const AttendanceNameCache cache;
-        const bool isRead = at("content").startsWith("<attendanceNameCache"_s);
-        QCOMPARE(cache.name(1), isRead ? "A"_s : QString());
+        QCOMPARE(cache.name(1), at("reason") == "Looks strange"_s ? QString() : "A"_s);
         QVERIFY(log().lines().join(QLatin1Char(' ')).contains(at("reason")));
     }
 

@@ -25,12 +25,10 @@ private Q_SLOTS:
             return document(time + rest + "<timeout>%1</timeout>"_s.arg(timeout));
         };
         row("good", withTimeout("8000"_s), "0 Jürgen & Co T M 8000");
-        row("other order", document("<timeout>5</timeout>"_s + rest + time), "0 Jürgen & Co T M 5");
         row("one more", document(time + rest + "<x><y/></x><timeout>5</timeout>"_s),
             "0 Jürgen & Co T M 5 unknown element");
         row("past timeout", withTimeout("-5"_s), "0 Jürgen & Co T M 20000");
         row("endless timeout", withTimeout("99999999999"_s), "0 Jürgen & Co T M 2147483647");
-        row("timeout with a unit", withTimeout("5s"_s), "Invalid server response (3).");
         row("no timeout", document(time + rest), "Invalid server response (3).");
         row("no times", document(rest + "<timeout>5</timeout>"_s), "Invalid server response (3).");
         row("unknown type", withTimeout("5"_s).replace("INFO"_s, "info"_s),
@@ -39,14 +37,12 @@ private Q_SLOTS:
             "Invalid server response (3).");
         row("other root", "<attendance/>", "Invalid server response (1).");
         row("no XML", "OK", "Invalid server response (1).");
-        row("nothing", "", "Invalid server response (1).");
         row("cut off", withTimeout("5"_s).chopped(5), "Invalid server response (2).");
         row("something behind it", withTimeout("5"_s) + "<b/>"_s, "Invalid server response (2).");
     }
 
     void isReadOrRefused()
     {
-        const QString expected = at("outcome");
         log().allow("AttendanceResponse(): "_s);
         QString outcome;
         try {
@@ -60,7 +56,7 @@ private Q_SLOTS:
             outcome = QString::fromUtf8(e.what());
             QVERIFY(!log().lines().isEmpty());
         }
-        QCOMPARE(outcome, expected);
+        QTEST(outcome, "outcome");
     }
 };
 

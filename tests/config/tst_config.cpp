@@ -64,7 +64,6 @@ private Q_SLOTS:
         const QStringList noNumbers
             = R"(|abc|20.5|20, 21|@Invalid()|@ByteArray(\xff\0)|@Rect(1 2)|)"
               R"(@Variant(\0\0\0\x7f\xff))"_s.split(QLatin1Char('|'));
-        const QStringList noInts = noNumbers + QStringList("99999999999"_s);
         for (const Setting &setting : settingsTable()) {
             if (setting.type != Setting::Type::Number)
                 continue;
@@ -74,13 +73,11 @@ private Q_SLOTS:
                 addAll(setting.key, { QString::number(bound), QString::number(beyond) }, bound);
             }
         }
-        addAll(keys::tallyxMode, noInts + QStringList { "3"_s, "-1"_s }, 1);
-        addAll(keys::tallyxMode, { "0"_s }, 0);
-        addAll(keys::preferredTpRegMode, noInts, 0);
+        addAll(keys::tallyxMode, noNumbers + QStringList { "99999999999"_s, "3"_s, "-1"_s }, 1);
+        addAll(keys::preferredTpRegMode, { "abc"_s }, 0);
         addAll(keys::preferredTpRegMode, { "3"_s, "-1"_s }, 1);
         addAll(keys::preferredTpRegMode, { "2"_s }, 2);
-        for (const QString &value : noInts)
-            add("initialItem"_s, "defaultView="_s + value, "Default.qml"_s);
+        add("initialItem"_s, "defaultView=abc"_s, "Default.qml"_s);
         for (const auto &line : { ""_s, "defaultView=2"_s, "defaultView=-1"_s })
             add("initialItem"_s, line, "LectureRoom.qml"_s);
         add("tpRegModeQR"_s, "tpRegModeQR=maybe"_s, "true"_s);
@@ -91,10 +88,8 @@ private Q_SLOTS:
             "http://[::1]:80/d%C3%A4y/13.05.24?x"_s);
         const QString today = QDate::currentDate().toString(Qt::ISODate);
         add("scheduleDate"_s, "overrideDateDate=2024-05-13"_s, today);
-        add("scheduleDate"_s, "overrideDate=true"_s, today);
         add("scheduleDate"_s, "overrideDate=true\noverrideDateDate=2024-05-13"_s, "2024-05-13"_s);
-        for (const QString &value : noNumbers)
-            add("scheduleDate"_s, "overrideDate=true\noverrideDateDate="_s + value, today);
+        add("scheduleDate"_s, "overrideDate=true\noverrideDateDate=20.5"_s, today);
     }
 
     void readsSettings()
@@ -110,13 +105,10 @@ private Q_SLOTS:
                                                        "own");
         const char *on = "hideMouseCursor=true";
         const char *off = "hideMouseCursor=false";
-        row("default again", "", "", true, false, "");
         row("other", "", "", false, true, off);
         row("other again", "", off, false, false, off);
         row("back to default", "", off, true, true, "");
         row("machine says other", off, "", true, true, on);
-        row("machine says so too", off, "", false, false, "");
-        row("back, machine agrees", on, off, true, true, "");
         row("back, machine differs", off, off, true, true, on);
     }
 
@@ -133,19 +125,16 @@ private Q_SLOTS:
     {
         columns<QTime, int, int>("now", "interval", "expected");
         row("midnight", QTime(0, 0), 300, 300500);
-        row("just after the point", QTime(10, 5, 0, 501), 300, 299999);
         row("10 s ahead", QTime(10, 4, 50, 500), 300, 10000);
         row("less than 10 s ahead", QTime(10, 4, 50, 501), 300, 309999);
-        row("900 ms ahead", QTime(10, 4, 59, 600), 300, 300900);
-        row("just before midnight", QTime(23, 59, 59, 999), 300, 300501);
         row("shortest interval", QTime(10, 4, 45), 30, 15500);
         row("no part of the day", QTime(23, 59), 1000, 660500);
     }
 
     void refreshesAtTheNextPointOfTheGrid()
     {
-        const std::chrono::seconds interval(at<int>("interval"));
-        const auto time = timeToNextRefresh(at<QTime>("now"), interval);
+        const auto time
+            = timeToNextRefresh(at<QTime>("now"), std::chrono::seconds(at<int>("interval")));
         QTEST(static_cast<int>(time.count()), "expected");
     }
 
@@ -167,9 +156,6 @@ private Q_SLOTS:
             "locationId=5 locationName=Hörsaal plenarLocationId=7");
         row("settings", "tpRegModeQR=true", R"({"settings":{"tpRegModeQR":false,"tallyxMode":0}})",
             true, "tallyxMode=0 tpRegModeQR=false");
-        row("known values", "tallyxMode=2\ntpRegModeVK=true",
-            R"({"settings":{"tallyxMode":2,"tpRegModeVK":true}})", false,
-            "tallyxMode=2 tpRegModeVK=true");
         row("unknown and misplaced keys", "fontBaseSize=9",
             R"({"fontBaseSize":20,"tallyxMode":1,"settings":{"locationId":5,"Keycloak/url":"x"}})",
             false, "fontBaseSize=9");
@@ -180,11 +166,9 @@ private Q_SLOTS:
         row("null of a machine's value", "", R"({"settings":{"attendanceEnabled":null}})", false,
             "");
         row("null for settings", "", R"({"locationId":1,"settings":null})", true, "locationId=1");
-        row("list for settings", "", R"({"settings":["tallyxMode"]})", false, "");
-        row("wrong types", "", R"({"locationId":"abc","locationName":2.5,"plenarLocationId":true})",
-            true, "locationId=abc locationName=2.5 plenarLocationId=true");
-        row("nested", "", R"({"locationId":{"a":[1,null]},"locationName":["a","b"]})", true,
-            "locationId= locationName=");
+        row("wrong types", "",
+            R"({"locationId":"abc","locationName":["a"],"plenarLocationId":true})", true,
+            "locationId=abc locationName= plenarLocationId=true");
         row("list", "locationId=1", R"([{"locationId":2}])", false, "locationId=1");
     }
 

@@ -11,6 +11,7 @@ import signal
 import sys
 import tempfile
 import unittest
+from pathlib import Path
 
 from program import Program
 
@@ -24,9 +25,7 @@ UNPRIVILEGED = [] if os.geteuid() else ["setpriv", "--", "--bounding-set=-dac_ov
 
 class Records(unittest.TestCase):
     def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        self.home = folder.name
+        self.home = self.enterContext(tempfile.TemporaryDirectory())
         self.spool = f"{self.home}/spool"
         self.since = 0  # first line of the running kiosk
 
@@ -89,8 +88,10 @@ class Records(unittest.TestCase):
         self.start_supervised("--set", f"tallyxSpoolDir={self.spool}", "--set", "tallyxConfirmTimeout=3000",
                               "--configuration", '{"plenarLocationId": 1, "settings": {"attendanceEnabled": false}}')
         for card, route, fault, moment in (
-                (1, "presence-status", "hang", "GET /rs/log.*(hangs|waits)"), (2, "presence-status", "none", "onGetStatusFinished"),
-                (3, "presence-booking", "hang", "POST /rs/log.*(hangs|waits)"), (4, "presence-booking", "drop", "fault drop")):
+                (1, "presence-status", "hang", "GET /rs/log.*(hangs|waits)"),
+                (2, "presence-status", "none", "onGetStatusFinished"),
+                (3, "presence-booking", "hang", "POST /rs/log.*(hangs|waits)"),
+                (4, "presence-booking", "drop", "fault drop")):
             self.wait_for("Waiting for cards")
             self.wait_for("Access token")
             self.screen.command(f"fault {route} {fault}")
@@ -104,8 +105,7 @@ class Records(unittest.TestCase):
         self.assertEqual((booked[1], booked[2], booked[3] > 0, booked[4] > 0), (1, 1, True, True))
 
     def test_stops_where_nothing_can_be_kept(self):
-        with open(f"{self.home}/file", "w", encoding="utf-8"):
-            pass  # in the way of the folder
+        Path(self.home, "file").touch()  # in the way of the folder
         os.mkdir(f"{self.home}/locked", 0o500)
         for place in ("file/spool", "locked", "locked/spool"):
             with self.subTest(place):

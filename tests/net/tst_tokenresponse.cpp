@@ -15,21 +15,22 @@ class TestTokenResponse : public TestCase
 private Q_SLOTS:
     void isReadOrRefusedWithAReason_data()
     {
-        columns<QString, QString>("body", "outcome");
-        const auto body = [](const char *text, const char *outcome) { row(text, text, outcome); };
+        columns<QByteArray, QString>("body", "outcome");
+        const auto body = [](const QByteArray &text, const char *outcome) {
+            row(text.constData(), text, outcome);
+        };
         body(
             R"({"access_token":"a","expires_in":300,"refresh_token":"r","refresh_expires_in":1800,)"
             R"("token_type":"Bearer","not-before-policy":0,"session_state":"x","scope":"email"})",
             "a 300 r 1800");
         body(R"({"access_token":"a","expires_in":300,"refresh_expires_in":0,"scope":"email"})",
              "a 300  0"); // current servers, for client credentials
-        body("", "Failed to read JSON: illegal value");
         body(R"({"access_token":)", "Failed to read JSON: ");
         body("{}", "JSON is empty.");
         body("[]", "Response is not an object.");
 
         const auto object = [&body](const QByteArray &members, const char *outcome) {
-            body(("{" + members + "}").constData(), outcome);
+            body("{" + members + "}", outcome);
         };
         object(R"("access_token":"a","expires_in":9,"refresh_token":null)", "a 9  0");
         object(R"("access_token":"a","expires_in":1,"refresh_token":"r","refresh_expires_in":null)",
@@ -44,17 +45,13 @@ private Q_SLOTS:
         object(R"("access_token":"a","expires_in":1.5)", R"("expires_in" is not an int (1.5).)");
         object(R"("access_token":"a","expires_in":1e12)", R"("expires_in" is not an int (1e+12).)");
         object(R"("access_token":"a","expires_in":0)", R"("expires_in" is too soon (0).)");
-        object(R"("access_token":"a","expires_in":9,"refresh_token":[])",
-               R"("refresh_token" is not a string.)");
-        object(R"("access_token":"a","expires_in":9,"refresh_token":"r","refresh_expires_in":"0")",
-               R"("refresh_expires_in" is not a number.)");
     }
 
     void isReadOrRefusedWithAReason()
     {
         QString outcome;
         try {
-            const TokenResponse response = parseTokenResponse(at("body").toUtf8());
+            const TokenResponse response = parseTokenResponse(at<QByteArray>("body"));
             outcome = "%1 %2 %3 %4"_s.arg(response.accessToken)
                           .arg(response.expiresIn)
                           .arg(response.refreshToken)
@@ -67,7 +64,6 @@ private Q_SLOTS:
 
     void isRenewedInTime()
     {
-        QCOMPARE(renewalInterval(1), milliseconds(24s));
         QCOMPARE(renewalInterval(277), milliseconds(24s)); // nine tenths are 249 s
         QCOMPARE(renewalInterval(278), milliseconds(25s)); // 250 s
         QCOMPARE(renewalInterval(6667), milliseconds(600s)); // 6000 s

@@ -17,23 +17,18 @@ inline std::unique_ptr<EventData> readSchedule(const QByteArray &xml)
 }
 
 /** An event of a document, in location 3. */
-inline QByteArray eventXml(const QString &start, const QString &end, const QByteArray &title = "T")
+inline QByteArray eventXml(const QByteArray &start, const QByteArray &end,
+                           const QByteArray &title = "T")
 {
-    return "<event id=\"7\"><start>" + start.toLatin1() + "</start><end>" + end.toLatin1()
-        + "</end><title>" + title + "</title><locationId>3</locationId></event>";
+    return "<event id=\"7\"><start>" + start + "</start><end>" + end + "</end><title>" + title
+        + "</title><locationId>3</locationId></event>";
 }
 
-/** A document with the location H1, whose id is 3, and @p events. */
-inline QByteArray scheduleXml(const QByteArray &events)
+/** A document with the location H1, whose id is 3, and @p events; one on 13 May 2024 by default. */
+inline QByteArray scheduleXml(const QByteArray &events
+                              = eventXml("2024-05-13T10:00", "2024-05-13T12:00"))
 {
     return R"(<schedule><locations><location id="3" displayOrder="1"><shortName>H1</shortName>
         <name>Hall</name></location></locations><events>)"
         + events + "</events></schedule>";
-}
-
-/** The same with one event, from 10:00 to 12:00 on 13 May 2024. */
-inline QByteArray scheduleXml()
-{
-    return scheduleXml(
-        eventXml(QStringLiteral("2024-05-13T10:00"), QStringLiteral("2024-05-13T12:00")));
 }

@@ -24,10 +24,8 @@ private Q_SLOTS:
 
     void knowsCurrentAndNextEvent()
     {
-        const auto on = [](const char *start, const char *end, const char *title) {
-            const QString day = "2024-05-13T"_s;
-            return eventXml(day + QString::fromLatin1(start), day + QString::fromLatin1(end),
-                            title);
+        const auto on = [](const QByteArray &start, const QByteArray &end, const char *title) {
+            return eventXml("2024-05-13T" + start, "2024-05-13T" + end, title);
         };
         const auto data = readSchedule(
             scheduleXml(on("14:00", "15:00", "a") + on("12:00", "13:00", "Zebra")
@@ -61,7 +59,6 @@ private Q_SLOTS:
         QCOMPARE(wakeUp(QTime(10, 0)), "1 changes, next in 60000"_s);
         QCOMPARE(wakeUp(QTime(12, 0)), "1 changes, next in 1"_s);
         QCOMPARE(wakeUp(QTime(12, 0, 0, 1)), "2 changes, next in 60000"_s);
-        QCOMPARE(wakeUp(QTime(12, 1)), "2 changes, next in 60000"_s);
         QCOMPARE(wakeUp(QTime(9, 0)), "3 changes, next in 60000"_s); // the clock was set back
         data.reset();
         QCOMPARE(wakeUp(QTime(10, 0)), "3 changes, next in -1"_s);

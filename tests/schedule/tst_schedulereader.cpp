@@ -31,55 +31,42 @@ private Q_SLOTS:
         const char *all = "1 events, 1 locations, 1 audiences";
         const char *nothing = "0 events, 0 locations, 0 audiences";
         row("good", day, "", all);
-        const QByteArray twice
-            = day.chopped(int(qstrlen("</schedule>"))) + day.mid(int(qstrlen("<schedule>")));
-        row("good, then bad", QByteArray(twice).insert(day.size(), "</more>"),
+        row("good, then bad", QByteArray(day).replace("</schedule>", "<events></more>"),
             "Error reading event data: (3) ", all);
-        row("bare", QByteArray("<schedule/>"), "", nothing);
 
         for (const char *before : { "<locations>", "</locations>", "<shortName>", "</location>",
                                     "<name>Group", "<events>", "<event id", "<start>", "<speaker>",
                                     "<audience><id>", "<id>", "<mandatory>", "</events>" }) {
             const QByteArray more = "<more a='1'><title>X</title><event id='x'/></more>";
-            row(qPrintable("more before %1"_s.arg(QString::fromLatin1(before))),
-                QByteArray(day).insert(day.indexOf(before), more),
+            row(before, QByteArray(day).insert(day.indexOf(before), more),
                 "Event data: ignoring unexpected element \"more\" at line ", all);
         }
 
         const auto invalid = [](const char *from, const char *to, const char *field,
                                 const char *element, const char *left) {
-            const QString line = "Error reading event data: (2) invalid or missing value for "
-                                 "\"%1\" at \"%2\" (line "_s;
-            row(qPrintable("%1 -> %2"_s.arg(QString::fromLatin1(from), QString::fromLatin1(to))),
-                QByteArray(day).replace(from, to),
-                line.arg(QString::fromLatin1(field), QString::fromLatin1(element)), left);
+            const auto line = QString::asprintf("Error reading event data: (2) invalid or missing "
+                                                "value for \"%s\" at \"%s\" (line ",
+                                                field, element);
+            row(from, QByteArray(day).replace(from, to), line, left);
         };
         invalid("location id=\"3\"", "location id=\"0\"", "id", "location", nothing);
-        invalid("3\" displayOrder=\"1\"", "3\" displayOrder=\"x\"", "displayOrder", "location",
-                nothing);
         invalid("<shortName>H1</shortName>", "", "shortName", "location", nothing);
         invalid("<name>Hall</name>", "<name/>", "name", "location", nothing);
         const char *half = "0 events, 1 locations, 0 audiences";
-        invalid("audience id=\"5\"", "audience id=\"-5\"", "id", "audience", half);
         invalid("5\" displayOrder=\"1\"", "5\"", "displayOrder", "audience", half);
         invalid("<name>Group</name>", "", "name", "audience", half);
-        const char *most = "0 events, 1 locations, 1 audiences";
-        invalid("event id=\"7\"", "event", "id", "event", most);
-        invalid("<start>2024", "<start>x2024", "startTime", "event", most);
-        invalid("<end>2024-05", "<end>2024-13", "endTime", "event", most);
-        invalid("<locationId>3", "<locationId>abc", "locationId", "locationId", most);
-        invalid("<title>T</title>", "", "title", "event", most);
-        invalid("<id>5</id>", "<id>5x</id>", "audience/id", "id", most);
-        invalid("<id>5</id>", "", "audience/id", "audience", most);
-        invalid("<mandatory>true", "<mandatory>TRUE", "audience/mandatory", "audience", most);
+        const char *noEvent = "0 events, 1 locations, 1 audiences";
+        invalid("event id=\"7\"", "event", "id", "event", noEvent);
+        invalid("<start>2024", "<start>x2024", "startTime", "event", noEvent);
+        invalid("<end>2024-05", "<end>2024-13", "endTime", "event", noEvent);
+        invalid("<locationId>3", "<locationId>abc", "locationId", "locationId", noEvent);
+        invalid("<title>T</title>", "", "title", "event", noEvent);
+        invalid("<id>5</id>", "", "audience/id", "audience", noEvent);
+        invalid("<mandatory>true", "<mandatory>TRUE", "audience/mandatory", "audience", noEvent);
 
-        const char *early = "Error reading event data: (4) ";
-        const char *malformed = "Error reading event data: (3) ";
         row("other root", QByteArray("<Schedule/>"), "this doesn't look like event data", nothing);
-        row("declaration alone", QByteArray("<?xml version=\"1.0\"?>"), early, nothing);
-        row("truncated", day.left(300), early, most);
-        row("text", QByteArray("502 Bad Gateway"), malformed, nothing);
-        row("ampersand", QByteArray(day).replace("Hall", "A & B"), malformed, nothing);
+        row("truncated", day.left(300), "Error reading event data: (4) ", noEvent);
+        row("text", QByteArray("502 Bad Gateway"), "Error reading event data: (3) ", nothing);
         row("child in a text", QByteArray(day).replace("Hall", "<b>Hall</b>"),
             "Error reading event data: (1) ", nothing);
         const QByteArray spaces(3000, ' ');
@@ -131,7 +118,7 @@ private Q_SLOTS:
               <event id="3"><title>elsewhere</title><start>2024-05-13T09:00:00</start>
                 <end>2024-05-13T10:00:00</end><locationId>-4</locationId></event>
             </events></schedule>)");
-        QCOMPARE(data->error(), false);
+        QVERIFY(!data->error());
         const auto names = [](const auto &objects) {
             QString all;
             for (const auto *object : objects)
@@ -173,9 +160,9 @@ private Q_SLOTS:
 
     void speaksGermanLocalTime()
     {
-        const auto data = readSchedule(
-            scheduleXml(eventXml("2024-05-12T23:30:00Z"_s, "2024-05-13T09:30:00+05:00"_s)
-                        + eventXml("2024-05-13T09:30:00"_s, "2024-05-13T11:05:59"_s)));
+        const auto data
+            = readSchedule(scheduleXml(eventXml("2024-05-12T23:30:00Z", "2024-05-13T09:30:00+05:00")
+                                       + eventXml("2024-05-13T09:30:00", "2024-05-13T11:05:59")));
         const QList<Event *> events = data->objects().events;
         QCOMPARE(events.first()->startDateStr(), "Montag, 13. Mai 2024"_s);
         QCOMPARE(events.first()->startEndTimeStr(), "01:30 - 06:30"_s);

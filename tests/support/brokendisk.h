@@ -8,10 +8,7 @@
 #include <csignal>
 #include <sys/resource.h>
 
-/**
- * While it lives, no file of this process grows beyond @p bytes: acts like a full disk, which a
- * test cannot always create.
- */
+/** While it lives, no file of this process grows beyond @p bytes, like on a full disk. */
 class FullDisk
 {
 public:
@@ -22,15 +19,14 @@ public:
         const rlimit tight { bytes, m_kept.rlim_max };
         setrlimit(RLIMIT_FSIZE, &tight);
     }
-    FullDisk(const FullDisk &) = delete;
-    FullDisk &operator=(const FullDisk &) = delete;
+    Q_DISABLE_COPY_MOVE(FullDisk)
     ~FullDisk() { setrlimit(RLIMIT_FSIZE, &m_kept); }
 
 private:
     rlimit m_kept {};
 };
 
-/** Replaces the one file in @p folder by a folder, which can not be removed; returns its path. */
+/** Replaces the one file in @p folder by a folder, which cannot be removed; returns its path. */
 inline QString blockRemoval(const QString &folder)
 {
     const QDir dir(folder);

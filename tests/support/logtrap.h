@@ -13,10 +13,8 @@ inline QString operator""_s(const char *text, std::size_t size)
 }
 
 /**
- * Captures the log while it lives and finds unexpected and missing lines.
- *
- * A warning or worse is unexpected unless the test announces it. Lines may come from any thread.
- * Only one trap exists at a time.
+ * Captures the log of all threads while it lives. A warning or worse is unexpected unless the test
+ * announces it. Only one trap exists at a time.
  */
 class LogTrap
 {
@@ -42,7 +40,7 @@ public:
         return m_lines;
     }
 
-    /** Unexpected and missing lines; empty if there are none. */
+    /** Unexpected and missing lines. */
     [[nodiscard]] QString complaints() const
     {
         const QMutexLocker lock(&m_mutex);

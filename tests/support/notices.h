@@ -12,13 +12,11 @@ inline NotificationsModel &notices()
     return *LBAPI::instance()->notifications();
 }
 
-/** A notification with all changes that other threads have posted; row 0 is the newest. */
-inline Notification *notice(int row = 0)
+/** The newest notification, with all changes that other threads have posted. */
+inline Notification *notice()
 {
     QCoreApplication::sendPostedEvents(LBAPI::instance());
-    return notices()
-        .data(notices().index(row), NotificationsModel::DataRole)
-        .value<Notification *>();
+    return notices().newest();
 }
 
 /** Type and title of the newest notification; empty if there is none. */

@@ -26,13 +26,6 @@ namespace {
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
 
-    void clear()
-    {
-        forgetSingletons();
-        for (const char *folder : { "XDG_CONFIG_HOME", "XDG_CONFIG_DIRS" })
-            QDir(qEnvironmentVariable(folder)).removeRecursively();
-    }
-
 } // namespace
 
 QString userFile()
@@ -112,7 +105,9 @@ void TestCase::init()
 
 void TestCase::cleanup()
 {
-    settings::clear();
+    settings::forgetSingletons();
+    for (const char *folder : { "XDG_CONFIG_HOME", "XDG_CONFIG_DIRS" })
+        QDir(qEnvironmentVariable(folder)).removeRecursively();
     m_services.reset();
     const std::unique_ptr<LogTrap> log = std::move(m_log);
     if (QTest::currentTestFailed())

@@ -18,9 +18,7 @@ template <typename Worker> struct WorkerRunner
         thread.start();
     }
     Q_DISABLE_COPY_MOVE(WorkerRunner)
-    ~WorkerRunner() { stop(); }
-
-    void stop()
+    ~WorkerRunner()
     {
         thread.quit();
         thread.wait();
