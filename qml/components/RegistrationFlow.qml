@@ -66,7 +66,7 @@ QtObject {
     readonly property string message: loginError !== undefined ? text(registrationReponse.message) : ""
 
     /// the response to a log-in has arrived, whatever its content
-    signal loginAnswered
+    signal loginFinished
 
     /** @p value, cut to what fits on a screen; empty if it is not a text. */
     function text(value): string {
@@ -128,7 +128,7 @@ QtObject {
             "tid": tid
         }, (response, result) => {
             registrationReponse = response;
-            loginAnswered();
+            loginFinished();
             if (response && response.error === undefined)
                 requestError = result;
         });

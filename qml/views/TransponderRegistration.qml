@@ -46,7 +46,7 @@ Page {
         hasQrCodeFailed: qrView.hasFailed
         request: (path, method, body, onLoad, onError) => Requests.request(root.endpoint + path, method, body, onLoad, onError, busy)
         useKeyboard: (root.config.tpRegModeVK && root.config.preferredTpRegMode === LBConfig.TpRegVK) || !root.config.tpRegModeQR
-        onLoginAnswered: {
+        onLoginFinished: {
             if (hasLoginError)
                 login.clearPassword();
             else

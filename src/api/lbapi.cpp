@@ -129,13 +129,13 @@ void LBAPI::setAccessToken(QString token)
 void LBAPI::newEventDataFinishedReading(EventData *ed)
 {
     if (ed->error()) {
-        m_scheduleAge.noteFailedRead();
+        m_scheduleAge.onReadFailed();
         if (ed != m_eventData) {
             ed->deleteLater();
             return;
         }
     } else {
-        m_scheduleAge.noteGoodRead(QDateTime::currentDateTime());
+        m_scheduleAge.onReadSucceeded(QDateTime::currentDateTime());
     }
 
     if (ed != m_eventData) {

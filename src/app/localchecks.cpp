@@ -42,7 +42,7 @@ void localchecks::checkSettings(CheckReport &report, const ScratchSettings &sett
     for (const EffectiveSetting &setting : effectiveSettings(*Config::instance()))
         report.print(
             QStringLiteral("%1 = %2  [%3]").arg(setting.key, setting.shown, setting.origin));
-    const QStringList behind = settings.filesBehind();
+    const QStringList behind = settings.fallbackFiles();
     for (const QString &file : behind)
         report.print(QStringLiteral("        behind the user's file: ") + file);
 

@@ -108,7 +108,7 @@ void SelfCheck::continueWithoutToken(const QString &what, const QString &problem
 {
     m_report.add(Verdict::Bad, what, problem);
     checkConnections(Service::Kind::Configuration);
-    checkTheRest();
+    checkOtherServices();
 }
 
 void SelfCheck::checkConfiguration(const QString &token)
@@ -131,7 +131,7 @@ void SelfCheck::onConfiguration(QNetworkReply *reply)
         m_report.add(Verdict::Good, what, QStringLiteral("read"));
         applyToCopy(document);
     }
-    checkTheRest();
+    checkOtherServices();
     done();
 }
 
@@ -150,7 +150,7 @@ void SelfCheck::applyToCopy(const QJsonDocument &document)
     }
 }
 
-void SelfCheck::checkTheRest()
+void SelfCheck::checkOtherServices()
 {
     checkSchedule();
     localchecks::checkReader(m_report);

@@ -42,7 +42,7 @@ private:
     void checkConfiguration(const QString &token);
     void onConfiguration(QNetworkReply *reply);
     void applyToCopy(const QJsonDocument &document);
-    void checkTheRest();
+    void checkOtherServices();
     void checkSchedule();
     void onSchedule(EventData *data);
     void checkConnections(Service::Kind kind);

@@ -21,11 +21,11 @@ std::array<int, 2> s_pipe { -1, -1 };
 
 void onSignal(int number)
 {
-    const int keptErrno = errno;
+    const int savedErrno = errno;
     const auto byte = static_cast<char>(number);
     // A full pipe already wakes the event loop.
     [[maybe_unused]] const ssize_t written = write(s_pipe[1], &byte, 1);
-    errno = keptErrno;
+    errno = savedErrno;
 }
 
 bool catchSignal(int number)

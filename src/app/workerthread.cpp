@@ -27,14 +27,14 @@ void startWorkerThread(QThread &thread, QObject *worker)
 
 bool stopWorkerThread(QThread &thread, const WorkerThreadTexts &texts)
 {
-    constexpr unsigned long patienceMs = 2000;
+    constexpr unsigned long stopTimeoutMs = 2000;
 
     qDebug() << texts.stopping;
     if (!thread.isRunning())
         return false;
     thread.requestInterruption();
     thread.quit();
-    if (!thread.wait(patienceMs)) {
+    if (!thread.wait(stopTimeoutMs)) {
         qWarning() << texts.terminating;
         thread.terminate();
         thread.wait();

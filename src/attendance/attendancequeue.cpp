@@ -93,7 +93,7 @@ void AttendanceQueue::logResendFailure(const Failure &failure) const
     qCritical() << "Error logging attendance:" << true << failure.logText();
 }
 
-QString AttendanceQueue::reportRemovalFailure(const QString &reason) const
+QString AttendanceQueue::logRemovalFailure(const QString &reason) const
 {
     qCritical() << "Failed to remove a sent attendance record:" << reason;
     return tr("Failed to remove an attendance log request from the queue. Attendance logging has "

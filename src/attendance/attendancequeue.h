@@ -42,7 +42,7 @@ protected:
     [[nodiscard]] bool isFresh(const QString &path) const override;
     void resend(const QString &path) override;
     void logResendFailure(const Failure &failure) const override;
-    [[nodiscard]] QString reportRemovalFailure(const QString &reason) const override;
+    [[nodiscard]] QString logRemovalFailure(const QString &reason) const override;
 
 private:
     void greet(AttendanceRequest *request) const;

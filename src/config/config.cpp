@@ -44,12 +44,12 @@ std::optional<qint64> toInteger(const QVariant &value)
 
 Config::Config(QObject *parent)
     : QObject(parent)
-    , m_own(m_settings.format(), m_settings.scope(), m_settings.organizationName(),
-            m_settings.applicationName())
+    , m_userSettings(m_settings.format(), m_settings.scope(), m_settings.organizationName(),
+                     m_settings.applicationName())
 {
     m_settings.setIniCodec(settingsCodec);
-    m_own.setIniCodec(settingsCodec);
-    m_own.setFallbacksEnabled(false);
+    m_userSettings.setIniCodec(settingsCodec);
+    m_userSettings.setFallbacksEnabled(false);
     protectSettingsFile(m_settings.fileName());
     m_settings.allKeys(); // reads every section now, and with the right codec
     if (m_settings.status() != QSettings::NoError)
@@ -196,7 +196,7 @@ void Config::applyConfiguration(QJsonDocument json)
 /** True if the user's own file has @p key. m_settings would also find machine-wide values. */
 bool Config::hasOwnValue(const QString &key) const
 {
-    return m_own.contains(key);
+    return m_userSettings.contains(key);
 }
 
 bool Config::applyKey(const QJsonObject &object, const QString &key)

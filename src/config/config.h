@@ -185,5 +185,5 @@ private:
     QSettings m_settings;
     /// The user's own file without the machine-wide one behind it. Created before any change: the
     /// constructor would write a pending one in the wrong encoding.
-    QSettings m_own;
+    QSettings m_userSettings;
 };

@@ -34,7 +34,7 @@ ScratchSettings::ScratchSettings()
     for (const QString &file : { shared, settingsFile(QSettings::SystemScope, application),
                                  settingsFile(QSettings::SystemScope) }) {
         if (QFile::exists(file))
-            m_filesBehind.append(file);
+            m_fallbackFiles.append(file);
     }
     if (!m_folder.isValid()) {
         m_problem = QStringLiteral("can not be looked at: ") + m_folder.errorString();

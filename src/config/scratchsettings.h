@@ -22,7 +22,7 @@ public:
     /** The user's own file; it need not exist. */
     [[nodiscard]] QString fileName() const { return m_fileName; }
     /** The existing files that supply missing values; the first wins. */
-    [[nodiscard]] QStringList filesBehind() const { return m_filesBehind; }
+    [[nodiscard]] QStringList fallbackFiles() const { return m_fallbackFiles; }
     /** What keeps the kiosk from reading or writing its settings; empty if nothing does. */
     [[nodiscard]] QString problem() const { return m_problem; }
 
@@ -31,6 +31,6 @@ private:
 
     QTemporaryDir m_folder;
     QString m_fileName;
-    QStringList m_filesBehind;
+    QStringList m_fallbackFiles;
     QString m_problem;
 };

@@ -51,11 +51,11 @@ void Notification::setDefaultAction(Action action)
 QQmlListProperty<NotificationButton> Notification::buttonsProperty()
 {
     using List = QQmlListProperty<NotificationButton>;
-    static const auto ownButtons
+    static const auto buttonsOf
         = [](List *list) { return static_cast<Notification *>(list->object)->m_buttons; };
     return List(
-        this, nullptr, [](List *list) { return ownButtons(list).size(); },
-        [](List *list, int i) { return ownButtons(list).at(i); });
+        this, nullptr, [](List *list) { return buttonsOf(list).size(); },
+        [](List *list, int i) { return buttonsOf(list).at(i); });
 }
 
 void Notification::addButton(NotificationButton *button)

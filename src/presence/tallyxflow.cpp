@@ -27,7 +27,7 @@ uint notificationTimeout()
 
 } // namespace
 
-TallyxLogEntity::Type TallyxFlow::firstType()
+TallyxLogEntity::Type TallyxFlow::initialType()
 {
     return Config::instance()->tallyxMode() == Config::TallyxContinuous
         ? TallyxLogEntity::CONTINUOUS
@@ -39,7 +39,7 @@ TallyxFlow::TallyxFlow(quint64 transponderId, QNetworkAccessManager &manager,
     : QObject(parent)
     , m_manager(manager)
     , m_limits(limits)
-    , m_record(transponderId, firstType())
+    , m_record(transponderId, initialType())
     , m_notice(this)
 {
 }

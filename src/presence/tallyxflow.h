@@ -33,7 +33,7 @@ public:
     ~TallyxFlow() override;
 
     /** The type of a record before the service or the person has chosen a direction. */
-    [[nodiscard]] static TallyxLogEntity::Type firstType();
+    [[nodiscard]] static TallyxLogEntity::Type initialType();
     /** Message for the person: the record waits in the queue, or the staff must help. */
     [[nodiscard]] static QString failureText(bool isQueued, const QString &reason);
 

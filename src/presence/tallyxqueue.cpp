@@ -53,7 +53,7 @@ void TallyxQueue::begin(quint64 transponderId)
 void TallyxQueue::postpone(quint64 transponderId)
 {
     const auto failure = catchFailure(
-        [transponderId] { TallyxLogEntity(transponderId, TallyxFlow::firstType()).save(); });
+        [transponderId] { TallyxLogEntity(transponderId, TallyxFlow::initialType()).save(); });
     if (failure) {
         qCritical().noquote() << "Error logging presence:" << failure->text;
     } else {
@@ -126,7 +126,7 @@ void TallyxQueue::completeBooking(const QString &path, SpoolRemover::Sync sync)
         qDebug() << "Presence logged:" << path;
 }
 
-QString TallyxQueue::reportRemovalFailure(const QString &reason) const
+QString TallyxQueue::logRemovalFailure(const QString &reason) const
 {
     qCritical() << "FATAL ERROR" << reason;
     return tr("Failed to remove a log request from the queue. Logging has been stopped.\n\n%1")

@@ -23,7 +23,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr auto unpluggedRetry = 60s;
+constexpr auto retryInterval = 60s;
 
 /// True while stale bytes are drained from a port that was just opened.
 bool s_isDiscarding = false;
@@ -82,7 +82,7 @@ void AttendanceWorker::initSerialPort()
     if (m_port)
         return; // the open port is locked and cannot be opened again
     qDebug() << "Initializing serial port...";
-    m_retryTimer->start(unpluggedRetry);
+    m_retryTimer->start(retryInterval);
 
     QVector<PortTraits> ports;
     const auto available = QSerialPortInfo::availablePorts();
@@ -170,7 +170,7 @@ void AttendanceWorker::onSerialPortError(QSerialPort::SerialPortError err)
 
     constexpr unsigned quickRetries = 3;
     const bool isQuick = s_serialErrors++ < quickRetries;
-    const std::chrono::seconds delay = isQuick ? 1s : unpluggedRetry;
+    const std::chrono::seconds delay = isQuick ? 1s : retryInterval;
     m_retryTimer->start(delay);
     showSerialError(tr("%1 %2\nRetrying in %3 seconds.")
                         .arg(QString::number(err), reason, QString::number(delay.count())),

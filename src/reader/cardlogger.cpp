@@ -16,8 +16,8 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr auto firstPass = 10s; // after the start, for the records of an earlier run
-constexpr auto deferredPass = 10s;
+constexpr auto firstPassDelay = 10s; // after the start, for the records of an earlier run
+constexpr auto deferredPassDelay = 10s;
 constexpr auto saveInterval = 1h;
 
 } // namespace
@@ -42,7 +42,7 @@ CardLogger::CardLogger(const RequestLimits &limits, QObject *parent)
                     m_queueTimer.start(delay);
             });
     m_queueTimer.setSingleShot(true);
-    m_queueTimer.start(firstPass);
+    m_queueTimer.start(firstPassDelay);
 
     auto *saveTimer = new QTimer(this);
     connectChecked(saveTimer, SIGNAL(timeout()), m_names, SLOT(save()));
@@ -76,7 +76,7 @@ void CardLogger::processQueue()
         return;
     if (m_attendance->hasOutstanding() || m_presence->hasOutstanding()) {
         qDebug() << "ongoing requests - queue processing deferred";
-        m_queueTimer.start(deferredPass);
+        m_queueTimer.start(deferredPassDelay);
         return;
     }
     m_attendance->startPass();

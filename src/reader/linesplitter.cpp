@@ -60,9 +60,9 @@ void LineSplitter::limitBacklog()
 {
     if (m_buffer.size() - m_start <= maxLineBytes)
         return;
-    const bool endsAmidLine = !isTerminator(m_buffer.back());
+    const bool endsInsideLine = !isTerminator(m_buffer.back());
     clear();
-    m_isSkipping = endsAmidLine;
+    m_isSkipping = endsInsideLine;
 }
 
 void LineSplitter::clear()

@@ -57,8 +57,8 @@ void EventBoundaryTimer::onTimeout()
 {
     const QDateTime now = m_clock();
     const bool passed = m_boundary.isValid() && now >= m_boundary;
-    const bool wentBack = now < m_lastTime;
-    if (m_location && (passed || wentBack))
+    const bool clockWentBack = now < m_lastTime;
+    if (m_location && (passed || clockWentBack))
         Q_EMIT m_location->eventsChanged();
     arm(now);
 }

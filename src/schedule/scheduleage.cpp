@@ -36,7 +36,7 @@ QString ScheduleAge::asOf() const
     return tr("As of %1, %2").arg(locale.toString(m_lastGood.date(), QLocale::ShortFormat), time);
 }
 
-void ScheduleAge::noteGoodRead(const QDateTime &when)
+void ScheduleAge::onReadSucceeded(const QDateTime &when)
 {
     // Gives the second refresh time to finish before it counts as missed.
     constexpr auto responseTime = 5s;
@@ -49,7 +49,7 @@ void ScheduleAge::noteGoodRead(const QDateTime &when)
     Q_EMIT asOfChanged();
 }
 
-void ScheduleAge::noteFailedRead()
+void ScheduleAge::onReadFailed()
 {
     if (m_expired)
         Q_EMIT asOfChanged();

@@ -22,10 +22,10 @@ public:
     [[nodiscard]] QString asOf() const;
 
     /** A good schedule was read at @p when (local time). */
-    void noteGoodRead(const QDateTime &when);
+    void onReadSucceeded(const QDateTime &when);
 
     /** A refresh failed. Announces asOf() again, which includes the date from the next day on. */
-    void noteFailedRead();
+    void onReadFailed();
 
 Q_SIGNALS:
     void asOfChanged();

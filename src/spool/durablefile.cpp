@@ -46,11 +46,11 @@ QString unfinishedName(const QString &path)
 {
     const QFileInfo info(path);
     return info.path() + QLatin1String("/.") + info.fileName()
-        + QLatin1String(DurableFile::unfinishedEnding);
+        + QLatin1String(DurableFile::unfinishedSuffix);
 }
 
 /** Renames a file unless the new name is taken; false with the reason in errno. */
-bool renameToFree(const QByteArray &from, const QByteArray &to)
+bool renameNoReplace(const QByteArray &from, const QByteArray &to)
 {
     if (renameat2(AT_FDCWD, from.constData(), AT_FDCWD, to.constData(), RENAME_NOREPLACE) == 0)
         return true;
@@ -100,7 +100,7 @@ void DurableFile::write(const QByteArray &content)
 bool DurableFile::commitAs(const QString &path)
 {
     sync(path);
-    if (!renameToFree(QFile::encodeName(m_unfinished->fileName()), QFile::encodeName(path))) {
+    if (!renameNoReplace(QFile::encodeName(m_unfinished->fileName()), QFile::encodeName(path))) {
         if (errno == EEXIST)
             return false;
         failToWrite(path);

@@ -19,7 +19,7 @@ class DurableFile
 {
 public:
     /** Suffix of the hidden name. */
-    static constexpr auto unfinishedEnding = ".lumenboard-part";
+    static constexpr auto unfinishedSuffix = ".lumenboard-part";
 
     /** Prepares the file @p path; creates nothing yet. */
     explicit DurableFile(const QString &path);

@@ -99,7 +99,7 @@ bool RecordQueue::complete(const QString &path, SpoolRemover::Sync sync)
     if (!failure)
         return true;
     const NotificationHandle notification(new Notification(
-        Notification::ERR, tr("FATAL ERROR"), reportRemovalFailure(*failure), 0, false, true));
+        Notification::ERR, tr("FATAL ERROR"), logRemovalFailure(*failure), 0, false, true));
     Q_EMIT fatalStop();
     return false;
 }

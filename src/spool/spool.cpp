@@ -136,7 +136,7 @@ std::optional<QString> Spool::remove(const QString &path)
 void Spool::removeLeftovers() const
 {
     QDirIterator each(folder(),
-                      { QStringLiteral(".*") + QLatin1String(DurableFile::unfinishedEnding) },
+                      { QStringLiteral(".*") + QLatin1String(DurableFile::unfinishedSuffix) },
                       QDir::Files | QDir::Hidden | QDir::NoSymLinks);
     while (each.hasNext()) {
         QFile file(each.next());

@@ -63,14 +63,14 @@ private Q_SLOTS:
         const QSignalSpy changes(api, &LBAPI::scheduleAsOfChanged);
         auto *age = api->findChild<ScheduleAge *>();
         auto *expiry = api->findChild<QTimer *>("scheduleExpiry"_s);
-        age->noteFailedRead();
+        age->onReadFailed();
         QVERIFY(!expiry->isActive());
         QVERIFY(api->eventData() && isIdle());
         QVERIFY(expiry->isActive());
         QVERIFY(expiry->interval() >= 60000 && expiry->interval() < 90000);
         const QDateTime today(QDate::currentDate(), QTime(10, 5));
-        age->noteGoodRead(today);
-        age->noteFailedRead();
+        age->onReadSucceeded(today);
+        age->onReadFailed();
         QCOMPARE(api->scheduleAsOf(), ""_s);
 
         QMetaObject::invokeMethod(expiry, "timeout");
@@ -81,7 +81,7 @@ private Q_SLOTS:
         QCOMPARE(api->scheduleAsOf(), ""_s);
         QCOMPARE(changes.count(), 3);
 
-        age->noteGoodRead(today.addDays(-1));
+        age->onReadSucceeded(today.addDays(-1));
         QMetaObject::invokeMethod(expiry, "timeout");
         QCOMPARE(api->scheduleAsOf(),
                  "As of %1, 10:05"_s.arg(today.addDays(-1).toString("dd.MM.yy"_s)));
