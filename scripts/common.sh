@@ -27,15 +27,16 @@ need_space() {
 # build PRESET MEGABYTES: configures and builds the preset. MEGABYTES is the size of the finished build.
 build() {
     local folder=$PWD/build/$1 log=$PWD/build/$1.log
-    mkdir -p "$folder" ||
-        fail "$PWD cannot be written to: please move the checkout to a place where you may write, then start again."
+    { mkdir -p "$folder" && [ -w "$folder" ] && : >"$log"; } 2>/dev/null ||
+        fail "$folder cannot be written to: please give it to $(id -un), or move the checkout to a" \
+            "place where you may write, then start again."
     [ -e "$folder/build.ninja" ] || need_space "$folder" "$2" "the build"
     echo "== Building in build/$1"
     if ! cmake --preset "$1" >"$log" 2>&1; then
         tail -n 20 "$log" >&2
         need_space "$folder" 50 "the build"
-        fail "CMake cannot configure the build, see above; if you have changed nothing," \
-            "please report it with $log."
+        fail "CMake cannot configure the build, see above: please remove $folder and start again," \
+            "and report it with $log if that does not help."
     fi
     if ! cmake --build --preset "$1"; then
         need_space "$folder" 50 "the build"

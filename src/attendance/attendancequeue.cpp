@@ -51,10 +51,10 @@ void AttendanceQueue::log(quint64 transponderId)
         failure = catchFailure([&] { request->setSpoolPath(spool().commit(*file)); });
     if (!failure && m_fresh.size() + resentCount() >= noticelimits::maxCards)
         failure = Failure::temporary(tr("Too many cards at once."));
+    if (!failure)
+        failure = catchFailure([&] { send(request); });
     if (failure)
         onFailed(request, *failure);
-    else
-        send(request);
 }
 
 void AttendanceQueue::reportFailure(const Failure &failure)
@@ -141,7 +141,7 @@ void AttendanceQueue::onSucceeded(AttendanceRequest *request, const AttendanceRe
     release(request);
 }
 
-/** Ends the card of @p request with a failure. */
+/** Reports the failure of @p request and releases it. */
 void AttendanceQueue::onFailed(AttendanceRequest *request, const Failure &failure)
 {
     logFailure(failure);

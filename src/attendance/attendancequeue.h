@@ -15,8 +15,8 @@ class QNetworkAccessManager;
 
 /**
  * Logs attendance: spools the record of each card, sends it, and shows the person the result. The
- * record is removed once the service has accepted or refused it; after a temporary failure it stays
- * for a pass.
+ * record is removed once the service has responded with a document; after a network or HTTP error
+ * it stays for a pass.
  *
  * Lives in the attendance worker's thread.
  */

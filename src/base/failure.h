@@ -36,7 +36,7 @@ struct RecordOutcome
  * Calls @p body and returns its exception as a value; nothing if it throws none.
  *
  * QThread::terminate() unwinds the stack with an exception of its own. A handler that swallows it
- * aborts the process, so this is the only place that catches everything.
+ * aborts the process, so no other handler of ours swallows everything.
  */
 template <typename Body> [[nodiscard]] std::optional<Failure> catchFailure(Body &&body)
 {

@@ -55,7 +55,7 @@ void TallyxQueue::postpone(quint64 transponderId)
     const auto failure = catchFailure(
         [transponderId] { TallyxLogEntity(transponderId, TallyxFlow::initialType()).save(); });
     if (failure) {
-        qCritical().noquote() << "Error logging presence:" << failure->text;
+        qCritical().noquote() << "Error logging presence:" << failure->logText();
     } else {
         qWarning() << "Too many presence questions at once, leaving the record to the queue.";
         Q_EMIT retryWanted(60s);

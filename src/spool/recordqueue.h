@@ -33,7 +33,7 @@ public:
     [[nodiscard]] bool hasOutstanding() const;
     /** Pauses or resumes the running pass and all later ones. */
     void setPaused(bool paused);
-    /** Sends the records of the spool; passFinished() follows. Not while hasOutstanding(). */
+    /** Sends the records of the spool; passFinished() follows. Not while a pass runs. */
     void startPass();
     /** Ends all sending for good. */
     virtual void stop();
@@ -59,7 +59,7 @@ protected:
     /** Sends the record in @p path; endResend() follows. Throws if it is not a record. */
     virtual void resend(const QString &path) = 0;
     virtual void logResendFailure(const Failure &failure) const = 0;
-    /** Logs that a sent record can not be removed, and returns the message for the person. */
+    /** Logs that a sent record cannot be removed, and returns the message for the person. */
     [[nodiscard]] virtual QString logRemovalFailure(const QString &reason) const = 0;
 
     /** Number of records of the pass in flight. */
