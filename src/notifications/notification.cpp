@@ -90,13 +90,9 @@ void Notification::set(int type, const QString &title, const QString &message, u
                        bool timeoutCancelable, bool closable)
 {
     if (isForeignThread()) {
-        QMetaObject::invokeMethod(this, "set", Qt::QueuedConnection,
-                                  Q_ARG(int, type),
-                                        Q_ARG(QString, title),
-                                              Q_ARG(QString, message),
-                                                    Q_ARG(uint, timeout),
-                                                          Q_ARG(bool, timeoutCancelable),
-                                                                Q_ARG(bool, closable));
+        QMetaObject::invokeMethod(
+            this, [=] { set(type, title, message, timeout, timeoutCancelable, closable); },
+            Qt::QueuedConnection);
         return;
     }
     setType(type);

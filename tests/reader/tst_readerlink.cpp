@@ -13,15 +13,15 @@ private Q_SLOTS:
     void cutsLines_data()
     {
         columns<QByteArray, QString, int>("deliveries", "lines", "dropped"); // split at |
-        const QByteArray longest(4096, 'x');
+        const QByteArray full(4096, 'x');
         row("CR LF", QByteArray("0A1B2C3D\r\n"), "0A1B2C3D,", 0);
         row("CR", QByteArray("0A1B2C3D\r"), "0A1B2C3D", 0);
         row("LF", QByteArray("0A1B2C3D\n0000FFFF\n"), "0A1B2C3D,0000FFFF", 0);
         row("in pieces", QByteArray("0A1B|2C3D|\r|\n1|2\r"), "0A1B2C3D,,12", 0);
-        row("longest", longest + "\r1\r", QString::fromLatin1(longest + ",1"), 0);
-        row("too long", longest + "x\r1\r", "1", 1);
-        row("a megabyte", longest.repeated(250) + "|tail\r1\r", "1", 1);
-        row("twice too long", longest + "x\r" + longest + "x|\r1\r", "1", 2);
+        row("maximum length", full + "\r1\r", QString::fromLatin1(full + ",1"), 0);
+        row("too long", full + "x\r1\r", "1", 1);
+        row("a megabyte", full.repeated(250) + "|tail\r1\r", "1", 1);
+        row("twice too long", full + "x\r" + full + "x|\r1\r", "1", 2);
     }
 
     void cutsLines()
