@@ -73,7 +73,7 @@ private Q_SLOTS:
     void keepsItsTokenWhenTheServerFails()
     {
         const auto fault = at<Fault>("fault");
-        Client client(*this, fault == Fault::Hang ? 100ms : 2000ms);
+        Client client(*this, fault == Fault::Hang ? 1000ms : 2000ms);
         QVERIFY(client.takesToken());
         const QString held = client.kc.accessToken();
         QVERIFY(!held.isEmpty());
