@@ -32,7 +32,7 @@ private Q_SLOTS:
         settings::set("tallyxConfirmTimeout"_s, 30000);
         LBAPI::instance();
         m_manager.emplace();
-        m_queue.emplace(*m_manager, RequestLimits { 300ms, 5s, 1024 * 1024 });
+        m_queue.emplace(*m_manager, RequestLimits { 1000ms, 5s, 1024 * 1024 });
         KCClientCredentials credentials(&*m_manager);
         QSignalSpy changed(&credentials, &KCClientCredentials::accessTokenChanged);
         credentials.grant();

@@ -75,7 +75,7 @@ private Q_SLOTS:
         log().allow("Network error"_s);
         log().allow("AttendanceResponse(): "_s);
         services().setFault(Route::Attendance, fault);
-        const auto running = run({ fault == Fault::Hang ? 300ms : 5000ms, 5s, 1024 * 1024 });
+        const auto running = run({ fault == Fault::Hang ? 1000ms : 5000ms, 5s, 1024 * 1024 });
         m_reader.tap("0A1B2C3D");
         QTRY_COMPARE(shownNotice(), isTemporary ? "2 Attendance"_s : "3 Attendance"_s);
         const QString message = notice()->message();

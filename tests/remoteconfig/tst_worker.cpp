@@ -73,7 +73,7 @@ private Q_SLOTS:
             log().allow(text);
         const QString before = settings::own();
         const WorkerRunner<Worker> running(
-            makeWorker({ fault == Fault::Hang ? 100ms : 5000ms, 5s, 1024 * 1024 }));
+            makeWorker({ fault == Fault::Hang ? 1000ms : 5000ms, 5s, 1024 * 1024 }));
         QTRY_VERIFY(log().lines().join(QLatin1Char('\n')).contains(message));
         QCOMPARE(settings::own(), before);
 
