@@ -79,7 +79,7 @@ void AttendanceRequest::build()
 
 void AttendanceRequest::send(QNetworkAccessManager &manager, const RequestLimits &limits)
 {
-    QNetworkRequest request(Config::instance()->attendanceLogUrl());
+    QNetworkRequest request = http::request(Config::instance()->attendanceLogUrl());
     request.setHeader(QNetworkRequest::ContentTypeHeader, QStringLiteral("application/xml"));
     request.setRawHeader(
         QByteArrayLiteral("X-Plenar-Token"),

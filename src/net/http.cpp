@@ -13,6 +13,8 @@ namespace http {
 
 namespace {
 
+    const QByteArray acceptEncoding = QByteArrayLiteral("Accept-Encoding");
+
     void giveUp(QNetworkReply *reply, const char *reason)
     {
         if (reply->isFinished())
@@ -51,6 +53,13 @@ namespace {
 
 } // namespace
 
+QNetworkRequest request(const QUrl &url)
+{
+    QNetworkRequest request(url);
+    request.setRawHeader(acceptEncoding, QByteArrayLiteral("identity"));
+    return request;
+}
+
 QNetworkReply *get(QNetworkAccessManager &manager, const QNetworkRequest &request,
                    const RequestLimits &limits)
 {
@@ -69,7 +78,8 @@ QNetworkReply *send(QNetworkRequest request, const RequestLimits &limits,
                     const Transport &transport)
 {
     request.setTransferTimeout(static_cast<int>(limits.transferTimeout.count()));
-    request.setRawHeader(QByteArrayLiteral("Accept-Encoding"), QByteArrayLiteral("identity"));
+    if (!request.hasRawHeader(acceptEncoding))
+        request.setRawHeader(acceptEncoding, QByteArrayLiteral("identity"));
     QNetworkReply *reply = transport(request);
     limitTime(reply, limits.deadline);
     limitBody(reply, limits.maxBodyBytes);

@@ -11,6 +11,7 @@ class QByteArray;
 class QNetworkAccessManager;
 class QNetworkReply;
 class QNetworkRequest;
+class QUrl;
 
 /**
  * Sends requests that end within their limits. All requests of the program go through here.
@@ -20,6 +21,9 @@ class QNetworkRequest;
  * A compressed response would be inflated before its size could be checked, so none is accepted.
  */
 namespace http {
+
+/** A request for @p url that accepts no compression; add the other headers to it. */
+[[nodiscard]] QNetworkRequest request(const QUrl &url);
 
 QNetworkReply *get(QNetworkAccessManager &manager, const QNetworkRequest &request,
                    const RequestLimits &limits);

@@ -27,7 +27,7 @@ QNetworkReply *postTokenRequest(QNetworkAccessManager &manager, const QByteArray
                                 const RequestLimits &limits)
 {
     const Config *config = Config::instance();
-    QNetworkRequest request(config->keycloakUrl());
+    QNetworkRequest request = http::request(config->keycloakUrl());
     request.setHeader(QNetworkRequest::ContentTypeHeader,
                       QStringLiteral("application/x-www-form-urlencoded"));
     const QString credentials

@@ -42,7 +42,7 @@ QNetworkReply *getStatus(QNetworkAccessManager &manager, const TallyxLogEntity &
     query.addQueryItem(QStringLiteral("transponder"), QString::number(record.transponderId()));
     query.addQueryItem(QStringLiteral("location"), QString::number(record.locationId()));
     url.setQuery(query);
-    QNetworkRequest request(url);
+    QNetworkRequest request = http::request(url);
     request.setRawHeader(QByteArrayLiteral("Accept"), QByteArrayLiteral("application/json"));
     return http::get(manager, request, limits);
 }
@@ -50,7 +50,7 @@ QNetworkReply *getStatus(QNetworkAccessManager &manager, const TallyxLogEntity &
 QNetworkReply *postLog(QNetworkAccessManager &manager, const TallyxLogEntity &record,
                        const RequestLimits &limits)
 {
-    QNetworkRequest request(Config::instance()->tallyxLogUrl());
+    QNetworkRequest request = http::request(Config::instance()->tallyxLogUrl());
     request.setHeader(QNetworkRequest::ContentTypeHeader, QStringLiteral("application/json"));
     if (!accesstoken::authorize(request))
         throw AttendanceWarningException(

@@ -26,7 +26,7 @@ QNetworkReply *getConfigurationDocument(QNetworkAccessManager &manager, const QS
 {
     QUrl url = Config::instance()->quirlUrl();
     url.setPath(QStringLiteral("/lumenboards/api/config/"));
-    QNetworkRequest request(url);
+    QNetworkRequest request = http::request(url);
     accesstoken::setBearer(request, token);
     request.setRawHeader(QByteArrayLiteral("Accept"), QByteArrayLiteral("application/json"));
     request.setRawHeader(QByteArrayLiteral("Accept-Language"), QLocale().bcp47Name().toLocal8Bit());
