@@ -4,8 +4,8 @@
 #include "spool/recordqueue.h"
 
 #include "notifications/notificationhandle.h"
-#include "spool/spoolpass.h"
 
+#include <QDebug>
 #include <QFile>
 
 using namespace std::chrono_literals;
@@ -13,6 +13,8 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr auto resendRetry = 300s;
+constexpr int maxInFlight = 4;
+constexpr int maxMisses = 3; // in a row, then the pass ends
 
 } // namespace
 
@@ -32,8 +34,7 @@ bool RecordQueue::hasOutstanding() const
 void RecordQueue::setPaused(bool paused)
 {
     m_isPaused = paused;
-    if (m_pass)
-        m_pass->setPaused(paused);
+    proceed();
 }
 
 void RecordQueue::startPass()
@@ -43,11 +44,9 @@ void RecordQueue::startPass()
         Q_EMIT passFinished();
         return;
     }
-    m_pass = new SpoolPass(
-        m_spool.folder(), [this](const QString &path) { return tryResend(path); }, this);
-    connect(m_pass, &SpoolPass::finished, this, &RecordQueue::onPassFinished);
-    m_pass->setPaused(m_isPaused);
-    m_pass->proceed();
+    m_pass = std::make_unique<QDirIterator>(m_spool.folder(), Spool::recordFilter);
+    m_misses = 0;
+    proceed();
 }
 
 void RecordQueue::stop()
@@ -55,17 +54,40 @@ void RecordQueue::stop()
     m_isStopped = true;
 }
 
-bool RecordQueue::tryResend(const QString &path)
+/** Lets the running pass go on, in the next turn of the event loop. */
+void RecordQueue::proceed()
+{
+    if (!m_pass || m_isScheduled)
+        return;
+    m_isScheduled = true;
+    QMetaObject::invokeMethod(this, &RecordQueue::sendNext, Qt::QueuedConnection);
+}
+
+void RecordQueue::sendNext()
+{
+    m_isScheduled = false;
+    if (m_misses >= maxMisses || !m_pass->hasNext()) {
+        if (!m_resent.isEmpty())
+            return;
+        m_pass.reset();
+        Q_EMIT passFinished();
+        return;
+    }
+    if (m_isPaused || m_resent.size() == maxInFlight)
+        return;
+    tryResend(m_pass->next());
+    proceed();
+}
+
+void RecordQueue::tryResend(const QString &path)
 {
     // The directory iterator reads one name ahead, so the file may be gone by now.
     if (m_isStopped || m_resent.contains(path) || isFresh(path) || !QFile::exists(path))
-        return false;
-    const auto failure = catchFailure([this, &path] { resend(path); });
-    if (failure)
+        return;
+    if (const auto failure = catchFailure([this, &path] { resend(path); }))
         onResendFailed(*failure);
     else
         m_resent.insert(path);
-    return !failure;
 }
 
 void RecordQueue::endResend(const QString &path, const RecordOutcome &outcome)
@@ -73,8 +95,10 @@ void RecordQueue::endResend(const QString &path, const RecordOutcome &outcome)
     if (outcome.failure)
         onResendFailed(*outcome.failure);
     m_resent.remove(path);
-    if (m_pass)
-        m_pass->noteEnd(outcome.hasResponse);
+    m_misses = outcome.hasResponse ? 0 : m_misses + 1;
+    if (m_misses == maxMisses)
+        qInfo() << "The service does not answer, the rest of the queue waits.";
+    proceed();
 }
 
 /** Tells nobody, since nobody waits: the record stays for a later pass. */
@@ -82,13 +106,6 @@ void RecordQueue::onResendFailed(const Failure &failure)
 {
     logResendFailure(failure);
     Q_EMIT retryWanted(resendRetry);
-}
-
-void RecordQueue::onPassFinished()
-{
-    m_pass->deleteLater();
-    m_pass.clear();
-    Q_EMIT passFinished();
 }
 
 bool RecordQueue::complete(const QString &path, SpoolRemover::Sync sync)

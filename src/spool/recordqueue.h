@@ -7,18 +7,20 @@
 #include "spool/spool.h"
 #include "spool/spoolremover.h"
 
+#include <QDirIterator>
 #include <QObject>
-#include <QPointer>
 #include <QSet>
 
 #include <chrono>
-
-class SpoolPass;
+#include <memory>
 
 /**
  * Base of the attendance and the presence queue: owns a spool, sends its records again in passes,
  * and stops for good when a sent record cannot be removed. A record is *fresh* while a person waits
  * for it, and *outstanding* while a request for it is in flight; a pass sends no fresh record.
+ *
+ * A pass reads the file names one by one, so that memory does not grow with the spool, and returns
+ * to the event loop after each record.
  *
  * Lives in the attendance worker's thread.
  */
@@ -70,14 +72,17 @@ protected:
     bool complete(const QString &path, SpoolRemover::Sync sync);
 
 private:
-    [[nodiscard]] bool tryResend(const QString &path);
+    void proceed();
+    void sendNext();
+    void tryResend(const QString &path);
     void onResendFailed(const Failure &failure);
-    void onPassFinished();
 
     Spool m_spool;
     SpoolRemover m_remover;
-    QPointer<SpoolPass> m_pass;
+    std::unique_ptr<QDirIterator> m_pass; ///< the files that the running pass has left
     QSet<QString> m_resent; ///< files in flight
+    int m_misses = 0; ///< records of the pass in a row without a response
+    bool m_isScheduled = false; ///< sendNext()
     bool m_isPaused = false;
     bool m_isStopped = false;
 };
