@@ -88,6 +88,6 @@ int main(int argc, char *argv[])
     AttendanceQueue queue(manager, names, {});
     QObject::connect(&queue, &AttendanceQueue::passFinished, &queue, finish);
     clock.start();
-    queue.startPass();
+    queue.process();
     return QCoreApplication::exec();
 }

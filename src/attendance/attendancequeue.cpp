@@ -160,7 +160,7 @@ void AttendanceQueue::onFailed(AttendanceRequest *request, const Failure &failur
 void AttendanceQueue::logFailure(const Failure &failure)
 {
     qCritical() << "Error logging attendance:" << false << failure.logText();
-    Q_EMIT retryWanted(60s);
+    processIn(60s);
 }
 
 QString AttendanceQueue::messageFor(const Failure &failure)

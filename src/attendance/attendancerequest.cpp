@@ -96,10 +96,9 @@ void AttendanceRequest::onFinished()
     RecordOutcome outcome;
     outcome.hasResponse = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).isValid();
     std::unique_ptr<AttendanceResponse> response;
-    if (reply->error() != QNetworkReply::NoError)
-        outcome.failure
-            = Failure::temporary(QStringLiteral("Network error: %1 %2")
-                                     .arg(QString::number(reply->error()), errorText(*reply)));
+    const QString error = networkError(*reply);
+    if (!error.isEmpty())
+        outcome.failure = Failure::temporary(error);
     else
         outcome.failure = catchFailure(
             [&] { response = std::make_unique<AttendanceResponse>(reply->readAll()); });

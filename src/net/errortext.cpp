@@ -4,6 +4,7 @@
 #include "net/errortext.h"
 
 #include <QNetworkReply>
+#include <QNetworkRequest>
 #include <QRegularExpression>
 #include <QUrl>
 
@@ -29,4 +30,20 @@ QString errorText(const QNetworkReply &reply)
         text.replace(reply.url().toString(), reply.url().toDisplayString());
     text.replace(credentials, QStringLiteral("\\1 ********"));
     return printableLine(text, maxLength);
+}
+
+QString networkError(const QNetworkReply &reply)
+{
+    constexpr int successClass = 2; // 200 to 299
+
+    const int status = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+    int error = reply.error();
+    QString text = errorText(reply);
+    if (error == QNetworkReply::NoError) {
+        if (status / 100 == successClass)
+            return {};
+        error = QNetworkReply::UnknownContentError;
+        text = QStringLiteral("unexpected HTTP status %1").arg(status);
+    }
+    return QStringLiteral("Network error: %1 %2").arg(QString::number(error), text);
 }

@@ -12,3 +12,9 @@ class QNetworkReply;
 
 /** The reply's error string for log and screen: one short line without credentials. */
 [[nodiscard]] QString errorText(const QNetworkReply &reply);
+
+/**
+ * "Network error: …" if the request failed or its status is not 2xx; empty after a success. Qt
+ * reports no error for a redirect.
+ */
+[[nodiscard]] QString networkError(const QNetworkReply &reply);

@@ -58,7 +58,7 @@ void TallyxQueue::postpone(quint64 transponderId)
         qCritical().noquote() << "Error logging presence:" << failure->logText();
     } else {
         qWarning() << "Too many presence questions at once, leaving the record to the queue.";
-        Q_EMIT retryWanted(60s);
+        processIn(60s);
     }
     NotificationHandle::showError(
         tr("Presence"),
@@ -138,6 +138,6 @@ void TallyxQueue::onFlowEnded(TallyxFlow *flow)
     m_flows.remove(flow);
     flow->deleteLater();
     if (!flow->isAcknowledged())
-        Q_EMIT retryWanted(60s);
+        processIn(60s);
     Q_EMIT freshChanged();
 }

@@ -23,10 +23,9 @@ namespace {
 
     void throwOnNetworkError(const QNetworkReply &reply)
     {
-        if (reply.error() != QNetworkReply::NoError)
-            throw AttendanceWarningException(
-                QStringLiteral("Network error: %1 %2")
-                    .arg(QString::number(reply.error()), errorText(reply)));
+        const QString error = networkError(reply);
+        if (!error.isEmpty())
+            throw AttendanceWarningException(error);
     }
 
 } // namespace
@@ -75,10 +74,10 @@ QJsonObject readStatus(QNetworkReply &reply)
 QJsonObject readAcknowledgement(QNetworkReply &reply)
 {
     throwOnNetworkError(reply);
-    const QJsonDocument document = QJsonDocument::fromJson(reply.readAll());
-    if (!document.isObject())
+    const QJsonObject response = QJsonDocument::fromJson(reply.readAll()).object();
+    if (response.isEmpty() || response.contains(QLatin1String("error")))
         throw AttendanceWarningException(QStringLiteral("Error parsing response."));
-    return document.object();
+    return response;
 }
 
 QString text(const QJsonObject &response, const char *key)

@@ -7,6 +7,7 @@
 #include "base/connections.h"
 #include "base/exceptions.h"
 #include "base/failure.h"
+#include "net/accesstoken.h"
 #include "notifications/notificationhandle.h"
 #include "reader/cardlogger.h"
 #include "reader/readerport.h"
@@ -18,12 +19,14 @@
 
 #include <algorithm>
 #include <cctype>
+#include <utility>
 
 using namespace std::chrono_literals;
 
 namespace {
 
 constexpr auto retryInterval = 60s;
+constexpr auto firstPassDelay = 10s; // for the records of an earlier run
 
 /// True while stale bytes are drained from a port that was just opened.
 bool s_isDiscarding = false;
@@ -67,13 +70,16 @@ void AttendanceWorker::init()
 {
     qDebug() << "Attendance worker thread started." << QThread::currentThread();
     m_cards = new CardLogger(m_limits, this);
-    connect(m_cards->queueTimer(), &QTimer::timeout, this, &AttendanceWorker::processQueue);
+    QTimer::singleShot(firstPassDelay, this, &AttendanceWorker::processQueue);
     connect(m_cards, &CardLogger::stopped, this, &AttendanceWorker::onLoggingStopped);
     m_retryTimer = new QTimer(this);
     connect(m_retryTimer, &QTimer::timeout, this, &AttendanceWorker::initSerialPort);
     connectChecked(this,
                    SIGNAL(transponderScanned(QString)), LBAPI::instance(),
                           SLOT(onTransponderScanned(QString)));
+    m_hasToken = !accesstoken::current().isEmpty();
+    connectChecked(LBAPI::instance(),
+                   SIGNAL(accessTokenChanged(QString)), this, SLOT(onAccessTokenChanged(QString)));
     initSerialPort();
 }
 
@@ -238,6 +244,14 @@ void AttendanceWorker::processLine(const QByteArray &line)
 void AttendanceWorker::processQueue()
 {
     m_cards->processQueue();
+}
+
+/** Records of presence that waited for the first token need not wait any longer. */
+void AttendanceWorker::onAccessTokenChanged(const QString &token)
+{
+    const bool hadToken = std::exchange(m_hasToken, !token.isEmpty());
+    if (m_hasToken && !hadToken)
+        m_cards->onTokenAvailable();
 }
 
 void AttendanceWorker::onLoggingStopped()

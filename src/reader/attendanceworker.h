@@ -45,6 +45,7 @@ private Q_SLOTS:
     static void onSerialPortReadChannelFinished();
     void onSerialPortReadyRead();
     void processQueue();
+    void onAccessTokenChanged(const QString &token);
 
 private:
     void openSerialPort(const QString &name);
@@ -59,4 +60,5 @@ private:
     QPointer<QSerialPort> m_port;
     QPointer<QTimer> m_retryTimer;
     LineSplitter m_lines;
+    bool m_hasToken = false;
 };

@@ -10,43 +10,23 @@
 #include "net/xnetworkaccessmanager.h"
 #include "presence/tallyxqueue.h"
 
-#include <QDebug>
+#include <QTimer>
 
 using namespace std::chrono_literals;
 
-namespace {
-
-constexpr auto firstPassDelay = 10s; // after the start, for the records of an earlier run
-constexpr auto deferredPassDelay = 10s;
-constexpr auto saveInterval = 1h;
-
-} // namespace
-
 CardLogger::CardLogger(const RequestLimits &limits, QObject *parent)
     : QObject(parent)
-    , m_manager(new XNetworkAccessManager(this))
     , m_names(new AttendanceNameCache(this))
-    , m_attendance(new AttendanceQueue(*m_manager, *m_names, limits, this))
-    , m_presence(new TallyxQueue(*m_manager, limits, this))
-    , m_queueTimer(this)
+    // A manager each: Qt opens six connections to a host, and one service may hang on all of them.
+    , m_attendance(new AttendanceQueue(*new XNetworkAccessManager(this), *m_names, limits, this))
+    , m_presence(new TallyxQueue(*new XNetworkAccessManager(this), limits, this))
 {
-    connectQueue(*m_attendance);
-    connectQueue(*m_presence);
-    connect(m_attendance, &RecordQueue::passFinished, m_presence, &RecordQueue::startPass);
-    // Attendance decides when the next pass starts; presence only brings it forward.
-    connect(m_attendance, &RecordQueue::retryWanted, &m_queueTimer,
-            [this](std::chrono::milliseconds delay) { m_queueTimer.start(delay); });
-    connect(m_presence, &RecordQueue::retryWanted, &m_queueTimer,
-            [this](std::chrono::milliseconds delay) {
-                if (!m_queueTimer.isActive() || m_queueTimer.remainingTimeAsDuration() > delay)
-                    m_queueTimer.start(delay);
-            });
-    m_queueTimer.setSingleShot(true);
-    m_queueTimer.start(firstPassDelay);
+    connect(m_attendance, &RecordQueue::fatalStop, this, &CardLogger::stop);
+    connect(m_presence, &RecordQueue::fatalStop, this, &CardLogger::stop);
 
     auto *saveTimer = new QTimer(this);
     connectChecked(saveTimer, SIGNAL(timeout()), m_names, SLOT(save()));
-    saveTimer->start(saveInterval);
+    saveTimer->start(1h);
 }
 
 CardLogger::~CardLogger()
@@ -72,28 +52,13 @@ void CardLogger::reportFailure(const Failure &failure)
 
 void CardLogger::processQueue()
 {
-    if (m_isStopped)
-        return;
-    if (m_attendance->hasOutstanding() || m_presence->hasOutstanding()) {
-        qDebug() << "ongoing requests - queue processing deferred";
-        m_queueTimer.start(deferredPassDelay);
-        return;
-    }
-    m_attendance->startPass();
+    m_attendance->process();
+    m_presence->process();
 }
 
-void CardLogger::connectQueue(RecordQueue &queue)
+void CardLogger::onTokenAvailable()
 {
-    connect(&queue, &RecordQueue::freshChanged, this, &CardLogger::pauseForFresh);
-    connect(&queue, &RecordQueue::fatalStop, this, &CardLogger::stop);
-}
-
-/** A new card must not wait for the pass. */
-void CardLogger::pauseForFresh()
-{
-    const bool hasFresh = m_attendance->hasFresh() || m_presence->hasFresh();
-    m_attendance->setPaused(hasFresh);
-    m_presence->setPaused(hasFresh);
+    m_presence->process();
 }
 
 /** Stops all logging: a record that is logged twice is worse than one that is not logged. */

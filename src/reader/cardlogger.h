@@ -6,20 +6,15 @@
 #include "net/requestlimits.h"
 
 #include <QObject>
-#include <QTimer>
-
-#include <chrono>
 
 class AttendanceNameCache;
 class AttendanceQueue;
-class RecordQueue;
 class TallyxQueue;
-class XNetworkAccessManager;
 struct Failure;
 
 /**
- * Logs cards with the attendance and the presence service: owns the two queues and the timer that
- * starts their passes.
+ * Logs cards with the attendance and the presence service: owns the two queues, which do
+ * not wait for each other.
  *
  * Created by the attendance worker in its thread.
  */
@@ -36,10 +31,10 @@ public:
     void log(quint64 transponderId);
     /** Tells the person at the screen that a card could not be read. */
     void reportFailure(const Failure &failure);
-    /** Sends the records of both spools; if requests are in flight, tries again later. */
+    /** Sends the records of both spools; a queue with requests in flight tries again later. */
     void processQueue();
-    /** Its timeout is the time for processQueue(). */
-    [[nodiscard]] QTimer *queueTimer() { return &m_queueTimer; }
+    /** Sends the presence records that could not be sent without a token. */
+    void onTokenAvailable();
     /** True once a sent record could not be removed: nothing is logged any more. */
     [[nodiscard]] bool isStopped() const { return m_isStopped; }
 
@@ -48,14 +43,10 @@ Q_SIGNALS:
     void stopped();
 
 private:
-    void connectQueue(RecordQueue &queue);
-    void pauseForFresh();
     void stop();
 
-    XNetworkAccessManager *m_manager;
     AttendanceNameCache *m_names;
     AttendanceQueue *m_attendance;
     TallyxQueue *m_presence;
-    QTimer m_queueTimer;
     bool m_isStopped = false;
 };

@@ -8,13 +8,17 @@
 #include <QDebug>
 #include <QFile>
 
+#include <algorithm>
+
 using namespace std::chrono_literals;
 
 namespace {
 
+constexpr auto deferral = 10s;
 constexpr auto resendRetry = 300s;
 constexpr int maxInFlight = 4;
 constexpr int maxMisses = 3; // in a row, then the pass ends
+constexpr int maxFailures = 5; // likewise
 
 } // namespace
 
@@ -22,8 +26,12 @@ RecordQueue::RecordQueue(const Spool &spool, QObject *parent)
     : QObject(parent)
     , m_spool(spool)
     , m_remover(this)
+    , m_timer(this)
 {
     m_spool.removeLeftovers();
+    m_timer.setSingleShot(true);
+    connect(&m_timer, &QTimer::timeout, this, &RecordQueue::process);
+    connect(this, &RecordQueue::freshChanged, this, &RecordQueue::proceed);
 }
 
 bool RecordQueue::hasOutstanding() const
@@ -31,22 +39,31 @@ bool RecordQueue::hasOutstanding() const
     return m_pass || !m_resent.isEmpty() || hasFresh();
 }
 
-void RecordQueue::setPaused(bool paused)
+void RecordQueue::process()
 {
-    m_isPaused = paused;
-    proceed();
-}
-
-void RecordQueue::startPass()
-{
+    if (m_isStopped)
+        return;
+    if (hasOutstanding()) {
+        qDebug() << "ongoing requests - queue processing deferred";
+        processIn(deferral);
+        return;
+    }
+    m_timer.stop();
     if (!canSend() || !m_spool.canBeListed()) {
-        Q_EMIT retryWanted(resendRetry);
+        processIn(resendRetry);
         Q_EMIT passFinished();
         return;
     }
-    m_pass = std::make_unique<QDirIterator>(m_spool.folder(), Spool::recordFilter);
+    m_pass.emplace(m_spool.folder(), m_lastTried);
     m_misses = 0;
+    m_failures = 0;
     proceed();
+}
+
+void RecordQueue::processIn(std::chrono::milliseconds delay)
+{
+    if (!m_timer.isActive() || m_timer.remainingTimeAsDuration() > delay)
+        m_timer.start(delay);
 }
 
 void RecordQueue::stop()
@@ -66,16 +83,17 @@ void RecordQueue::proceed()
 void RecordQueue::sendNext()
 {
     m_isScheduled = false;
-    if (m_misses >= maxMisses || !m_pass->hasNext()) {
-        if (!m_resent.isEmpty())
-            return;
-        m_pass.reset();
-        Q_EMIT passFinished();
+    const bool hasGivenUp = m_misses >= maxMisses || m_failures >= maxFailures;
+    if (hasGivenUp || m_pass->isOver()) {
+        if (m_resent.isEmpty())
+            endPass();
         return;
     }
-    if (m_isPaused || m_resent.size() == maxInFlight)
-        return;
-    tryResend(m_pass->next());
+    if (hasFresh() || m_resent.size() == maxInFlight)
+        return; // a person's record must not wait for the pass
+    const QString path = m_pass->next();
+    if (!path.isEmpty() && m_backOff.isDue(path))
+        tryResend(path);
     proceed();
 }
 
@@ -84,28 +102,49 @@ void RecordQueue::tryResend(const QString &path)
     // The directory iterator reads one name ahead, so the file may be gone by now.
     if (m_isStopped || m_resent.contains(path) || isFresh(path) || !QFile::exists(path))
         return;
-    if (const auto failure = catchFailure([this, &path] { resend(path); }))
-        onResendFailed(*failure);
-    else
+    m_lastTried = path;
+    const auto failure = catchFailure([this, &path] { resend(path); });
+    if (!failure) {
         m_resent.insert(path);
+        return;
+    }
+    onResendFailed(path, *failure);
+    if (failure->isTemporary()) // else the file is no record, which tells nothing of the others
+        ++m_failures;
 }
 
 void RecordQueue::endResend(const QString &path, const RecordOutcome &outcome)
 {
-    if (outcome.failure)
-        onResendFailed(*outcome.failure);
     m_resent.remove(path);
     m_misses = outcome.hasResponse ? 0 : m_misses + 1;
+    m_failures = outcome.failure ? m_failures + 1 : 0;
+    if (outcome.failure)
+        onResendFailed(path, *outcome.failure);
+    else
+        m_backOff.forget(path);
     if (m_misses == maxMisses)
         qInfo() << "The service does not answer, the rest of the queue waits.";
+    else if (m_failures == maxFailures)
+        qInfo() << "The service accepts nothing, the rest of the queue waits.";
     proceed();
 }
 
 /** Tells nobody, since nobody waits: the record stays for a later pass. */
-void RecordQueue::onResendFailed(const Failure &failure)
+void RecordQueue::onResendFailed(const QString &path, const Failure &failure)
 {
     logResendFailure(failure);
-    Q_EMIT retryWanted(resendRetry);
+    m_backOff.postpone(path);
+    processIn(resendRetry);
+}
+
+void RecordQueue::endPass()
+{
+    if (m_pass->isOver())
+        m_backOff.forgetDue();
+    m_pass.reset();
+    if (const auto wait = m_backOff.untilNextDue())
+        processIn(std::max<std::chrono::milliseconds>(*wait, resendRetry));
+    Q_EMIT passFinished();
 }
 
 bool RecordQueue::complete(const QString &path, SpoolRemover::Sync sync)

@@ -4,23 +4,25 @@
 #pragma once
 
 #include "base/failure.h"
+#include "spool/recordbackoff.h"
 #include "spool/spool.h"
 #include "spool/spoolremover.h"
+#include "spool/spoolround.h"
 
-#include <QDirIterator>
 #include <QObject>
 #include <QSet>
+#include <QTimer>
 
 #include <chrono>
-#include <memory>
+#include <optional>
 
 /**
  * Base of the attendance and the presence queue: owns a spool, sends its records again in passes,
  * and stops for good when a sent record cannot be removed. A record is *fresh* while a person waits
  * for it, and *outstanding* while a request for it is in flight; a pass sends no fresh record.
  *
- * A pass reads the file names one by one, so that memory does not grow with the spool, and returns
- * to the event loop after each record.
+ * A pass starts where the last one ended, and ends early when the service fails. It returns to the
+ * event loop after each record.
  *
  * Lives in the attendance worker's thread.
  */
@@ -29,22 +31,20 @@ class RecordQueue : public QObject
     Q_OBJECT
 
 public:
-    /** True while a request for a fresh record is in flight; the pass must then be paused. */
+    /** True while a request for a fresh record is in flight; a pass then sends nothing. */
     [[nodiscard]] virtual bool hasFresh() const = 0;
     /** True while any request is in flight or a pass is running. */
     [[nodiscard]] bool hasOutstanding() const;
-    /** Pauses or resumes the running pass and all later ones. */
-    void setPaused(bool paused);
-    /** Sends the records of the spool; passFinished() follows. Not while a pass runs. */
-    void startPass();
+    /** Starts a pass, and passFinished() follows; with requests in flight, tries again later. */
+    void process();
+    /** Calls process() after @p delay, or earlier if that is already planned. */
+    void processIn(std::chrono::milliseconds delay);
     /** Ends all sending for good. */
     virtual void stop();
 
 Q_SIGNALS:
     /** hasFresh() may have changed. */
     void freshChanged();
-    /** Asks for another pass after @p delay. */
-    void retryWanted(std::chrono::milliseconds delay);
     void passFinished();
     /** A sent record cannot be removed, so stop() is due; a notice tells the person. */
     void fatalStop();
@@ -75,14 +75,18 @@ private:
     void proceed();
     void sendNext();
     void tryResend(const QString &path);
-    void onResendFailed(const Failure &failure);
+    void onResendFailed(const QString &path, const Failure &failure);
+    void endPass();
 
     Spool m_spool;
     SpoolRemover m_remover;
-    std::unique_ptr<QDirIterator> m_pass; ///< the files that the running pass has left
+    RecordBackOff m_backOff;
+    QTimer m_timer; ///< until the next process()
+    std::optional<SpoolRound> m_pass;
+    QString m_lastTried; ///< file; the next pass starts after it
     QSet<QString> m_resent; ///< files in flight
     int m_misses = 0; ///< records of the pass in a row without a response
+    int m_failures = 0; ///< records of the pass in a row that failed
     bool m_isScheduled = false; ///< sendNext()
-    bool m_isPaused = false;
     bool m_isStopped = false;
 };

@@ -3,6 +3,8 @@
 
 #include "app/attendancethread.h"
 #include "attendance/attendancerequest.h"
+#include "net/accesstoken.h"
+#include "presence/tallyxlogentity.h"
 #include "reader/attendanceworker.h"
 #include "simulator/virtualreader.h"
 #include "support/brokendisk.h"
@@ -63,6 +65,7 @@ private Q_SLOTS:
     {
         columns<Fault, QString>("fault", "reason");
         row("server error", Fault::ServerError, "Network error: 401 ");
+        row("redirect", Fault::Redirect, "Network error: 299 unexpected HTTP status 302");
         row("never answered", Fault::Hang, "Network error: 5 Operation canceled");
         row("captive portal", Fault::CaptivePortal, "Invalid server response (1).");
     }
@@ -132,6 +135,19 @@ private Q_SLOTS:
         QCOMPARE(attendanceSpool().count(), waiting);
         // Three misses and those in flight by then, each posted twice by Qt.
         QVERIFY(services().requestCount(Route::Attendance) <= 12);
+    }
+
+    void sendsPresenceRecordsWithTheFirstToken()
+    {
+        TallyxLogEntity(0x0A1B2C3D, TallyxLogEntity::IN).save();
+        log().allow("Network error"_s); // the token is none
+        accesstoken::publish({});
+        const auto running = run();
+        accesstoken::publish("first"_s);
+        LBAPI::instance()->setAccessToken("first"_s);
+        QTRY_COMPARE(services().requestCount(Route::PresenceBooking), 1);
+        accesstoken::publish({});
+        LBAPI::instance()->setAccessToken({});
     }
 
     void leavesNoNoticeBehind()

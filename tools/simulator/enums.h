@@ -34,6 +34,7 @@ enum class Fault {
     Truncated, ///< half a document, sent as if it were complete
     BrokenJson, ///< incomplete JSON
     EmptyList, ///< 200 with []
+    ErrorObject, ///< 200 with an object that names an error
     WrongRoot, ///< well-formed, but another kind of document
     InvalidValue, ///< a document with an invalid value
     Huge, ///< about 50 MB of valid document

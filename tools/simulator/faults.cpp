@@ -52,6 +52,7 @@ namespace {
 bool letsRequestsThrough(Fault fault)
 {
     switch (fault) {
+    case Fault::ErrorObject:
     case Fault::CaptivePortal:
     case Fault::Redirect:
     case Fault::RedirectAway:
@@ -86,6 +87,8 @@ Response spoiled(Response response, Fault fault, RouteHandler &handler,
     case Fault::EmptyList:
         response.body = "[]";
         break;
+    case Fault::ErrorObject:
+        return jsonResponse(200, { { QStringLiteral("error"), QStringLiteral("not now") } });
     case Fault::WrongRoot:
     case Fault::InvalidValue:
     case Fault::Huge:

@@ -1,0 +1,48 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "spool/recordbackoff.h"
+
+#include <algorithm>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr std::chrono::seconds firstWait = 60s;
+constexpr std::chrono::seconds longestWait = 6h;
+
+} // namespace
+
+bool RecordBackOff::isDue(const QString &path) const
+{
+    const auto wait = m_waits.constFind(path);
+    return wait == m_waits.constEnd() || wait->end.hasExpired();
+}
+
+void RecordBackOff::postpone(const QString &path)
+{
+    Wait &wait = m_waits[path];
+    wait.length = std::clamp(wait.length * 2, firstWait, longestWait);
+    wait.end = QDeadlineTimer(wait.length);
+}
+
+void RecordBackOff::forget(const QString &path)
+{
+    m_waits.remove(path);
+}
+
+void RecordBackOff::forgetDue()
+{
+    for (auto wait = m_waits.begin(); wait != m_waits.end();)
+        wait = wait->end.hasExpired() ? m_waits.erase(wait) : std::next(wait);
+}
+
+std::optional<std::chrono::milliseconds> RecordBackOff::untilNextDue() const
+{
+    if (m_waits.isEmpty())
+        return {};
+    const auto next = std::min_element(m_waits.begin(), m_waits.end(),
+                                       [](const Wait &a, const Wait &b) { return a.end < b.end; });
+    return std::chrono::milliseconds(next->end.remainingTime());
+}

@@ -1,0 +1,139 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "spool/recordqueue.h"
+#include "support/testcase.h"
+
+#include <QTemporaryDir>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+/** Sends nothing: the test ends each record. */
+class FakeQueue : public RecordQueue
+{
+public:
+    explicit FakeQueue(const Spool &spool)
+        : RecordQueue(spool)
+    {
+    }
+
+    [[nodiscard]] bool hasFresh() const override { return isBusy; }
+    using RecordQueue::endResend;
+
+    bool isBusy = false;
+    QStringList sent;
+
+protected:
+    [[nodiscard]] bool isFresh(const QString &) const override { return false; }
+    void resend(const QString &path) override { sent.append(path); }
+    void logResendFailure(const Failure &) const override { }
+    [[nodiscard]] QString logRemovalFailure(const QString &reason) const override { return reason; }
+};
+
+} // namespace
+
+class TestRecordQueue : public TestCase
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        TestCase::init();
+        m_folder.emplace();
+        settings::set("spoolDir"_s, m_folder->path());
+        for (int i = 0; i < 20; ++i)
+            (void)m_spool.create("record");
+    }
+
+    void endsAPassThatGetsNowhere_data()
+    {
+        columns<bool, int>("isAnswered", "tries");
+        row("no answer", false, 3);
+        row("refused", true, 5);
+    }
+
+    void endsAPassThatGetsNowhere()
+    {
+        log().allow("the rest of the queue waits."_s);
+        const int inFlight = 3; // beside the last one
+        const int tries = at<int>("tries") + inFlight;
+        FakeQueue queue(m_spool);
+        const RecordOutcome failed { Failure::temporary({}), at<bool>("isAnswered") };
+        runPass(queue, failed, tries);
+        QVERIFY(isDueIn(queue, 300s));
+        queue.processIn(600s);
+        QVERIFY(isDueIn(queue, 300s));
+        queue.processIn(60s);
+        QVERIFY(isDueIn(queue, 60s));
+
+        // The next pass tries the others first.
+        runPass(queue, failed, 2 * tries);
+        QCOMPARE(queue.sent.removeDuplicates(), 0);
+        runPass(queue, { {}, true }, 20);
+        QCOMPARE(queue.sent.removeDuplicates(), 0);
+    }
+
+    void sendsNothingWhileAPersonWaits()
+    {
+        FakeQueue queue(m_spool);
+        queue.process();
+        QTRY_COMPARE(queue.sent.size(), 4);
+        queue.isBusy = true;
+        queue.endResend(queue.sent.takeFirst(), { {}, true });
+        QCoreApplication::processEvents();
+        QCOMPARE(queue.sent.size(), 3);
+        queue.process(); // deferred
+        QVERIFY(isDueIn(queue, 10s));
+        queue.isBusy = false;
+        Q_EMIT queue.freshChanged();
+        QTRY_COMPARE(queue.sent.size(), 4);
+    }
+
+    void backsOff()
+    {
+        RecordBackOff backOff;
+        for (const auto wait :
+             { 60s, 120s, 240s, 480s, 960s, 1920s, 3840s, 7680s, 15360s, 21600s }) {
+            backOff.postpone("a"_s);
+            QVERIFY(!backOff.isDue("a"_s));
+            QCOMPARE(std::chrono::round<std::chrono::seconds>(*backOff.untilNextDue()), wait);
+        }
+        backOff.postpone("b"_s);
+        backOff.forgetDue();
+        QVERIFY(*backOff.untilNextDue() <= 60s);
+        backOff.forget("b"_s);
+        QVERIFY(*backOff.untilNextDue() > 60s);
+    }
+
+private:
+    /** Ends each record of a pass with @p outcome, until @p tries records were sent in all. */
+    static void runPass(FakeQueue &queue, const RecordOutcome &outcome, int tries)
+    {
+        QSignalSpy finished(&queue, &RecordQueue::passFinished);
+        int ended = queue.sent.size();
+        queue.process();
+        while (ended < tries) {
+            QTRY_VERIFY(queue.sent.size() > ended);
+            queue.endResend(queue.sent.at(ended++), outcome);
+            QCoreApplication::processEvents();
+        }
+        QTRY_COMPARE(finished.count(), 1);
+        QCOMPARE(queue.sent.size(), tries);
+    }
+
+    static bool isDueIn(const FakeQueue &queue, std::chrono::seconds delay)
+    {
+        const auto *timer = queue.findChild<QTimer *>(QString(), Qt::FindDirectChildrenOnly);
+        return timer->isActive() && timer->intervalAsDuration() == delay;
+    }
+
+    std::optional<QTemporaryDir> m_folder;
+    Spool m_spool { { "LB_TEST_SPOOL_DIR", "spoolDir"_s, "spool/test"_s } };
+};
+
+static RegisterTest<TestRecordQueue> registerRecordQueue;
+
+#include "tst_recordqueue.moc"
