@@ -121,22 +121,6 @@ private Q_SLOTS:
         QCOMPARE(notices().length(), 1);
     }
 
-    void endsAPassWhenNobodyAnswers()
-    {
-        constexpr int waiting = 20;
-        spoolRecords(waiting);
-        log().expect("The service does not answer, the rest of the queue waits."_s);
-        log().expect("Error logging attendance: true \"Network error"_s);
-        log().allow("Network error"_s);
-        services().setFault(Route::Attendance, Fault::Refuse);
-        const auto running = run();
-        running->post("processQueue");
-        QTRY_VERIFY(log().lines().join(QLatin1Char(' ')).contains("the rest of the queue waits"_s));
-        QCOMPARE(attendanceSpool().count(), waiting);
-        // Three misses and those in flight by then, each posted twice by Qt.
-        QVERIFY(services().requestCount(Route::Attendance) <= 12);
-    }
-
     void sendsPresenceRecordsWithTheFirstToken()
     {
         TallyxLogEntity(0x0A1B2C3D, TallyxLogEntity::IN).save();
