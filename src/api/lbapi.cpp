@@ -74,6 +74,7 @@ void LBAPI::setInactivityTimer(QTimer *timer)
 
 void LBAPI::emitReset()
 {
+    m_notifications.endOldest();
     Q_EMIT reset();
 }
 

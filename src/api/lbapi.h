@@ -71,6 +71,7 @@ Q_SIGNALS:
     void scheduleAsOfChanged();
 
 public Q_SLOTS:
+    /** Emits reset() and ends the oldest of too many lasting notifications. */
     void emitReset();
     /** Starts the download of a new schedule, which replaces the current one once it is read. */
     void refreshEventData();

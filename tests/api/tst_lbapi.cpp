@@ -189,6 +189,20 @@ private Q_SLOTS:
         QVERIFY2(timer.elapsed() > 900, "the notice was still fading out");
     }
 
+    void endsTheOldestLastingNoticesWithAReset()
+    {
+        QString ended;
+        for (const QChar key : "olcb12345"_s) {
+            const int type = key == QLatin1Char('l') ? Notification::LOADING : Notification::ERR;
+            const uint timeout = key == QLatin1Char('c') ? 60000 : 0;
+            auto *n = new Notification(type, key, {}, timeout, false, key != QLatin1Char('b'));
+            connect(n, &Notification::removed, this, [&ended, key] { ended += key; });
+            LBAPI::instance()->addNotification(n);
+        }
+        LBAPI::instance()->emitReset();
+        QCOMPARE(ended, "o"_s);
+    }
+
     void outlivesTheQmlEngine()
     {
         services();

@@ -239,7 +239,7 @@ private Q_SLOTS:
         services().clearFaults();
         QTRY_COMPARE(shownNotice(), "3 FATAL ERROR"_s);
         QVERIFY(notice()->message().contains(path));
-        QVERIFY(notice()->timeout() == 0 && notice()->isClosable());
+        QVERIFY(notice()->timeout() == 0 && notice()->isClosable() && !notice()->isLasting());
         stopAttendanceThread(); // waits
         log().expect("Logging has been stopped"_s);
         QVERIFY(!startAttendanceThread());
