@@ -203,6 +203,19 @@ private Q_SLOTS:
         QCOMPARE(ended, "o"_s);
     }
 
+    void warnsWherePeopleHoldUpCards()
+    {
+        LBAPI *api = LBAPI::instance();
+        api->cardReadiness()->onReaderStateChanged(false);
+        settings::set("attendanceEnabled"_s, false);
+        QVERIFY(!api->cardWarning().isEmpty());
+        settings::set("tallyxMode"_s, 0);
+        QVERIFY(api->cardWarning().isEmpty());
+        const QSignalSpy changes(api, &LBAPI::cardWarningChanged);
+        api->setScanTransponder(true);
+        QVERIFY(!api->cardWarning().isEmpty() && changes.count() == 1);
+    }
+
     void outlivesTheQmlEngine()
     {
         services();
