@@ -77,6 +77,19 @@ Neuer Versuch in %3 s.</translation>
     </message>
 </context>
 <context>
+    <name>CardReadiness</name>
+    <message>
+        <source>No card reader connected: cards are not read.</source>
+        <extracomment>Small line at the bottom of the screen</extracomment>
+        <translation>Kein Lesegerät verbunden: Transponder werden nicht gelesen.</translation>
+    </message>
+    <message>
+        <source>Cards are no longer logged. Please call on a staff member in charge.</source>
+        <extracomment>Small line at the bottom of the screen, after a fatal error</extracomment>
+        <translation>Transponder werden nicht mehr erfasst. Bitte wenden Sie sich an eine zuständige Person.</translation>
+    </message>
+</context>
+<context>
     <name>Config</name>
     <message>
         <source>Unknown location</source>

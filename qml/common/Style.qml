@@ -49,6 +49,7 @@ QtObject {
     readonly property color cText: "white"
     readonly property color cHighlight1: "#93b1bb"
     readonly property color cEdBg: "#222"
+    readonly property color cWarningBg: "#8a3324"
 
     readonly property var fLH1: new S.FontStyle(3, S.RelSize, Font.Bold)
     readonly property var fLH2: new S.FontStyle(2.4, S.RelSize, Font.Bold)
@@ -60,6 +61,8 @@ QtObject {
     readonly property var fDefault: new S.FontStyle(1, S.RelSize)
 
     readonly property var errorText: new S.TextStyle(cText, new S.FontStyle(2, S.RelSize))
+
+    readonly property var cardWarning: new S.TextStyle(cText, fH3)
 
     readonly property var dvLocationName: new S.TextStyle(cText, new S.FontStyle(5, S.RelSize, Font.Black, { "family": "Maven Pro" }))
     readonly property var dvTime: new S.TextStyle(cText, new S.FontStyle(14, S.RelSize, Font.Bold, { "family": "MavenPro" }))

@@ -43,6 +43,7 @@ Drawer {
         ScrollBar.horizontal.policy: ScrollBar.AlwaysOff
 
         ListView {
+            clip: true // a line may be shown below the panel
             model: LBAPI.notifications
             spacing: 6
             // The next person must see the new notice, wherever the last one has scrolled to.

@@ -66,7 +66,7 @@ Page {
             right: parent.right
             top: parent.top
         }
-        height: keyboard.item ? keyboard.item.y : parent.height
+        height: keyboard.item ? Math.min(keyboard.item.y, cardWarning.y) : cardWarning.y
         initialItem: Qt.resolvedUrl(root.config.initialItem)
         onCurrentItemChanged: if (currentItem)
             currentItem.forceActiveFocus()
@@ -134,6 +134,27 @@ Page {
             load()
         Component.onCompleted: if (wanted)
             load()
+    }
+
+    // The notices must not cover the line below.
+    Binding {
+        target: notifications.item
+        property: "height"
+        value: cardWarning.y
+        when: notifications.item !== null
+    }
+
+    Loader {
+        id: cardWarning
+
+        anchors {
+            left: parent.left
+            right: parent.right
+            bottom: parent.bottom
+        }
+        height: item ? item.implicitHeight : 0
+        active: LBAPI.cardWarning !== ""
+        source: "../components/CardWarning.qml"
     }
 
     Loader {

@@ -24,6 +24,7 @@ LBAPI::LBAPI(QObject *parent)
     , m_notifications(this)
     , m_boundaryTimer(this)
     , m_scheduleAge(this)
+    , m_cardReadiness(this)
 {
     const QPointer<LBAPI> self(this);
     Config::setLocationLookup(
@@ -33,6 +34,9 @@ LBAPI::LBAPI(QObject *parent)
     connect(config(), &Config::configChanged, this,
             [this] { m_boundaryTimer.watch(config()->plenarLocation()); });
     connect(&m_scheduleAge, &ScheduleAge::asOfChanged, this, &LBAPI::scheduleAsOfChanged);
+    connect(&m_cardReadiness, &CardReadiness::warningChanged, this, &LBAPI::cardWarningChanged);
+    connect(config(), &Config::configChanged, this, &LBAPI::cardWarningChanged);
+    connect(this, &LBAPI::scanTransponderChanged, this, &LBAPI::cardWarningChanged);
 }
 
 LBAPI *LBAPI::instance()
@@ -62,6 +66,14 @@ void LBAPI::setScanTransponder(bool scan)
     Q_EMIT scanTransponderChanged(scan);
 }
 
+QString LBAPI::cardWarning() const
+{
+    // A screen that never had a reader must not complain.
+    const bool expectsCards = config()->attendanceEnabled()
+        || config()->tallyxMode() != Config::TallyxDisabled || m_scanTransponder;
+    return expectsCards ? m_cardReadiness.warning() : QString();
+}
+
 int LBAPI::inactivityTimerRemaining() const
 {
     return m_inactivityTimer ? m_inactivityTimer->remainingTime() : -1;
@@ -74,6 +86,7 @@ void LBAPI::setInactivityTimer(QTimer *timer)
 
 void LBAPI::emitReset()
 {
+    m_notifications.endOldest();
     Q_EMIT reset();
 }
 

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "api/cardreadiness.h"
 #include "config/config.h"
 #include "notifications/notification.h"
 #include "notifications/notificationboard.h"
@@ -35,6 +36,7 @@ class LBAPI : public QObject, public NotificationBoard
                    scanTransponderChanged)
     Q_PROPERTY(QString accessToken READ accessToken NOTIFY accessTokenChanged)
     Q_PROPERTY(QString scheduleAsOf READ scheduleAsOf NOTIFY scheduleAsOfChanged)
+    Q_PROPERTY(QString cardWarning READ cardWarning NOTIFY cardWarningChanged)
 
 public:
     explicit LBAPI(QObject *parent = nullptr);
@@ -55,6 +57,10 @@ public:
     [[nodiscard]] QString accessToken() const { return m_accessToken; }
     /** "As of …" while the shown schedule is out of date, else empty. */
     [[nodiscard]] QString scheduleAsOf() const { return m_scheduleAge.asOf(); }
+    /** Why cards are not read, if the settings or a view make people hold up cards; else empty. */
+    [[nodiscard]] QString cardWarning() const;
+    /** Hears of the reader and of the end of logging. */
+    [[nodiscard]] CardReadiness *cardReadiness() { return &m_cardReadiness; }
 
     /** Milliseconds until the start view returns; -1 if no timer is set or it is not running. */
     Q_INVOKABLE int inactivityTimerRemaining() const;
@@ -69,8 +75,10 @@ Q_SIGNALS:
     void transponderScanned(QString tid);
     void accessTokenChanged(QString token);
     void scheduleAsOfChanged();
+    void cardWarningChanged();
 
 public Q_SLOTS:
+    /** Emits reset() and ends the oldest of too many lasting notifications. */
     void emitReset();
     /** Starts the download of a new schedule, which replaces the current one once it is read. */
     void refreshEventData();
@@ -98,4 +106,5 @@ private:
     QPointer<QTimer> m_inactivityTimer;
     EventBoundaryTimer m_boundaryTimer;
     ScheduleAge m_scheduleAge;
+    CardReadiness m_cardReadiness;
 };

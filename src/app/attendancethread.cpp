@@ -3,7 +3,9 @@
 
 #include "app/attendancethread.h"
 
+#include "api/lbapi.h"
 #include "app/workerthread.h"
+#include "base/connections.h"
 #include "reader/attendanceworker.h"
 
 #include <QDebug>
@@ -23,6 +25,20 @@ QThread &attendanceThread()
     return thread;
 }
 
+/** What the worker tells of the reader and of the end of logging. */
+void wireReadiness(const AttendanceWorker *worker)
+{
+    CardReadiness *readiness = LBAPI::instance()->cardReadiness();
+    QObject::connect(
+        worker, &AttendanceWorker::loggingStopped, worker, [] { s_isLoggingStopped = true; },
+        Qt::DirectConnection);
+    connectChecked(worker, SIGNAL(loggingStopped()), readiness, SLOT(onLoggingStopped()));
+    connectChecked(worker,
+                   SIGNAL(readerStateChanged(bool)), readiness, SLOT(onReaderStateChanged(bool)));
+    // Posted, like the signals: the last worker's come before it.
+    QMetaObject::invokeMethod(readiness, &CardReadiness::onSearchStarted, Qt::QueuedConnection);
+}
+
 } // namespace
 
 bool startAttendanceThread()
@@ -38,9 +54,7 @@ bool startAttendanceThread()
     }
     qDebug() << "Starting attendance worker thread..." << QThread::currentThread();
     auto *worker = new AttendanceWorker;
-    QObject::connect(
-        worker, &AttendanceWorker::loggingStopped, worker, [] { s_isLoggingStopped = true; },
-        Qt::DirectConnection);
+    wireReadiness(worker);
     startWorkerThread(thread, worker);
     return true;
 }

@@ -5,7 +5,7 @@
 
 #include <QtGlobal>
 
-/** Limits for the notices about cards, shared by attendance and presence. */
+/** Limits for notices; those about cards hold for attendance and presence. */
 namespace noticelimits {
 
 /** Time-out in ms of a notice about a temporary failure. */
@@ -14,5 +14,8 @@ inline constexpr uint temporaryMs = 20 * 1000;
 inline constexpr uint staffMs = 60 * 1000;
 /** Maximum number of cards in progress; only a defective reader sends more. */
 inline constexpr int maxCards = 50;
+
+/** Maximum number of notices that last until somebody closes them. */
+inline constexpr int maxLasting = 5;
 
 } // namespace noticelimits

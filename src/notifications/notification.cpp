@@ -47,6 +47,12 @@ void Notification::setDefaultAction(Action action)
     Q_EMIT defaultActionChanged();
 }
 
+bool Notification::isLasting() const
+{
+    const bool isInProgress = m_type == LOADING || !m_closable;
+    return m_timeout == 0 && !isInProgress && !m_isPermanent;
+}
+
 /** Read-only for QML: C++ adds buttons and announces them. */
 QQmlListProperty<NotificationButton> Notification::buttonsProperty()
 {

@@ -73,6 +73,11 @@ public:
     [[nodiscard]] QQmlListProperty<NotificationButton> buttonsProperty();
     [[nodiscard]] const QList<NotificationButton *> &buttons() const { return m_buttons; }
 
+    /** True if only a person closes it, nothing is in progress and it is not permanent. */
+    [[nodiscard]] bool isLasting() const;
+    /** Keeps it from being ended to make room. Call before it is shown. */
+    void setPermanent() { m_isPermanent = true; }
+
     /** Appends @p button, which is deleted with this notification if it has no parent. */
     void addButton(NotificationButton *button);
     /** Removes all buttons and deletes those without a parent. */
@@ -140,6 +145,7 @@ private:
     bool m_confirmable = true;
     bool m_cancelable = false;
     Action m_defaultAction = CLOSE;
+    bool m_isPermanent = false;
     QList<NotificationButton *> m_buttons;
     QPointer<QTimer> m_timer;
 };

@@ -29,6 +29,13 @@ void NotificationHandle::showError(const QString &title, const QString &message,
         Qt::QueuedConnection);
 }
 
+void NotificationHandle::showFatalError(const QString &title, const QString &message)
+{
+    auto *notification = new Notification(Notification::ERR, title, message, 0, false, true);
+    notification->setPermanent();
+    NotificationBoard::instance().addNotification(notification);
+}
+
 void NotificationHandle::change(const Change &change) const
 {
     changeOrShow([] { return nullptr; }, change);

@@ -30,6 +30,9 @@ public:
      */
     static void showError(const QString &title, const QString &message, uint timeout);
 
+    /** Shows an error that stays until somebody closes it, whatever else is shown. */
+    static void showFatalError(const QString &title, const QString &message);
+
     /** Calls @p change in the GUI thread, unless the notification is gone by then. */
     void change(const Change &change) const;
 

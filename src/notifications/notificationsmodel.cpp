@@ -3,6 +3,7 @@
 
 #include "notifications/notificationsmodel.h"
 
+#include "notifications/noticelimits.h"
 #include "notifications/notification.h"
 
 NotificationsModel::NotificationsModel(QObject *parent)
@@ -46,4 +47,14 @@ bool NotificationsModel::removeFirst(Notification *notification)
     endRemoveRows();
     Q_EMIT lengthChanged();
     return true;
+}
+
+void NotificationsModel::endOldest()
+{
+    int lasting = 0;
+    const auto newestFirst = m_notifications; // the owner removes what closes
+    for (Notification *notification : newestFirst) {
+        if (notification->isLasting() && ++lasting > noticelimits::maxLasting)
+            notification->remove();
+    }
 }

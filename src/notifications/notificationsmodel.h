@@ -40,6 +40,9 @@ public:
     /** Removes the first row that holds @p notification; false if there is none. */
     bool removeFirst(Notification *notification);
 
+    /** Closes the oldest of the notifications that last, beyond noticelimits::maxLasting. */
+    void endOldest();
+
 Q_SIGNALS:
     void lengthChanged();
 

@@ -154,8 +154,7 @@ bool RecordQueue::complete(const QString &path, SpoolRemover::Sync sync)
     const auto failure = m_remover.remove(path, sync);
     if (!failure)
         return true;
-    const NotificationHandle notification(new Notification(
-        Notification::ERR, tr("FATAL ERROR"), logRemovalFailure(*failure), 0, false, true));
+    NotificationHandle::showFatalError(tr("FATAL ERROR"), logRemovalFailure(*failure));
     Q_EMIT fatalStop();
     return false;
 }

@@ -189,6 +189,33 @@ private Q_SLOTS:
         QVERIFY2(timer.elapsed() > 900, "the notice was still fading out");
     }
 
+    void endsTheOldestLastingNoticesWithAReset()
+    {
+        QString ended;
+        for (const QChar key : "olcb12345"_s) {
+            const int type = key == QLatin1Char('l') ? Notification::LOADING : Notification::ERR;
+            const uint timeout = key == QLatin1Char('c') ? 60000 : 0;
+            auto *n = new Notification(type, key, {}, timeout, false, key != QLatin1Char('b'));
+            connect(n, &Notification::removed, this, [&ended, key] { ended += key; });
+            LBAPI::instance()->addNotification(n);
+        }
+        LBAPI::instance()->emitReset();
+        QCOMPARE(ended, "o"_s);
+    }
+
+    void warnsWherePeopleHoldUpCards()
+    {
+        LBAPI *api = LBAPI::instance();
+        api->cardReadiness()->onReaderStateChanged(false);
+        settings::set("attendanceEnabled"_s, false);
+        QVERIFY(!api->cardWarning().isEmpty());
+        settings::set("tallyxMode"_s, 0);
+        QVERIFY(api->cardWarning().isEmpty());
+        const QSignalSpy changes(api, &LBAPI::cardWarningChanged);
+        api->setScanTransponder(true);
+        QVERIFY(!api->cardWarning().isEmpty() && changes.count() == 1);
+    }
+
     void outlivesTheQmlEngine()
     {
         services();

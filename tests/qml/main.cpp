@@ -111,6 +111,8 @@ public Q_SLOTS:
         set(QStringLiteral("plenarLocationId"), 1);
         m_simulator->setSchedule("<schedule/>");
         engine->rootContext()->setContextProperty(QStringLiteral("bench"), this);
+        engine->rootContext()->setContextProperty(QStringLiteral("cardReadiness"),
+                                                  LBAPI::instance()->cardReadiness());
         engine->setNetworkAccessManagerFactory(&m_network);
         connect(engine, &QQmlEngine::warnings, this, [this](const QList<QQmlError> &warnings) {
             for (const QQmlError &warning : warnings)

@@ -46,13 +46,14 @@ LumenboardCase {
 
     function test_notificationsLeaveTheRestUsable() {
         const below = createTemporaryQmlObject("import QtQuick 2.15; MouseArea { property int taps; anchors.fill: parent; onClicked: taps += 1 }", root);
-        const panel = make("components/Notifications.qml");
-        compare(panel.visible, false);
         const made = ["Erste", "Zweite"].map(notify);
+        const panel = find(view, item => item.wanted).item;
         tryCompare(panel, "opened", true);
         tryVerify(() => readable(panel.contentItem).join() === "Zweite,Erste");
         mouseClick(below, 50, 50);
         compare(below.taps, 1);
+        cardReadiness.onReaderStateChanged(false);
+        verify(withText(view, LBAPI.cardWarning) && stack.height < height - 20 && panel.height === stack.height);
         made.forEach(each => each.remove());
         tryCompare(panel, "visible", false);
     }

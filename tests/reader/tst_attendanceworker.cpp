@@ -231,7 +231,11 @@ private Q_SLOTS:
         services().setFault(Route::Attendance, Fault::Hang);
         QVERIFY(startAttendanceThread());
         const auto stop = qScopeGuard(stopAttendanceThread);
-        QTRY_VERIFY(!log().lines().filter("Waiting for cards."_s).isEmpty());
+        auto *limit = LBAPI::instance()->cardReadiness()->findChild<QTimer *>();
+        QTRY_VERIFY(limit->isActive());
+        QMetaObject::invokeMethod(limit, "timeout");
+        QVERIFY(LBAPI::instance()->cardWarning().startsWith("No card reader"_s));
+        QTRY_COMPARE(LBAPI::instance()->cardWarning(), ""_s);
         m_reader.tap("0A1B2C3D");
         QTRY_COMPARE(services().requestCount(Route::Attendance), 1);
         const QString path = blockRemoval(attendanceSpool().folder());
@@ -239,7 +243,8 @@ private Q_SLOTS:
         services().clearFaults();
         QTRY_COMPARE(shownNotice(), "3 FATAL ERROR"_s);
         QVERIFY(notice()->message().contains(path));
-        QVERIFY(notice()->timeout() == 0 && notice()->isClosable());
+        QVERIFY(notice()->timeout() == 0 && notice()->isClosable() && !notice()->isLasting());
+        QTRY_VERIFY(LBAPI::instance()->cardWarning().startsWith("Cards are no longer"_s));
         stopAttendanceThread(); // waits
         log().expect("Logging has been stopped"_s);
         QVERIFY(!startAttendanceThread());

@@ -1,0 +1,28 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import QtQuick 2.15
+import Lumenboard 1.0
+
+import "../common"
+import "../elements"
+
+/** A line that tells why cards are not read. Nobody can close it. */
+Rectangle {
+    id: root
+
+    implicitHeight: label.implicitHeight
+    color: Style.cWarningBg
+
+    CenteredText {
+        id: label
+
+        anchors.centerIn: parent
+        bottomPadding: 4
+        leftPadding: 8
+        rightPadding: 8
+        text: LBAPI.cardWarning
+        topPadding: 4
+        xstyle: Style.cardWarning
+    }
+}
