@@ -14,6 +14,7 @@ namespace http {
 namespace {
 
     const QByteArray acceptEncoding = QByteArrayLiteral("Accept-Encoding");
+    const QByteArray identity = QByteArrayLiteral("identity");
 
     void giveUp(QNetworkReply *reply, const char *reason)
     {
@@ -56,7 +57,7 @@ namespace {
 QNetworkRequest request(const QUrl &url)
 {
     QNetworkRequest request(url);
-    request.setRawHeader(acceptEncoding, QByteArrayLiteral("identity"));
+    request.setRawHeader(acceptEncoding, identity);
     return request;
 }
 
@@ -78,8 +79,8 @@ QNetworkReply *send(QNetworkRequest request, const RequestLimits &limits,
                     const Transport &transport)
 {
     request.setTransferTimeout(static_cast<int>(limits.transferTimeout.count()));
-    if (!request.hasRawHeader(acceptEncoding))
-        request.setRawHeader(acceptEncoding, QByteArrayLiteral("identity"));
+    if (request.rawHeader(acceptEncoding) != identity) // setting it again would move it to the end
+        request.setRawHeader(acceptEncoding, identity);
     QNetworkReply *reply = transport(request);
     limitTime(reply, limits.deadline);
     limitBody(reply, limits.maxBodyBytes);

@@ -3,6 +3,8 @@
 
 #include "spool/recordbackoff.h"
 
+#include <QFile>
+
 #include <algorithm>
 
 using namespace std::chrono_literals;
@@ -22,9 +24,7 @@ bool RecordBackOff::isDue(const QString &path) const
 
 void RecordBackOff::postpone(const QString &path)
 {
-    Wait &wait = m_waits[path];
-    wait.length = std::clamp(wait.length * 2, firstWait, longestWait);
-    wait.end = QDeadlineTimer(wait.length);
+    wait(path, std::clamp(m_waits.value(path).length * 2, firstWait, longestWait));
 }
 
 void RecordBackOff::forget(const QString &path)
@@ -32,10 +32,22 @@ void RecordBackOff::forget(const QString &path)
     m_waits.remove(path);
 }
 
-void RecordBackOff::forgetDue()
+void RecordBackOff::shelve(const QString &path)
 {
-    for (auto wait = m_waits.begin(); wait != m_waits.end();)
-        wait = wait->end.hasExpired() ? m_waits.erase(wait) : std::next(wait);
+    wait(path, longestWait);
+}
+
+void RecordBackOff::clear()
+{
+    m_waits.clear();
+}
+
+void RecordBackOff::forgetGone()
+{
+    for (auto wait = m_waits.begin(); wait != m_waits.end();) {
+        const bool isGone = wait->end.hasExpired() && !QFile::exists(wait.key());
+        wait = isGone ? m_waits.erase(wait) : std::next(wait);
+    }
 }
 
 std::optional<std::chrono::milliseconds> RecordBackOff::untilNextDue() const
@@ -45,4 +57,9 @@ std::optional<std::chrono::milliseconds> RecordBackOff::untilNextDue() const
     const auto next = std::min_element(m_waits.begin(), m_waits.end(),
                                        [](const Wait &a, const Wait &b) { return a.end < b.end; });
     return std::chrono::milliseconds(next->end.remainingTime());
+}
+
+void RecordBackOff::wait(const QString &path, std::chrono::seconds length)
+{
+    m_waits.insert(path, { length, QDeadlineTimer(length) });
 }

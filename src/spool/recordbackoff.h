@@ -23,8 +23,12 @@ public:
     void postpone(const QString &path);
     /** Call it when @p path has been accepted. */
     void forget(const QString &path);
-    /** Forgets the records that are due; after a whole pass their files are gone. */
-    void forgetDue();
+    /** Call it when @p path turned out to be no record: it gets the longest wait at once. */
+    void shelve(const QString &path);
+    /** Makes all records due. */
+    void clear();
+    /** Forgets files that were removed by somebody else. */
+    void forgetGone();
     /** Time until the next record is due; nothing if none waits. */
     [[nodiscard]] std::optional<std::chrono::milliseconds> untilNextDue() const;
 
@@ -34,6 +38,8 @@ private:
         std::chrono::seconds length;
         QDeadlineTimer end;
     };
+
+    void wait(const QString &path, std::chrono::seconds length);
 
     QHash<QString, Wait> m_waits; ///< by path
 };

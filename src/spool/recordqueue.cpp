@@ -16,6 +16,8 @@ namespace {
 
 constexpr auto deferral = 10s;
 constexpr auto resendRetry = 300s;
+constexpr auto longestPause = 1h; // between passes: a folder may have been mounted late
+constexpr auto longSilence = 1h;
 constexpr int maxInFlight = 4;
 constexpr int maxMisses = 3; // in a row, then the pass ends
 constexpr int maxFailures = 5; // likewise
@@ -48,15 +50,16 @@ void RecordQueue::process()
         processIn(deferral);
         return;
     }
-    m_timer.stop();
     if (!canSend() || !m_spool.canBeListed()) {
         processIn(resendRetry);
         Q_EMIT passFinished();
         return;
     }
+    m_timer.stop();
     m_pass.emplace(m_spool.folder(), m_lastTried);
     m_misses = 0;
     m_failures = 0;
+    m_hasGivenUp = false;
     proceed();
 }
 
@@ -83,8 +86,7 @@ void RecordQueue::proceed()
 void RecordQueue::sendNext()
 {
     m_isScheduled = false;
-    const bool hasGivenUp = m_misses >= maxMisses || m_failures >= maxFailures;
-    if (hasGivenUp || m_pass->isOver()) {
+    if (m_hasGivenUp || m_pass->isOver()) {
         if (m_resent.isEmpty())
             endPass();
         return;
@@ -109,8 +111,8 @@ void RecordQueue::tryResend(const QString &path)
         return;
     }
     onResendFailed(path, *failure);
-    if (failure->isTemporary()) // else the file is no record, which tells nothing of the others
-        ++m_failures;
+    if (!failure->isTemporary()) // the file is no record, which says nothing about the others
+        m_backOff.shelve(path);
 }
 
 void RecordQueue::endResend(const QString &path, const RecordOutcome &outcome)
@@ -122,10 +124,12 @@ void RecordQueue::endResend(const QString &path, const RecordOutcome &outcome)
         onResendFailed(path, *outcome.failure);
     else
         m_backOff.forget(path);
-    if (m_misses == maxMisses)
-        qInfo() << "The service does not answer, the rest of the queue waits.";
-    else if (m_failures == maxFailures)
-        qInfo() << "The service accepts nothing, the rest of the queue waits.";
+    if (!m_hasGivenUp && (m_misses == maxMisses || m_failures == maxFailures)) {
+        m_hasGivenUp = true;
+        qInfo() << (outcome.hasResponse ? "The service accepts nothing,"
+                                        : "The service does not answer,")
+                << "the rest of the queue waits.";
+    }
     proceed();
 }
 
@@ -139,11 +143,10 @@ void RecordQueue::onResendFailed(const QString &path, const Failure &failure)
 
 void RecordQueue::endPass()
 {
-    if (m_pass->isOver())
-        m_backOff.forgetDue();
     m_pass.reset();
-    if (const auto wait = m_backOff.untilNextDue())
-        processIn(std::max<std::chrono::milliseconds>(*wait, resendRetry));
+    m_backOff.forgetGone();
+    processIn(std::clamp<std::chrono::milliseconds>(m_backOff.untilNextDue().value_or(longestPause),
+                                                    resendRetry, longestPause));
     Q_EMIT passFinished();
 }
 
@@ -151,6 +154,12 @@ bool RecordQueue::complete(const QString &path, SpoolRemover::Sync sync)
 {
     if (path.isEmpty())
         return true; // the record never was on disk
+    // The service is back after an outage: the others must not sit out their waits.
+    if (m_lastCompletion.hasExpired(std::chrono::milliseconds(longSilence).count())) {
+        m_backOff.clear();
+        processIn(deferral);
+    }
+    m_lastCompletion.start();
     const auto failure = m_remover.remove(path, sync);
     if (!failure)
         return true;

@@ -9,6 +9,7 @@
 #include "spool/spoolremover.h"
 #include "spool/spoolround.h"
 
+#include <QElapsedTimer>
 #include <QObject>
 #include <QSet>
 #include <QTimer>
@@ -81,12 +82,14 @@ private:
     Spool m_spool;
     SpoolRemover m_remover;
     RecordBackOff m_backOff;
+    QElapsedTimer m_lastCompletion;
     QTimer m_timer; ///< until the next process()
     std::optional<SpoolRound> m_pass;
     QString m_lastTried; ///< file; the next pass starts after it
     QSet<QString> m_resent; ///< files in flight
     int m_misses = 0; ///< records of the pass in a row without a response
     int m_failures = 0; ///< records of the pass in a row that failed
+    bool m_hasGivenUp = false; ///< the running pass
     bool m_isScheduled = false; ///< sendNext()
     bool m_isStopped = false;
 };

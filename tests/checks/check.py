@@ -209,6 +209,16 @@ def requests():
                 yield f"{place}: {found[0]}...): a request goes through net/http.h, with its limits"
 
 
+@check
+def faults():
+    """Each test that the table of faults names must exist."""
+    tests = "".join((ROOT / path).read_text(encoding="utf-8")
+                    for path in files("tests", suffixes={".cpp", ".qml", ".py"}))
+    for name in re.findall(r"`(\w+)`", (ROOT / "docs/faults.md").read_text(encoding="utf-8")):
+        if not re.search(rf"(void|function|def) {name}\(", tests):
+            yield f"docs/faults.md: there is no test {name}"
+
+
 if __name__ == "__main__":
     complaints = [line for name in sys.argv[1:] or CHECKS for line in CHECKS[name]() if line]
     print(*complaints, sep="\n")

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: The Lumenboard developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+#include "base/exceptions.h"
 #include "spool/recordqueue.h"
 #include "support/testcase.h"
 
@@ -23,11 +24,17 @@ public:
     using RecordQueue::endResend;
 
     bool isBusy = false;
+    bool areForeign = false;
     QStringList sent;
 
 protected:
     [[nodiscard]] bool isFresh(const QString &) const override { return false; }
-    void resend(const QString &path) override { sent.append(path); }
+    void resend(const QString &path) override
+    {
+        sent.append(path);
+        if (areForeign)
+            throw AttendanceErrorException("no record"_s);
+    }
     void logResendFailure(const Failure &) const override { }
     [[nodiscard]] QString logRemovalFailure(const QString &reason) const override { return reason; }
 };
@@ -73,7 +80,21 @@ private Q_SLOTS:
         runPass(queue, failed, 2 * tries);
         QCOMPARE(queue.sent.removeDuplicates(), 0);
         runPass(queue, { {}, true }, 20);
+        QCOMPARE(queue.sent.size(), 20);
         QCOMPARE(queue.sent.removeDuplicates(), 0);
+        QVERIFY(isDueIn(queue, 300s));
+    }
+
+    void triesForeignFilesOnce()
+    {
+        FakeQueue queue(m_spool);
+        queue.areForeign = true;
+        runPass(queue, {}, 0);
+        QCOMPARE(queue.sent.size(), 20); // they do not end the pass
+        queue.areForeign = false;
+        const QString record = m_spool.create("record");
+        runPass(queue, { {}, true }, 21);
+        QCOMPARE(queue.sent.last(), record);
     }
 
     void sendsNothingWhileAPersonWaits()
@@ -102,7 +123,7 @@ private Q_SLOTS:
             QCOMPARE(std::chrono::round<std::chrono::seconds>(*backOff.untilNextDue()), wait);
         }
         backOff.postpone("b"_s);
-        backOff.forgetDue();
+        backOff.forgetGone();
         QVERIFY(*backOff.untilNextDue() <= 60s);
         backOff.forget("b"_s);
         QVERIFY(*backOff.untilNextDue() > 60s);
@@ -121,7 +142,6 @@ private:
             QCoreApplication::processEvents();
         }
         QTRY_COMPARE(finished.count(), 1);
-        QCOMPARE(queue.sent.size(), tries);
     }
 
     static bool isDueIn(const FakeQueue &queue, std::chrono::seconds delay)
