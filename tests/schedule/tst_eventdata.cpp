@@ -21,7 +21,7 @@ private Q_SLOTS:
         const QString canceled = fetching.arg(QNetworkReply::OperationCanceledError);
         row("none", Fault::None, "No error"_s);
         row("huge", Fault::Huge, "No error"_s);
-        row("entity bomb", Fault::EntityBomb, "Error reading event data: (3) "_s);
+        row("entity bomb", Fault::EntityBomb, "Error reading event data: (2) "_s);
         row("not found", Fault::NotFound, fetching.arg(QNetworkReply::ContentNotFoundError));
         row("oversize", Fault::Oversize, canceled);
         row("drip", Fault::Drip, canceled);
@@ -46,7 +46,11 @@ private Q_SLOTS:
         QSignalSpy finished(&data, &EventData::readEventDataFinished);
         const QSignalSpy changes(&data, &EventData::dataChanged);
         const QSignalSpy errors(&data, &EventData::errorChanged);
+        bool blocks = false;
+        connect(data.findChild<QNetworkAccessManager *>(), &QNetworkAccessManager::finished, this,
+                [&] { blocks = finished.count() > 0; });
         QVERIFY(finished.wait(60000));
+        QCOMPARE(blocks, fails && !message.startsWith("Error reading"_s));
         QTRY_VERIFY(!data.findChild<QNetworkAccessManager *>());
         QCOMPARE(finished.count(), 1);
         QCOMPARE(changes.count(), 1);
@@ -56,6 +60,28 @@ private Q_SLOTS:
         QCOMPARE(log().lines().filter(message).size(), fails ? 1 : 0);
         QVERIFY(fails || !data.objects().events.isEmpty());
         QCOMPARE(services().requestCount(Route::Schedule), 1);
+    }
+
+    void canBeDiscardedAtAnyTime_data()
+    {
+        columns<QString>("when");
+        for (const char *when : { "downloading", "reading", "adopting" })
+            row(when, when);
+    }
+
+    void canBeDiscardedAtAnyTime()
+    {
+        services().setFault(Route::Schedule, Fault::Huge);
+        const QPointer<EventData> data(new EventData);
+        const QSignalSpy finished(data, &EventData::readEventDataFinished);
+        if (at("when") == "adopting"_s)
+            QTRY_VERIFY(!data->objects().events.isEmpty());
+        else if (at("when") == "reading"_s)
+            QTRY_VERIFY(log().lines().contains("Reading event data..."_s));
+        data->discard();
+        QVERIFY(data && !data->findChild<QNetworkAccessManager *>());
+        QTRY_VERIFY(data.isNull());
+        QCOMPARE(finished.count(), 0);
     }
 
     void survivesANullReply()
