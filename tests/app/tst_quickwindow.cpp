@@ -43,6 +43,9 @@ private Q_SLOTS:
         const QSignalSpy resets(LBAPI::instance(), &LBAPI::reset);
         if (act == "F5"_s)
             press(*window, Qt::Key_F5);
+        const QPointer<EventData> loading = LBAPI::instance()->eventData();
+        if (act == "F5"_s)
+            press(*window, Qt::Key_F5, {}, true); // held down
         else if (act.contains(QLatin1Char(' ')))
             QMetaObject::invokeMethod(act.startsWith("refresh"_s) ? refresh : inactivity,
                                       "timeout");
@@ -53,6 +56,7 @@ private Q_SLOTS:
         QCOMPARE(window->rootObject() != nullptr, reloads);
         QVERIFY(refresh->isActive() && refresh->interval() > 9999);
         QVERIFY(!inactivity->isActive());
+        QVERIFY(act != "F5"_s || LBAPI::instance()->eventData() == loading);
         QVERIFY(!scansForNewViews && !LBAPI::instance()->scanTransponder());
         QTRY_COMPARE(services().requestCount(Route::Schedule), 1);
 
@@ -153,9 +157,10 @@ private:
         return window;
     }
 
-    static void press(QuickWindow &window, Qt::Key key, Qt::KeyboardModifiers modifiers = {})
+    static void press(QuickWindow &window, Qt::Key key, Qt::KeyboardModifiers modifiers = {},
+                      bool isRepeated = false)
     {
-        QKeyEvent event(QEvent::KeyPress, key, modifiers);
+        QKeyEvent event(QEvent::KeyPress, key, modifiers, {}, isRepeated);
         QCoreApplication::sendEvent(&window, &event);
     }
 };
