@@ -64,7 +64,7 @@ private:
     std::function<bool()> m_mustStop;
     // Most events share their times, and parsing a local time is the most expensive step. Each time
     // has one place: a document cannot make the search slow.
-    std::array<std::pair<QString, QDateTime>, 256> m_knownTimes;
+    std::array<std::pair<QString, QDateTime>, 1024> m_knownTimes;
     int m_elements = 0;
     int m_warnings = 0;
     QString m_shownError; ///< in the language of the interface; empty for errors of m_xml
