@@ -141,6 +141,14 @@ Neuer Versuch in %3 s.</translation>
         <source>the elements are nested too deep</source>
         <translation>die Elemente sind zu tief verschachtelt</translation>
     </message>
+    <message>
+        <source>a document type definition is not allowed</source>
+        <translation>eine Dokumenttypdefinition ist nicht erlaubt</translation>
+    </message>
+    <message>
+        <source>reading takes too long</source>
+        <translation>das Lesen dauert zu lange</translation>
+    </message>
 </context>
 <context>
     <name>EventDetail</name>

@@ -93,8 +93,15 @@ void LBAPI::emitReset()
 void LBAPI::refreshEventData()
 {
     auto *fresh = new EventData(this);
-    if (!m_eventData)
+    const bool hadSchedule = m_eventData;
+    const bool isFirst = !hadSchedule || m_eventData == m_loading;
+    if (m_loading)
+        m_loading->discard();
+    m_loading = fresh;
+    if (isFirst)
         m_eventData = fresh;
+    if (isFirst && hadSchedule)
+        Q_EMIT eventDataChanged(fresh);
     connectChecked(fresh,
                    SIGNAL(readEventDataFinished(EventData*)), this,
                           SLOT(newEventDataFinishedReading(EventData*)));
@@ -141,10 +148,12 @@ void LBAPI::setAccessToken(QString token)
 
 void LBAPI::newEventDataFinishedReading(EventData *ed)
 {
+    if (ed == m_loading)
+        m_loading.clear();
     if (ed->error()) {
         m_scheduleAge.onReadFailed();
         if (ed != m_eventData) {
-            ed->deleteLater();
+            ed->discard();
             return;
         }
     } else {
@@ -152,11 +161,8 @@ void LBAPI::newEventDataFinishedReading(EventData *ed)
     }
 
     if (ed != m_eventData) {
-        if (m_eventData) {
-            // It may still be loading, and must not become current again before it is deleted.
-            m_eventData->disconnect(this);
-            m_eventData->deleteLater();
-        }
+        if (m_eventData)
+            m_eventData->discard();
         m_eventData = ed;
         Q_EMIT eventDataChanged(ed);
     }

@@ -80,7 +80,10 @@ Q_SIGNALS:
 public Q_SLOTS:
     /** Emits reset() and ends the oldest of too many lasting notifications. */
     void emitReset();
-    /** Starts the download of a new schedule, which replaces the current one once it is read. */
+    /**
+     * Starts the download of a new schedule, which replaces the current one once it is read. Ends
+     * the download under way.
+     */
     void refreshEventData();
     /**
      * Shows @p n as the newest notification and takes ownership. Call it in the thread that created
@@ -100,6 +103,7 @@ private:
     EventLocation *findLocation(qint64 id);
 
     QPointer<EventData> m_eventData;
+    QPointer<EventData> m_loading; ///< the download under way; m_eventData if it is the first one
     NotificationsModel m_notifications;
     std::atomic<bool> m_scanTransponder = false; ///< also read in the attendance thread
     QString m_accessToken;

@@ -87,14 +87,22 @@ bool QuickWindow::event(QEvent *e)
 
 void QuickWindow::keyPressEvent(QKeyEvent *e)
 {
-    if (handleServiceKey(e))
-        e->accept();
-    else
+    const auto action = serviceAction(e);
+    if (!action) {
         QQuickView::keyPressEvent(e);
+        return;
+    }
+    e->accept();
+    // A key that is held down acts once: repeated refreshes would end each other's download.
+    if (!e->isAutoRepeat())
+        action();
 }
 
-/** The order matters: a platform key sequence may equal one of the fixed keys below it. */
-bool QuickWindow::handleServiceKey(const QKeyEvent *e)
+/**
+ * What the key does, or null if it is no service key. The order matters: a platform key sequence
+ * may equal one of the fixed keys below it.
+ */
+std::function<void()> QuickWindow::serviceAction(const QKeyEvent *e)
 {
     constexpr Qt::KeyboardModifiers everyModifier
         = Qt::ControlModifier | Qt::AltModifier | Qt::ShiftModifier;
@@ -103,25 +111,25 @@ bool QuickWindow::handleServiceKey(const QKeyEvent *e)
     };
 
     if (e->matches(QKeySequence::Refresh))
-        reload();
-    else if (isKey(Qt::Key_F5, Qt::ControlModifier))
-        rebuild();
+        return [this] { reload(); };
+    if (isKey(Qt::Key_F5, Qt::ControlModifier))
+        return [this] { rebuild(); };
     // Without a desktop environment the platform binds no key to full screen.
-    else if (e->matches(QKeySequence::FullScreen) || isKey(Qt::Key_F11, Qt::NoModifier))
-        toggleFullScreen();
-    else if (isKey(Qt::Key_F11, Qt::ShiftModifier))
-        showCentred();
-    else if (isKey(Qt::Key_F11, Qt::AltModifier))
-        showOnSecondScreen();
-    else if (isKey(Qt::Key_F12, Qt::ShiftModifier))
-        toggleMouseCursor();
-    else if (e->matches(QKeySequence::Quit))
-        close();
-    else if (isKey(Qt::Key_N, everyModifier))
-        LBAPI::instance()->addNotification(makeTestNotification());
-    else
-        return e->modifiers() == everyModifier;
-    return true;
+    if (e->matches(QKeySequence::FullScreen) || isKey(Qt::Key_F11, Qt::NoModifier))
+        return [this] { toggleFullScreen(); };
+    if (isKey(Qt::Key_F11, Qt::ShiftModifier))
+        return [this] { showCentred(); };
+    if (isKey(Qt::Key_F11, Qt::AltModifier))
+        return [this] { showOnSecondScreen(); };
+    if (isKey(Qt::Key_F12, Qt::ShiftModifier))
+        return [this] { toggleMouseCursor(); };
+    if (e->matches(QKeySequence::Quit))
+        return [this] { close(); };
+    if (isKey(Qt::Key_N, everyModifier))
+        return [] { LBAPI::instance()->addNotification(makeTestNotification()); };
+    if (e->modifiers() == everyModifier)
+        return [] {}; // not for the views
+    return {};
 }
 
 void QuickWindow::applyHideMouseCursor(bool hide)

@@ -7,6 +7,7 @@
 #include <QRect>
 #include <QTimer>
 
+#include <functional>
 #include <memory>
 
 /** State and geometry of a window that is about to be rebuilt. */
@@ -56,7 +57,7 @@ private Q_SLOTS:
     void setInactivityTimeout(int secs);
 
 private:
-    [[nodiscard]] bool handleServiceKey(const QKeyEvent *e);
+    [[nodiscard]] std::function<void()> serviceAction(const QKeyEvent *e);
     void startFresh();
     void rebuild();
     void toggleFullScreen();

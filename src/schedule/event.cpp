@@ -6,6 +6,7 @@
 #include "schedule/eventaudience.h"
 #include "schedule/eventdata.h"
 #include "schedule/eventlocation.h"
+#include "schedule/scheduleindex.h"
 
 #include <QLocale>
 
@@ -14,11 +15,19 @@
 
 namespace {
 
-/** The names as one text of bounded length. */
+/** The names as one text of bounded length, however many there are. */
 QString joined(const QStringList &names)
 {
     constexpr int maxLength = 10000;
-    return names.join(QLatin1String(", ")).left(maxLength);
+    QString all;
+    for (const QString &name : names) {
+        if (!all.isEmpty())
+            all += QLatin1String(", ");
+        all += name;
+        if (all.size() >= maxLength)
+            break;
+    }
+    return all.left(maxLength);
 }
 
 } // namespace
@@ -56,6 +65,12 @@ QString Event::speakers() const
     return joined(m_fields.speakers);
 }
 
+void Event::linkAudiences(const ScheduleIndex &index)
+{
+    for (EventEAudience *link : qAsConst(m_audiences))
+        link->setAudience(index.audience(link->audienceId()));
+}
+
 bool Event::sortsBefore(const Event *a, const Event *b)
 {
     if (!a || !b)
@@ -73,8 +88,6 @@ void Event::updateRefs()
     Q_ASSERT(data);
     m_location = data->location(m_fields.locationId);
     Q_EMIT locationChanged();
-    for (EventEAudience *link : qAsConst(m_audiences))
-        link->setAudience(data->audience(link->audienceId()));
     Q_EMIT audiencesChanged();
 }
 

@@ -12,6 +12,7 @@
 #include <QStringList>
 
 class EventLocation;
+class ScheduleIndex;
 
 /** The values of an event in the document. Times are local unless the document has an offset. */
 struct EventFields
@@ -76,6 +77,9 @@ public:
     [[nodiscard]] QString mAudiencesStr() const { return audienceNames(true); }
     /** Names of the optional groups; an unknown group is "null". */
     [[nodiscard]] QString oAudiencesStr() const { return audienceNames(false); }
+
+    /** Links the audience groups; to be called before the event is shown. */
+    void linkAudiences(const ScheduleIndex &index);
 
     /** By start, then end, then title in code-unit order. */
     static bool sortsBefore(const Event *a, const Event *b);

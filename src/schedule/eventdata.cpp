@@ -4,31 +4,22 @@
 #include "schedule/eventdata.h"
 
 #include "base/connections.h"
+#include "base/slices.h"
 #include "config/config.h"
 #include "net/errortext.h"
 #include "net/http.h"
 #include "net/xnetworkaccessmanager.h"
-#include "schedule/scheduleexception.h"
 
 #include <QDebug>
+#include <QIODevice>
 #include <QNetworkReply>
 #include <QNetworkRequest>
+
+#include <utility>
 
 using namespace std::chrono_literals;
 
 namespace {
-
-/** Keeps the first of several objects with the same id. */
-template <typename T> QHash<qint64, T *> byId(const QList<T *> &objects)
-{
-    QHash<qint64, T *> index;
-    index.reserve(objects.size());
-    for (T *object : objects) {
-        if (!index.contains(object->id()))
-            index.insert(object->id(), object);
-    }
-    return index;
-}
 
 /** The reply's error text in the language of the interface. */
 QString shownError(const QNetworkReply &reply)
@@ -61,59 +52,88 @@ EventData::EventData(QObject *parent)
 EventData::EventData(const RequestLimits &limits, QObject *parent)
     : EventData(NoDownload {}, parent)
 {
-    auto *manager = new XNetworkAccessManager(this);
-    connectChecked(manager,
+    m_manager = new XNetworkAccessManager(this);
+    connectChecked(m_manager,
                    SIGNAL(finished(QNetworkReply*)), this, SLOT(readEventData(QNetworkReply*)));
     const Config *config = Config::instance();
     if (!config->isScheduleDateValid())
         qWarning() << "Setting" << keys::overrideDateDate << "is no date, showing today";
     const QUrl url = config->eventDataUrl(config->scheduleDate());
-    http::get(*manager, QNetworkRequest(url), limits);
+    http::get(*m_manager, QNetworkRequest(url), limits);
 }
 
 EventData::EventData(NoDownload, QObject *parent)
     : QObject(parent)
     , m_errorMessage(tr("No error"))
 {
-    // Connected before all other receivers, so that they find the objects linked.
-    connect(this, &EventData::readEventDataFinished, this, &EventData::linkObjects);
 }
 
-std::unique_ptr<EventData> EventData::fromDocument(QIODevice *document)
+EventData::~EventData()
+{
+    if (m_thread)
+        m_thread->requestInterruption();
+    // The others are children.
+    qDeleteAll(m_incoming.locations);
+    qDeleteAll(m_incoming.events);
+    qDeleteAll(m_incoming.audiences);
+}
+
+std::unique_ptr<EventData> EventData::fromDocument(QIODevice *document, QDeadlineTimer deadline)
 {
     std::unique_ptr<EventData> data(new EventData(NoDownload {}, nullptr));
-    data->readDocument(document);
+    data->take(readSchedule(document->readAll(), [&deadline] { return deadline.hasExpired(); }));
+    while (data->adoptNext()) { }
     data->finish();
     return data;
 }
 
 EventLocation *EventData::location(qint64 id) const
 {
-    return m_locationById.value(id);
+    return m_index.location(id);
 }
 
 EventAudience *EventData::audience(qint64 id) const
 {
-    return m_audienceById.value(id);
+    return m_index.audience(id);
 }
 
 QList<Event *> EventData::eventsOfLocation(qint64 id) const
 {
-    return m_eventsByLocation.value(id);
+    return m_index.eventsOfLocation(id);
+}
+
+void EventData::discard()
+{
+    blockSignals(true);
+    delete std::exchange(m_manager, nullptr);
+    if (m_thread) {
+        m_thread->disconnect(this);
+        m_thread->requestInterruption();
+    }
+    m_objects.locations += std::exchange(m_incoming.locations, {});
+    m_objects.events += std::exchange(m_incoming.events, {});
+    m_objects.audiences += std::exchange(m_incoming.audiences, {});
+    // Not before the views have let go of the objects.
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            runInSlices(
+                this, [this] { return deleteNext(); }, [this] { deleteLater(); });
+        },
+        Qt::QueuedConnection);
 }
 
 void EventData::readEventData(QNetworkReply *nr)
 {
     qDebug() << "Reading event data...";
-    readReply(nr);
-    // The only download is done; the reply is deleted with its manager.
-    if (nr)
-        nr->manager()->deleteLater();
-    qDebug() << "Done reading event data";
-    finish();
+    if (isGood(nr))
+        read(nr->readAll());
+    else
+        endDownload();
 }
 
-void EventData::readReply(QNetworkReply *reply)
+/** False, with a failure, if there is no response to read. */
+bool EventData::isGood(QNetworkReply *reply)
 {
     if (!reply) {
         constexpr auto source = QT_TR_NOOP("WTF?! Network reply is NULL! :O");
@@ -123,47 +143,77 @@ void EventData::readReply(QNetworkReply *reply)
         const QString code = QString::number(reply->error());
         setFailure(QString::fromLatin1(source).arg(code, errorText(*reply)),
                    tr(source).arg(code, shownError(*reply)));
-    } else {
-        readDocument(reply);
     }
+    return !m_error;
 }
 
-void EventData::readDocument(QIODevice *document)
+void EventData::read(const QByteArray &document)
 {
-    try {
-        ScheduleReader(document, m_objects, this).read();
-    } catch (const ScheduleException &e) {
-        setFailure(QString::fromUtf8(e.what()), e.shown());
-    } catch (const std::exception &e) {
-        // Out of memory, for example. The receivers still need readEventDataFinished().
-        setFailure(QString::fromUtf8(e.what()), QString::fromUtf8(e.what()));
-    }
+    m_thread = new ScheduleThread(document);
+    connect(m_thread, &QThread::finished, this, [this] {
+        take(m_thread->takeSchedule());
+        runInSlices(
+            this, [this] { return adoptNext(); }, [this] { endDownload(); });
+    });
+    // The thread may outlive this object.
+    connect(m_thread, &QThread::finished, m_thread, &QObject::deleteLater);
+    m_thread->start(QThread::InheritPriority);
+}
+
+void EventData::take(ReadSchedule schedule)
+{
+    m_incoming = std::move(schedule.objects);
+    m_index = std::move(schedule.index);
+    if (!schedule.failure.isEmpty())
+        setFailure(schedule.failure, schedule.shownFailure);
+}
+
+/** Makes one more object a child and links it. Returns false if there is none left. */
+bool EventData::adoptNext()
+{
+    const auto adopt = [this](auto &from, auto &to) {
+        auto *object = from.takeFirst();
+        object->setParent(this);
+        to.append(object);
+        return object;
+    };
+    if (!m_incoming.locations.isEmpty())
+        adopt(m_incoming.locations, m_objects.locations)->updateRefs();
+    else if (!m_incoming.events.isEmpty())
+        adopt(m_incoming.events, m_objects.events)->updateRefs();
+    else if (!m_incoming.audiences.isEmpty())
+        adopt(m_incoming.audiences, m_objects.audiences);
+    else
+        return false;
+    return true;
+}
+
+/** Deletes one more object, in the order of the children: Qt finds the first one at once. */
+bool EventData::deleteNext()
+{
+    if (!m_objects.locations.isEmpty())
+        delete m_objects.locations.takeFirst();
+    else if (!m_objects.events.isEmpty())
+        delete m_objects.events.takeFirst();
+    else if (!m_objects.audiences.isEmpty())
+        delete m_objects.audiences.takeFirst();
+    else
+        return false;
+    return true;
+}
+
+void EventData::endDownload()
+{
+    if (m_manager)
+        std::exchange(m_manager, nullptr)->deleteLater(); // and the reply with it
+    qDebug() << "Done reading event data";
+    finish();
 }
 
 void EventData::finish()
 {
     Q_EMIT readEventDataFinished(this);
     Q_EMIT dataChanged();
-}
-
-/** Builds hashes, so that linking takes time linear in the number of events. */
-void EventData::indexObjects()
-{
-    m_locationById = byId(m_objects.locations);
-    m_audienceById = byId(m_objects.audiences);
-    m_eventsByLocation.clear();
-    for (Event *event : qAsConst(m_objects.events))
-        m_eventsByLocation[event->locationId()].append(event);
-}
-
-void EventData::linkObjects()
-{
-    indexObjects();
-    for (Event *event : qAsConst(m_objects.events))
-        event->updateRefs();
-    for (EventLocation *location : qAsConst(m_objects.locations))
-        location->updateRefs();
-    m_eventsByLocation.clear(); // each location now holds its own events
 }
 
 void EventData::setFailure(const QString &logged, const QString &shown)

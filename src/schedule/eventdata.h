@@ -7,20 +7,24 @@
 #include "schedule/event.h"
 #include "schedule/eventaudience.h"
 #include "schedule/eventlocation.h"
-#include "schedule/schedulereader.h"
+#include "schedule/scheduleindex.h"
+#include "schedule/scheduleobjects.h"
+#include "schedule/schedulethread.h"
 
-#include <QHash>
+#include <QDeadlineTimer>
 #include <QObject>
+#include <QPointer>
 #include <QQmlListProperty>
 
 #include <memory>
 
+class QIODevice;
 class QNetworkReply;
-class XNetworkAccessManager;
+class QNetworkAccessManager;
 
 /**
- * The schedule of one day. The constructor starts its only download. Owns all its events, locations
- * and audience groups. GUI thread.
+ * The schedule of one day. The constructor starts its only download, which a thread of its own then
+ * reads. Owns all its events, locations and audience groups. GUI thread.
  */
 class EventData : public QObject
 {
@@ -38,8 +42,11 @@ public:
     explicit EventData(QObject *parent = nullptr);
     explicit EventData(const RequestLimits &limits, QObject *parent = nullptr);
 
-    /** Reads @p document instead of downloading one. */
-    static std::unique_ptr<EventData> fromDocument(QIODevice *document);
+    ~EventData() override;
+
+    /** Reads @p document, at once and in this thread, instead of downloading one. */
+    static std::unique_ptr<EventData>
+    fromDocument(QIODevice *document, QDeadlineTimer deadline = QDeadlineTimer::Forever);
 
     /** True if the download or the reading failed. */
     [[nodiscard]] bool error() const { return m_error; }
@@ -61,8 +68,14 @@ public:
     [[nodiscard]] EventLocation *location(qint64 id) const;
     /** The first audience group, in display order, with this id, or null. */
     [[nodiscard]] EventAudience *audience(qint64 id) const;
-    /** The events that name this location, in document order. */
+    /** The events that name this location, sorted by time. */
     [[nodiscard]] QList<Event *> eventsOfLocation(qint64 id) const;
+
+    /**
+     * Ends the download and deletes this object later, in slices: a large schedule would block the
+     * interface. Emits nothing more.
+     */
+    void discard();
 
 Q_SIGNALS:
     void errorChanged(bool error);
@@ -80,17 +93,20 @@ private:
     };
     EventData(NoDownload, QObject *parent);
 
-    void readReply(QNetworkReply *reply);
-    void readDocument(QIODevice *document);
+    [[nodiscard]] bool isGood(QNetworkReply *reply);
+    void read(const QByteArray &document);
+    void take(ReadSchedule schedule);
+    [[nodiscard]] bool adoptNext();
+    [[nodiscard]] bool deleteNext();
+    void endDownload();
     void finish();
-    void indexObjects();
-    void linkObjects();
     void setFailure(const QString &logged, const QString &shown);
 
     bool m_error = false;
     QString m_errorMessage;
     ScheduleObjects m_objects;
-    QHash<qint64, EventLocation *> m_locationById;
-    QHash<qint64, EventAudience *> m_audienceById;
-    QHash<qint64, QList<Event *>> m_eventsByLocation;
+    ScheduleIndex m_index;
+    ScheduleObjects m_incoming; ///< read, but no children yet
+    QPointer<ScheduleThread> m_thread;
+    QNetworkAccessManager *m_manager = nullptr; ///< of the download under way
 };

@@ -49,9 +49,6 @@ public:
     /** The first change of the current or next event after @p now; invalid if there is none. */
     [[nodiscard]] QDateTime nextBoundary(const QDateTime &now) const;
 
-    /** By display order, then by name regardless of case. */
-    static bool sortsBefore(const EventLocation *a, const EventLocation *b);
-
 Q_SIGNALS:
     void eventsChanged();
 
@@ -60,6 +57,9 @@ private Q_SLOTS:
 
 private:
     friend class EventData; // links its objects
+
+    /** The end of the events that have started; the events are sorted by start. */
+    [[nodiscard]] QList<Event *>::const_iterator startedBy(const QDateTime &now) const;
 
     qint64 m_id = 0;
     int m_displayOrder = 0;

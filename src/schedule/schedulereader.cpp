@@ -8,12 +8,16 @@
 #include "schedule/eventeaudience.h"
 #include "schedule/eventlocation.h"
 #include "schedule/scheduleexception.h"
+#include "schedule/scheduleobjects.h"
 
 #include <QDebug>
+#include <QTextCodec>
 
 #include <algorithm>
 #include <cstring>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 namespace {
 
@@ -46,8 +50,11 @@ const char *endOfTag(const char *tag, const char *end)
     return nullptr;
 }
 
-/** True if a start tag in @p xml is too long. Comments and CDATA may have any length. */
-bool hasOverlongTag(const QByteArray &xml)
+/**
+ * Why QXmlStreamReader must not see @p xml, which is UTF-8 or similar; null if it may. Looks at the
+ * bytes, since QXmlStreamReader takes too long before it reports anything.
+ */
+const char *findObstacle(const QByteArray &xml)
 {
     const char *const begin = xml.constData();
     const char *const end = begin + xml.size(); // a QByteArray holds '\0' here, so at[1] exists
@@ -62,61 +69,119 @@ bool hasOverlongTag(const QByteArray &xml)
 
     const char *at = begin;
     while ((at = static_cast<const char *>(std::memchr(at, '<', static_cast<size_t>(end - at))))) {
-        if (at[1] == '!' || at[1] == '?') {
-            if (isAt(at, "<!--"))
-                at = endOf(at, "-->");
-            else if (isAt(at, "<![CDATA["))
-                at = endOf(at, "]]>");
-            else
-                ++at;
+        if (at[1] == '?') {
+            at = endOf(at, "?>");
+        } else if (isAt(at, "<!--")) {
+            at = endOf(at, "-->");
+        } else if (isAt(at, "<![CDATA[")) {
+            at = endOf(at, "]]>");
+        } else if (isAt(at, "<!DOCTYPE")) {
+            // Its default attributes multiply with the elements.
+            return QT_TRANSLATE_NOOP("EventData", "a document type definition is not allowed");
         } else if (const char *tagEnd = endOfTag(at, end)) {
             at = tagEnd;
         } else {
-            return end - at > maxTagLength; // QXmlStreamReader reports a truncated short one
+            // QXmlStreamReader reports a truncated short one.
+            return end - at > maxTagLength ? QT_TRANSLATE_NOOP("EventData", "a tag is too long")
+                                           : nullptr;
         }
     }
-    return false;
+    return nullptr;
+}
+
+/** The encoding of @p xml as QXmlStreamReader determines it; null if it is UTF-8 or unknown. */
+const QTextCodec *foreignCodec(QBuffer &xml)
+{
+    constexpr int utf8Mib = 106;
+
+    QXmlStreamReader start(&xml);
+    start.readNext();
+    xml.seek(0);
+    const QByteArray declared = start.documentEncoding().toLatin1();
+    const QTextCodec *codec = QTextCodec::codecForUtfText(
+        xml.data(), declared.isEmpty() ? nullptr : QTextCodec::codecForName(declared));
+    return codec && codec->mibEnum() != utf8Mib ? codec : nullptr;
+}
+
+/**
+ * Sorts by display order, then by name regardless of case. Folds each name once: a comparison would
+ * fold two of them.
+ */
+void sortForDisplay(QList<EventLocation *> &locations)
+{
+    std::vector<std::pair<QString, EventLocation *>> named;
+    named.reserve(static_cast<size_t>(locations.size()));
+    for (EventLocation *location : qAsConst(locations))
+        named.emplace_back(location->name().toLower(), location);
+    std::sort(named.begin(), named.end(), [](const auto &a, const auto &b) {
+        if (a.second->displayOrder() != b.second->displayOrder())
+            return a.second->displayOrder() < b.second->displayOrder();
+        return a.first < b.first;
+    });
+    std::transform(named.cbegin(), named.cend(), locations.begin(),
+                   [](const auto &each) { return each.second; });
 }
 
 } // namespace
 
-ScheduleReader::ScheduleReader(QIODevice *document, ScheduleObjects &objects, QObject *parent)
+ScheduleReader::ScheduleReader(const QByteArray &document, ScheduleObjects &objects,
+                               std::function<bool()> mustStop)
     : m_objects(objects)
-    , m_parent(parent)
+    , m_mustStop(std::move(mustStop))
 {
-    m_document.setData(document->readAll());
+    m_document.setData(document);
     m_document.open(QIODevice::ReadOnly);
-    // From bytes instead of a device, QXmlStreamReader would decode everything at once.
-    m_xml.setDevice(&m_document);
+    if (const QTextCodec *codec = foreignCodec(m_document)) {
+        const QString text = codec->toUnicode(document);
+        m_document.close();
+        m_document.setData(text.toUtf8());
+        m_xml.addData(text); // which ignores the declared encoding
+    } else {
+        // From bytes instead of a device, QXmlStreamReader would decode everything at once.
+        m_xml.setDevice(&m_document);
+    }
 }
 
 void ScheduleReader::read()
 {
-    if (hasOverlongTag(m_document.data()))
-        raise(QT_TR_NOOP("a tag is too long"));
-    if (m_xml.readNextStartElement()) {
+    if (const char *obstacle = findObstacle(m_document.data()))
+        raise(obstacle);
+    if (readNextElement()) {
         if (m_xml.name() != QLatin1String("schedule")) {
             constexpr auto source = QT_TR_NOOP("this doesn't look like event data");
             throw ScheduleException(QString::fromLatin1(source), tr(source));
         }
         readSchedule();
+        sortForDisplay(m_objects.locations);
+        std::sort(m_objects.audiences.begin(), m_objects.audiences.end(),
+                  &EventAudience::sortsBefore);
     }
     if (m_xml.hasError())
         failAtError();
 }
 
+bool ScheduleReader::readNextElement()
+{
+    return !isStopped() && m_xml.readNextStartElement();
+}
+
+/** True after an error; looks now and then whether there has to be one. */
+bool ScheduleReader::isStopped()
+{
+    constexpr int elementsPerLook = 256;
+    if (++m_elements % elementsPerLook == 0 && m_mustStop())
+        raise(QT_TR_NOOP("reading takes too long"));
+    return m_xml.hasError();
+}
+
 void ScheduleReader::readSchedule()
 {
-    while (m_xml.readNextStartElement()) {
+    while (readNextElement()) {
         const QStringRef name = m_xml.name();
         if (name == QLatin1String("locations")) {
             readChildren(QLatin1String("location"), [this] { readLocation(); });
-            std::sort(m_objects.locations.begin(), m_objects.locations.end(),
-                      &EventLocation::sortsBefore);
         } else if (name == QLatin1String("audiences")) {
             readChildren(QLatin1String("audience"), [this] { readAudience(); });
-            std::sort(m_objects.audiences.begin(), m_objects.audiences.end(),
-                      &EventAudience::sortsBefore);
         } else if (name == QLatin1String("events")) {
             readChildren(QLatin1String("event"), [this] { readEvent(); });
         } else {
@@ -129,7 +194,7 @@ void ScheduleReader::readSchedule()
 template <typename ReadChild>
 void ScheduleReader::readChildren(QLatin1String name, ReadChild readChild)
 {
-    while (m_xml.readNextStartElement()) {
+    while (readNextElement()) {
         if (m_xml.name() == name)
             readChild();
         else
@@ -143,7 +208,7 @@ void ScheduleReader::readLocation()
     const int displayOrder = readDisplayOrder();
     QString shortName;
     QString name;
-    while (m_xml.readNextStartElement()) {
+    while (readNextElement()) {
         if (m_xml.name() == QLatin1String("shortName"))
             shortName = text();
         else if (m_xml.name() == QLatin1String("name"))
@@ -156,7 +221,7 @@ void ScheduleReader::readLocation()
     if (name.isEmpty())
         reportInvalid("name");
     if (!m_xml.hasError())
-        m_objects.locations.append(new EventLocation(id, displayOrder, shortName, name, m_parent));
+        m_objects.locations.append(new EventLocation(id, displayOrder, shortName, name));
 }
 
 void ScheduleReader::readAudience()
@@ -168,7 +233,7 @@ void ScheduleReader::readAudience()
     if (name.isEmpty())
         reportInvalid("name");
     if (!m_xml.hasError())
-        m_objects.audiences.append(new EventAudience(id, displayOrder, name, m_parent));
+        m_objects.audiences.append(new EventAudience(id, displayOrder, name));
 }
 
 void ScheduleReader::readEvent()
@@ -176,7 +241,7 @@ void ScheduleReader::readEvent()
     EventFields fields;
     QList<EventEAudience *> links;
     fields.id = readId();
-    while (m_xml.readNextStartElement())
+    while (readNextElement())
         readEventChild(fields, links);
 
     if (fields.title.isEmpty())
@@ -189,7 +254,7 @@ void ScheduleReader::readEvent()
         qDeleteAll(links);
         return;
     }
-    m_objects.events.append(new Event(std::move(fields), std::move(links), m_parent));
+    m_objects.events.append(new Event(std::move(fields), std::move(links)));
 }
 
 void ScheduleReader::readEventChild(EventFields &fields, QList<EventEAudience *> &links)
@@ -225,7 +290,7 @@ void ScheduleReader::readEventAudience(QList<EventEAudience *> &links)
 {
     qint64 id = 0;
     QString mandatory;
-    while (m_xml.readNextStartElement()) {
+    while (readNextElement()) {
         if (m_xml.name() == QLatin1String("id")) {
             bool ok = false;
             id = text().toLongLong(&ok);
@@ -275,10 +340,12 @@ int ScheduleReader::readDisplayOrder()
 QDateTime ScheduleReader::readDateTime()
 {
     const QString iso = text();
-    const auto known = m_knownTimes.constFind(iso);
-    if (known != m_knownTimes.cend())
-        return *known;
-    return *m_knownTimes.insert(iso, QDateTime::fromString(iso, Qt::ISODate));
+    auto &[known, time] = m_knownTimes[qHash(iso) % m_knownTimes.size()];
+    if (known != iso) {
+        known = iso;
+        time = QDateTime::fromString(iso, Qt::ISODate);
+    }
+    return time;
 }
 
 /** Logs the current element and skips it with its content. */
@@ -294,7 +361,7 @@ void ScheduleReader::skipUnexpected()
         qWarning() << "Event data: further unexpected elements are ignored silently";
 
     int depth = 1;
-    while (depth > 0 && !m_xml.hasError()) {
+    while (depth > 0 && !isStopped()) {
         const QXmlStreamReader::TokenType token = m_xml.readNext();
         if (token == QXmlStreamReader::StartElement && ++depth > maxDepth)
             raise(QT_TR_NOOP("the elements are nested too deep"));

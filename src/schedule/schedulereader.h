@@ -6,26 +6,17 @@
 #include <QBuffer>
 #include <QCoreApplication>
 #include <QDateTime>
-#include <QHash>
 #include <QList>
 #include <QString>
 #include <QXmlStreamReader>
 
-class Event;
-class EventAudience;
-class EventEAudience;
-class EventLocation;
-class QIODevice;
-class QObject;
-struct EventFields;
+#include <array>
+#include <functional>
+#include <utility>
 
-/** The objects of one schedule: events in document order, the others sorted for display. */
-struct ScheduleObjects
-{
-    QList<Event *> events;
-    QList<EventLocation *> locations;
-    QList<EventAudience *> audiences;
-};
+class EventEAudience;
+struct EventFields;
+struct ScheduleObjects;
 
 /**
  * Reads the XML document of one day, as the events service sends it, into objects.
@@ -38,14 +29,20 @@ class ScheduleReader
     Q_DECLARE_TR_FUNCTIONS(EventData)
 
 public:
-    /** Reads from @p document into @p objects; @p parent becomes the parent of all of them. */
-    ScheduleReader(QIODevice *document, ScheduleObjects &objects, QObject *parent);
+    /**
+     * Reads from @p document into @p objects, which get no parent. Asks @p mustStop now and then;
+     * true is like an invalid value.
+     */
+    ScheduleReader(const QByteArray &document, ScheduleObjects &objects,
+                   std::function<bool()> mustStop);
 
     /** Throws ScheduleException. */
     void read();
 
 private:
     template <typename ReadChild> void readChildren(QLatin1String name, ReadChild readChild);
+    [[nodiscard]] bool readNextElement();
+    [[nodiscard]] bool isStopped();
     void readSchedule();
     void readLocation();
     void readAudience();
@@ -64,9 +61,11 @@ private:
     QBuffer m_document;
     QXmlStreamReader m_xml;
     ScheduleObjects &m_objects;
-    QObject *m_parent;
-    // Most events share their times, and parsing a local time is the most expensive step.
-    QHash<QString, QDateTime> m_knownTimes;
+    std::function<bool()> m_mustStop;
+    // Most events share their times, and parsing a local time is the most expensive step. Each time
+    // has one place: a document cannot make the search slow.
+    std::array<std::pair<QString, QDateTime>, 1024> m_knownTimes;
+    int m_elements = 0;
     int m_warnings = 0;
     QString m_shownError; ///< in the language of the interface; empty for errors of m_xml
 };

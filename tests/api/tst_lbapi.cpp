@@ -87,18 +87,29 @@ private Q_SLOTS:
                  "As of %1, 10:05"_s.arg(today.addDays(-1).toString("dd.MM.yy"_s)));
     }
 
-    void takesNoReplacedScheduleBack()
+    void endsTheDownloadUnderWay()
     {
-        services().setFault(Route::Schedule, Fault::Hang);
         LBAPI *api = LBAPI::instance();
+        services().setFault(Route::Schedule, Fault::Hang);
         const QPointer<EventData> first = api->eventData();
+        const QSignalSpy changes(api, &LBAPI::eventDataChanged);
+        for (int i = 0; i < 20; ++i)
+            api->refreshEventData();
+        QCOMPARE(api->findChildren<QNetworkAccessManager *>().size(), 1);
+        QCOMPARE(changes.count(), 20); // nothing is shown yet: a failure must be
+        QTRY_COMPARE(api->findChildren<EventData *>().size(), 1);
+        QVERIFY(first.isNull() && refresh(Fault::None));
+
+        const EventData *shown = api->eventData();
         api->refreshEventData();
-        auto *second = api->findChildren<EventData *>().constLast();
-        Q_EMIT second->readEventDataFinished(second);
-        QVERIFY(first && api->eventData() == second);
-        Q_EMIT first->readEventDataFinished(first); // it is not deleted yet
-        QTRY_VERIFY(first.isNull());
-        QCOMPARE(api->eventData(), second);
+        auto *late = api->findChildren<EventData *>().constLast();
+        services().setFault(Route::Schedule, Fault::Hang);
+        api->refreshEventData();
+        Q_EMIT late->readEventDataFinished(late); // it is not deleted yet
+        QCOMPARE(api->eventData(), shown);
+        log().expect("this doesn't look like event data"_s);
+        QVERIFY(refresh(Fault::WrongRoot));
+        QCOMPARE(api->eventData(), shown);
     }
 
     void followsTheClockAtTheLocation_data()

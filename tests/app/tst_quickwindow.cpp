@@ -53,6 +53,9 @@ private Q_SLOTS:
         QCOMPARE(window->rootObject() != nullptr, reloads);
         QVERIFY(refresh->isActive() && refresh->interval() > 9999);
         QVERIFY(!inactivity->isActive());
+        const QPointer<EventData> loading = LBAPI::instance()->eventData();
+        press(*window, Qt::Key_F5, {}, true); // held down
+        QCOMPARE(LBAPI::instance()->eventData(), loading);
         QVERIFY(!scansForNewViews && !LBAPI::instance()->scanTransponder());
         QTRY_COMPARE(services().requestCount(Route::Schedule), 1);
 
@@ -153,9 +156,10 @@ private:
         return window;
     }
 
-    static void press(QuickWindow &window, Qt::Key key, Qt::KeyboardModifiers modifiers = {})
+    static void press(QuickWindow &window, Qt::Key key, Qt::KeyboardModifiers modifiers = {},
+                      bool isRepeated = false)
     {
-        QKeyEvent event(QEvent::KeyPress, key, modifiers);
+        QKeyEvent event(QEvent::KeyPress, key, modifiers, {}, isRepeated);
         QCoreApplication::sendEvent(&window, &event);
     }
 };

@@ -8,12 +8,13 @@
 #include <QBuffer>
 
 /** Reads the schedule in @p xml. */
-inline std::unique_ptr<EventData> readSchedule(const QByteArray &xml)
+inline std::unique_ptr<EventData> readSchedule(const QByteArray &xml,
+                                               QDeadlineTimer deadline = QDeadlineTimer::Forever)
 {
     QBuffer buffer;
     buffer.setData(xml);
     buffer.open(QIODevice::ReadOnly);
-    return EventData::fromDocument(&buffer);
+    return EventData::fromDocument(&buffer, deadline);
 }
 
 /** An event of a document, in location 3. */

@@ -1,10 +1,11 @@
 // SPDX-FileCopyrightText: The Lumenboard developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "schedule/eventdata.h"
+#include "schedule/scheduledocument.h"
 #include "support/testcase.h"
 
 #include <QNetworkReply>
+#include <QTimer>
 
 using namespace simulator;
 using namespace std::chrono_literals;
@@ -21,7 +22,7 @@ private Q_SLOTS:
         const QString canceled = fetching.arg(QNetworkReply::OperationCanceledError);
         row("none", Fault::None, "No error"_s);
         row("huge", Fault::Huge, "No error"_s);
-        row("entity bomb", Fault::EntityBomb, "Error reading event data: (3) "_s);
+        row("entity bomb", Fault::EntityBomb, "Error reading event data: (2) "_s);
         row("not found", Fault::NotFound, fetching.arg(QNetworkReply::ContentNotFoundError));
         row("oversize", Fault::Oversize, canceled);
         row("drip", Fault::Drip, canceled);
@@ -46,7 +47,11 @@ private Q_SLOTS:
         QSignalSpy finished(&data, &EventData::readEventDataFinished);
         const QSignalSpy changes(&data, &EventData::dataChanged);
         const QSignalSpy errors(&data, &EventData::errorChanged);
+        bool blocks = false;
+        connect(data.findChild<QNetworkAccessManager *>(), &QNetworkAccessManager::finished, this,
+                [&] { blocks = finished.count() > 0; });
         QVERIFY(finished.wait(60000));
+        QCOMPARE(blocks, fails && !message.startsWith("Error reading"_s));
         QTRY_VERIFY(!data.findChild<QNetworkAccessManager *>());
         QCOMPARE(finished.count(), 1);
         QCOMPARE(changes.count(), 1);
@@ -56,6 +61,34 @@ private Q_SLOTS:
         QCOMPARE(log().lines().filter(message).size(), fails ? 1 : 0);
         QVERIFY(fails || !data.objects().events.isEmpty());
         QCOMPARE(services().requestCount(Route::Schedule), 1);
+    }
+
+    void canBeDiscardedAtAnyTime_data()
+    {
+        columns<QString>("when");
+        for (const char *when : { "downloading", "reading", "adopting" })
+            row(when, when);
+    }
+
+    void canBeDiscardedAtAnyTime()
+    {
+        const QByteArray event = eventXml("2024-05-13T10:00", "2024-05-13T12:00");
+        services().setSchedule(scheduleXml(event.repeated(40000)));
+        const QString when = at("when");
+        const QPointer<EventData> data(new EventData);
+        const QSignalSpy finished(data, &EventData::readEventDataFinished);
+        QTimer look; // more often than a slice of adopting ends
+        connect(&look, &QTimer::timeout, this, [&] {
+            if (when == "adopting"_s ? data->objects().events.isEmpty()
+                                     : when == "reading"_s && log().lines().isEmpty())
+                return;
+            look.stop();
+            data->discard();
+            QVERIFY(data && !data->findChild<QNetworkAccessManager *>());
+        });
+        look.start(1);
+        QTRY_VERIFY(data.isNull());
+        QCOMPARE(finished.count(), 0);
     }
 
     void survivesANullReply()

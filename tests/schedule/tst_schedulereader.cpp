@@ -4,6 +4,8 @@
 #include "schedule/scheduledocument.h"
 #include "support/testcase.h"
 
+#include <QTextCodec>
+
 static const QByteArray day = R"(<schedule>
 <locations><location id="3" displayOrder="1"><shortName>H1</shortName><name>Hall</name></location>
 </locations><audiences><audience id="5" displayOrder="1"><name>Group</name></audience></audiences>
@@ -72,6 +74,22 @@ private Q_SLOTS:
         const QByteArray spaces(3000, ' ');
         row("overlong tag", QByteArray(day).replace("<title>", "<title " + spaces + ">"),
             "Error reading event data: (2) a tag is too long (line ", nothing);
+        const QByteArray dtd = "<!DOCTYPE a [<!ATTLIST a b CDATA 'c'>]>";
+        row("document type", dtd + day,
+            "Error reading event data: (2) a document type definition is not allowed", nothing);
+        row("hidden document type", "<?a <!-- ?>" + dtd + day,
+            "Error reading event data: (2) a document type definition is not allowed", nothing);
+        const auto wide = [](const QByteArray &xml) { return QString::fromUtf8(xml); };
+        const auto encoded = [](const char *codec, const QString &text) {
+            return QTextCodec::codecForName(codec)->fromUnicode(text);
+        };
+        row("UTF-16", encoded("UTF-16", wide(day)), "", all);
+        row("overlong tag in UTF-16", encoded("UTF-16", wide("<a " + spaces + ">")),
+            "Error reading event data: (2) a tag is too long (line ", nothing);
+        row("overlong tag in EBCDIC",
+            "<?xml version='1.0' encoding='IBM037'?>"
+                + encoded("IBM037", wide("<a " + spaces + ">")),
+            "Error reading event data: (2) a tag is too long (line ", nothing);
         row("much between tags",
             QByteArray(day).replace("<title>", "<!-- <" + spaces + "--><title>"), "", all);
     }
@@ -133,6 +151,9 @@ private Q_SLOTS:
         QCOMPARE(events.first()->oAudiencesStr(), "B"_s);
         QCOMPARE(events.first()->location()->name(), "z"_s);
         QCOMPARE(data->location(3)->events(), QList<Event *>({ events.at(1), events.at(0) }));
+        for (const EventLocation *location : data->objects().locations) // or memory is squared
+            QCOMPARE(location->events().isSharedWith(data->location(3)->events()),
+                     location->id() == 3);
         QVERIFY(!events.last()->location());
         QCOMPARE(events.last()->mAudiencesStr(), ""_s);
     }
@@ -156,6 +177,8 @@ private Q_SLOTS:
         QVERIFY(withMore(QByteArray("<more>").repeated(100))->error());
         QVERIFY(!withMore(QByteArray("<more/>").repeated(5000))->error());
         QVERIFY(log().lines().size() < 1100);
+        log().expect("(2) reading takes too long (line "_s);
+        QVERIFY(readSchedule(xml, QDeadlineTimer(0))->error());
     }
 
     void speaksGermanLocalTime()

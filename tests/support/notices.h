@@ -6,6 +6,8 @@
 #include "api/lbapi.h"
 #include "support/logtrap.h"
 
+#include <QCoreApplication>
+
 /** The notifications on the screen. */
 inline NotificationsModel &notices()
 {
