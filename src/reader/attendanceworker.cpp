@@ -24,6 +24,9 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr auto retryInterval = 60s;
+/// Less than two cards. The rest waits in the kernel, so that a stop has few cards to save.
+constexpr int deliveryBytes = 16;
+constexpr int maxShownBytes = 64;
 
 /// True while stale bytes are drained from a port that was just opened.
 bool s_isDiscarding = false;
@@ -70,6 +73,7 @@ void AttendanceWorker::init()
     connect(m_cards->queueTimer(), &QTimer::timeout, this, &AttendanceWorker::processQueue);
     connect(m_cards, &CardLogger::stopped, this, &AttendanceWorker::onLoggingStopped);
     m_retryTimer = new QTimer(this);
+    m_clock.start();
     connect(m_retryTimer, &QTimer::timeout, this, &AttendanceWorker::initSerialPort);
     connectChecked(this,
                    SIGNAL(transponderScanned(QString)), LBAPI::instance(),
@@ -125,6 +129,7 @@ void AttendanceWorker::openSerialPort(const QString &name)
     drain(*port);
     if (!m_port)
         return; // it failed during the drain
+    port->setReadBufferSize(deliveryBytes);
     connect(port, &QSerialPort::readyRead, this, &AttendanceWorker::onSerialPortReadyRead);
     qDebug() << "Waiting for cards.";
     Q_EMIT readerStateChanged(true);
@@ -147,7 +152,8 @@ void AttendanceWorker::drain(QSerialPort &port)
         drained.append(port.readAll());
     s_isDiscarding = false;
     if (!drained.isEmpty())
-        qWarning() << "Serial port had buffered data which was discarded:" << drained;
+        qWarning() << "Serial port had buffered data which was discarded:"
+                   << drained.left(maxShownBytes) << drained.size() << "bytes";
 }
 
 void AttendanceWorker::onSerialPortError(QSerialPort::SerialPortError err)
@@ -194,8 +200,9 @@ void AttendanceWorker::onSerialPortReadyRead()
     qDebug() << "Serial port is ready to be read." << m_port->bytesAvailable()
              << m_port->canReadLine() << m_lines.excerpt();
     m_lines.append(m_port->readAll());
-    (void)processLines();
-    m_lines.limitBacklog();
+    // One invalid line may hold up what came with it, but no backlog grows behind several.
+    while (!processLines() && m_lines.size() > deliveryBytes)
+        ;
 }
 
 /** Processes lines up to the first invalid one. Reports that one and returns false. */
@@ -205,7 +212,7 @@ bool AttendanceWorker::processLines()
         while (const auto line = m_lines.takeLine())
             processLine(*line);
     });
-    if (failure)
+    if (failure && m_invalidLines.admits(RateLimit::Time(m_clock.elapsed())))
         m_cards->reportFailure(*failure);
     return !failure;
 }
@@ -221,13 +228,12 @@ void AttendanceWorker::processAllLines()
 void AttendanceWorker::processLine(const QByteArray &line)
 {
     constexpr int idLength = 8;
-    constexpr int maxShownBytes = 64;
     if (line.size() != idLength) {
         qWarning() << "Ignoring transponder ID with unusual length" << line.left(maxShownBytes);
         return;
     }
     const quint64 transponderId = parseTransponderId(line);
-    if (LBAPI::instance()->scanTransponder()) {
+    if (LBAPI::instance()->takeScan()) {
         Q_EMIT transponderScanned(QString::fromLatin1(line));
         return;
     }
