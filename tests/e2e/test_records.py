@@ -78,7 +78,7 @@ class Records(unittest.TestCase):
             # Cards are handled one by one: each but the last was on disk before the next was read.
             taken |= {int(match[1]) for match in self.screen.find(r"Logging (\d+)", start)[:-1]}
         self.screen.command("fault attendance none")
-        self.assertGreater(len(taken), 100)
+        self.assertGreater(len(taken), 70)
 
         self.drain("Attendance logged:", "records")
         self.assertEqual(taken - self.count(r"record: card (\d+) ").keys(), set())
