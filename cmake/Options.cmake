@@ -18,8 +18,10 @@ endif()
 
 add_library(lumenboard_options INTERFACE)
 target_compile_options(lumenboard_options INTERFACE
-    -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual)
+    -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual
+    "-fmacro-prefix-map=${CMAKE_SOURCE_DIR}/=") # no path of the build machine in the program
 target_compile_definitions(lumenboard_options INTERFACE
+    QT_MESSAGELOGCONTEXT # the log is limited per place in the code, in release builds as well
     QT_NO_KEYWORDS
     QT_NO_FOREACH
     QT_NO_CAST_FROM_ASCII

@@ -63,6 +63,7 @@ void LBAPI::setScanTransponder(bool scan)
     if (m_scanTransponder == scan)
         return;
     m_scanTransponder = scan;
+    m_isScanOpen = scan;
     Q_EMIT scanTransponderChanged(scan);
 }
 
@@ -134,6 +135,8 @@ void LBAPI::addNotification(Notification *n)
 
 void LBAPI::onTransponderScanned(QString tid)
 {
+    if (!m_scanTransponder)
+        qInfo() << "A card was scanned, but no view waits for it any more.";
     setScanTransponder(false);
     Q_EMIT transponderScanned(tid);
 }

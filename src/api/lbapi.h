@@ -23,7 +23,7 @@
  *
  * QML sees it as the singleton LBAPI. It owns the notifications and the current schedule, which it
  * replaces with each good refresh. Lives in the GUI thread; only addNotification() and
- * scanTransponder() may be called from other threads.
+ * takeScan() may be called from other threads.
  */
 class LBAPI : public QObject, public NotificationBoard
 {
@@ -50,7 +50,7 @@ public:
     /** The current schedule; the first call starts the first download. */
     [[nodiscard]] EventData *eventData();
     [[nodiscard]] NotificationsModel *notifications() override { return &m_notifications; }
-    /** True if a view waits for the next card. Callable from any thread. */
+    /** True if a view waits for the next card. */
     [[nodiscard]] bool scanTransponder() const { return m_scanTransponder; }
     void setScanTransponder(bool scan);
     /** The current bearer token; empty before the first. */
@@ -65,6 +65,13 @@ public:
     /** Milliseconds until the start view returns; -1 if no timer is set or it is not running. */
     Q_INVOKABLE int inactivityTimerRemaining() const;
     void setInactivityTimer(QTimer *timer);
+
+    /**
+     * True for the first card after a view has asked for one; that card goes to
+     * onTransponderScanned(). Call it where cards are read: the next card may arrive before the
+     * GUI thread hears of this one.
+     */
+    [[nodiscard]] bool takeScan() { return m_isScanOpen.exchange(false); }
 
 Q_SIGNALS:
     /** Asks the views to return to their start state. */
@@ -105,10 +112,11 @@ private:
     QPointer<EventData> m_eventData;
     QPointer<EventData> m_loading; ///< the download under way; m_eventData if it is the first one
     NotificationsModel m_notifications;
-    std::atomic<bool> m_scanTransponder = false; ///< also read in the attendance thread
+    bool m_scanTransponder = false;
     QString m_accessToken;
     QPointer<QTimer> m_inactivityTimer;
     EventBoundaryTimer m_boundaryTimer;
     ScheduleAge m_scheduleAge;
     CardReadiness m_cardReadiness;
+    std::atomic<bool> m_isScanOpen = false; ///< true until a card takes the scan
 };

@@ -18,11 +18,14 @@ namespace {
 /// Survives the worker: a rebuilt window must not resume what was stopped for good.
 std::atomic<bool> s_isLoggingStopped = false;
 
-/** One thread for the process: a rebuild replaces the window. */
+/**
+ * One thread for the process: a rebuild replaces the window. Never destroyed, since a worker that
+ * blocks may still run in it at the end.
+ */
 QThread &attendanceThread()
 {
-    static QThread thread;
-    return thread;
+    static auto *thread = new QThread;
+    return *thread;
 }
 
 /** What the worker tells of the reader and of the end of logging. */
@@ -44,7 +47,8 @@ void wireReadiness(const AttendanceWorker *worker)
 bool startAttendanceThread()
 {
     QThread &thread = attendanceThread();
-    if (thread.isRunning()) {
+    // A thread that was left behind: isRunning() may be false, and start() would wait for its end.
+    if (!thread.wait(0)) {
         qWarning() << "Attendance worker thread already running.";
         return false;
     }
@@ -63,7 +67,10 @@ void stopAttendanceThread()
 {
     constexpr WorkerThreadTexts texts { "Stopping attendance worker thread...",
                                         "Attendance worker thread did not stop, terminating...",
-                                        "Attendance worker thread stopped." };
-    if (!stopWorkerThread(attendanceThread(), texts))
+                                        "Attendance worker thread stopped.",
+                                        "Attendance worker thread cannot be ended, leaving it "
+                                        "behind. No card is read until the program restarts.",
+                                        "attendance worker thread" };
+    if (stopWorkerThread(attendanceThread(), texts) == ThreadEnd::NotRunning)
         qDebug() << "Attendance worker thread is not running.";
 }

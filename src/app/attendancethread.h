@@ -10,5 +10,8 @@
  */
 bool startAttendanceThread();
 
-/** Ends the thread and its worker, after two seconds by force. GUI thread. */
+/**
+ * Ends the thread and its worker, after two seconds by force. A worker that blocks even then is
+ * left behind; the thread is not started again while it runs. GUI thread.
+ */
 void stopAttendanceThread();

@@ -7,6 +7,7 @@
 #include "app/terminationsignals.h"
 #include "app/windowpass.h"
 #include "app/workercontroller.h"
+#include "base/loglimit.h"
 #include "config/config.h"
 #include "net/plainhttp.h"
 
@@ -19,11 +20,12 @@ namespace {
 
 /**
  * Ends the process without running the destructors of Qt's globals, which wait for hanging name
- * look-ups (12 s seen) and for servers that are still sending. Nothing is lost: window and threads
- * are gone, and every changed setting is already on disk.
+ * look-ups (12 s seen) and for servers that are still sending, and abort where a thread was left
+ * behind. Nothing is lost: the window is gone, and every changed setting is already on disk.
  */
 [[noreturn]] void leave(int code)
 {
+    flushLog();
     std::fflush(nullptr);
     std::_Exit(code);
 }
@@ -32,6 +34,7 @@ namespace {
 
 int main(int argc, char *argv[])
 {
+    installLogLimit();
     prepareEnvironment();
     if (const auto status = runCommandLine(argc, argv))
         leave(*status);

@@ -3,6 +3,8 @@
 
 #include "app/terminationsignals.h"
 
+#include "app/exitwatchdog.h"
+
 #include <QDebug>
 
 #include <array>
@@ -22,6 +24,7 @@ std::array<int, 2> s_pipe { -1, -1 };
 void onSignal(int number)
 {
     const int savedErrno = errno;
+    exitwatchdog::limitTimeToEnd();
     const auto byte = static_cast<char>(number);
     // A full pipe already wakes the event loop.
     [[maybe_unused]] const ssize_t written = write(s_pipe[1], &byte, 1);
@@ -57,6 +60,7 @@ TerminationSignals::~TerminationSignals()
 {
     signal(SIGTERM, SIG_DFL);
     signal(SIGINT, SIG_DFL);
+    exitwatchdog::cancel();
     m_notifier.reset();
     for (int &end : s_pipe) {
         if (end >= 0)

@@ -10,7 +10,7 @@
 
 /**
  * Turns SIGTERM and SIGINT into a Qt signal in the GUI thread, so that the program ends as if its
- * window had been closed. One object per process.
+ * window had been closed, and limits the time that this may take. One object per process.
  */
 class TerminationSignals : public QObject
 {

@@ -5,6 +5,7 @@
 
 #include "api/lbapi.h"
 #include "app/attendancethread.h"
+#include "app/exitwatchdog.h"
 #include "app/inputeventmonitor.h"
 #include "app/quickwindow.h"
 #include "app/terminationsignals.h"
@@ -30,6 +31,11 @@ void showWindow(QuickWindow &window)
     window.setGeometry(pending->geometry);
 }
 
+bool isLastPass(const TerminationSignals &termination)
+{
+    return !pendingWindowState || termination.isRequested();
+}
+
 int runWindowPass(const TerminationSignals &termination)
 {
     QuickWindow window;
@@ -44,7 +50,10 @@ int runWindowPass(const TerminationSignals &termination)
     startAttendanceThread();
     window.reload();
     showWindow(window);
-    return QGuiApplication::exec();
+    const int code = QGuiApplication::exec();
+    if (isLastPass(termination))
+        exitwatchdog::limitTimeToEnd();
+    return code;
 }
 
 } // namespace
@@ -54,7 +63,7 @@ int runWindowPasses(const TerminationSignals &termination)
     int code = 0;
     do {
         code = runWindowPass(termination);
-    } while (pendingWindowState && !termination.isRequested());
+    } while (!isLastPass(termination));
     return code;
 }
 

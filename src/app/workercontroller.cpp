@@ -22,7 +22,12 @@ WorkerController::~WorkerController()
 {
     constexpr WorkerThreadTexts texts { "Stopping worker thread...",
                                         "Worker thread did not stop, terminating...",
-                                        "Worker thread stopped." };
-    if (!stopWorkerThread(*m_thread, texts))
+                                        "Worker thread stopped.",
+                                        "Worker thread cannot be ended, leaving it behind.",
+                                        "configuration worker thread" };
+    const ThreadEnd end = stopWorkerThread(*m_thread, texts);
+    if (end == ThreadEnd::NotRunning)
         qWarning() << "Worker thread is not running.";
+    else if (end == ThreadEnd::LeftBehind)
+        m_thread->setParent(nullptr); // or it would be destroyed while it runs
 }

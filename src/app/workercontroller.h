@@ -17,7 +17,7 @@ class WorkerController : public QObject
 
 public:
     explicit WorkerController(QObject *parent = nullptr);
-    /** Stops the thread, and terminates it after two seconds. */
+    /** Stops the thread, terminates it after two seconds, and leaves it behind if it still runs. */
     ~WorkerController() override;
 
 private:

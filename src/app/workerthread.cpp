@@ -3,6 +3,7 @@
 
 #include "app/workerthread.h"
 
+#include "app/exitwatchdog.h"
 #include "base/connections.h"
 
 #include <QDebug>
@@ -25,20 +26,26 @@ void startWorkerThread(QThread &thread, QObject *worker)
     thread.start(QThread::InheritPriority);
 }
 
-bool stopWorkerThread(QThread &thread, const WorkerThreadTexts &texts)
+ThreadEnd stopWorkerThread(QThread &thread, const WorkerThreadTexts &texts)
 {
     constexpr unsigned long stopTimeoutMs = 2000;
+    constexpr unsigned long terminateTimeoutMs = 500;
 
     qDebug() << texts.stopping;
-    if (!thread.isRunning())
-        return false;
+    // isRunning() is false already while the worker is being deleted.
+    if (thread.wait(0))
+        return ThreadEnd::NotRunning;
+    const exitwatchdog::Waiting waiting(texts.name);
     thread.requestInterruption();
     thread.quit();
     if (!thread.wait(stopTimeoutMs)) {
         qWarning() << texts.terminating;
         thread.terminate();
-        thread.wait();
+        if (!thread.wait(terminateTimeoutMs)) {
+            qCritical() << texts.leftBehind;
+            return ThreadEnd::LeftBehind;
+        }
     }
     qDebug() << texts.stopped;
-    return true;
+    return ThreadEnd::Ended;
 }

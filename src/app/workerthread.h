@@ -12,6 +12,14 @@ struct WorkerThreadTexts
     const char *stopping;
     const char *terminating;
     const char *stopped;
+    const char *leftBehind;
+    const char *name; ///< a literal
+};
+
+enum class ThreadEnd {
+    NotRunning,
+    Ended,
+    LeftBehind, ///< still running: the QThread must never be destroyed
 };
 
 /**
@@ -22,6 +30,7 @@ void startWorkerThread(QThread &thread, QObject *worker);
 
 /**
  * Requests interruption and the end of @p thread, and terminates it if it is still running after
- * two seconds. Returns false if it was not running.
+ * two seconds. A worker that blocks where it cannot be terminated, for example in its destructor,
+ * is left behind half a second later.
  */
-[[nodiscard]] bool stopWorkerThread(QThread &thread, const WorkerThreadTexts &texts);
+[[nodiscard]] ThreadEnd stopWorkerThread(QThread &thread, const WorkerThreadTexts &texts);

@@ -27,6 +27,9 @@ namespace {
 
 constexpr auto retryInterval = 60s;
 constexpr auto firstPassDelay = 10s; // for the records of an earlier run
+/// Less than two cards. The rest waits in the kernel, so that a stop has few cards to save.
+constexpr int deliveryBytes = 16;
+constexpr int maxShownBytes = 64;
 
 /// True while stale bytes are drained from a port that was just opened.
 bool s_isDiscarding = false;
@@ -73,6 +76,7 @@ void AttendanceWorker::init()
     QTimer::singleShot(firstPassDelay, this, &AttendanceWorker::processQueue);
     connect(m_cards, &CardLogger::stopped, this, &AttendanceWorker::onLoggingStopped);
     m_retryTimer = new QTimer(this);
+    m_clock.start();
     connect(m_retryTimer, &QTimer::timeout, this, &AttendanceWorker::initSerialPort);
     connectChecked(this,
                    SIGNAL(transponderScanned(QString)), LBAPI::instance(),
@@ -131,6 +135,7 @@ void AttendanceWorker::openSerialPort(const QString &name)
     drain(*port);
     if (!m_port)
         return; // it failed during the drain
+    port->setReadBufferSize(deliveryBytes);
     connect(port, &QSerialPort::readyRead, this, &AttendanceWorker::onSerialPortReadyRead);
     qDebug() << "Waiting for cards.";
     Q_EMIT readerStateChanged(true);
@@ -153,7 +158,8 @@ void AttendanceWorker::drain(QSerialPort &port)
         drained.append(port.readAll());
     s_isDiscarding = false;
     if (!drained.isEmpty())
-        qWarning() << "Serial port had buffered data which was discarded:" << drained;
+        qWarning() << "Serial port had buffered data which was discarded:"
+                   << drained.left(maxShownBytes) << drained.size() << "bytes";
 }
 
 void AttendanceWorker::onSerialPortError(QSerialPort::SerialPortError err)
@@ -200,8 +206,9 @@ void AttendanceWorker::onSerialPortReadyRead()
     qDebug() << "Serial port is ready to be read." << m_port->bytesAvailable()
              << m_port->canReadLine() << m_lines.excerpt();
     m_lines.append(m_port->readAll());
-    (void)processLines();
-    m_lines.limitBacklog();
+    // One invalid line may hold up what came with it, but no backlog grows behind several.
+    while (!processLines() && m_lines.size() > deliveryBytes)
+        ;
 }
 
 /** Processes lines up to the first invalid one. Reports that one and returns false. */
@@ -211,7 +218,7 @@ bool AttendanceWorker::processLines()
         while (const auto line = m_lines.takeLine())
             processLine(*line);
     });
-    if (failure)
+    if (failure && m_invalidLines.admits(RateLimit::Time(m_clock.elapsed())))
         m_cards->reportFailure(*failure);
     return !failure;
 }
@@ -227,13 +234,12 @@ void AttendanceWorker::processAllLines()
 void AttendanceWorker::processLine(const QByteArray &line)
 {
     constexpr int idLength = 8;
-    constexpr int maxShownBytes = 64;
     if (line.size() != idLength) {
         qWarning() << "Ignoring transponder ID with unusual length" << line.left(maxShownBytes);
         return;
     }
     const quint64 transponderId = parseTransponderId(line);
-    if (LBAPI::instance()->scanTransponder()) {
+    if (LBAPI::instance()->takeScan()) {
         Q_EMIT transponderScanned(QString::fromLatin1(line));
         return;
     }

@@ -3,9 +3,11 @@
 
 #pragma once
 
+#include "base/ratelimit.h"
 #include "net/requestlimits.h"
 #include "reader/linesplitter.h"
 
+#include <QElapsedTimer>
 #include <QObject>
 #include <QPointer>
 #include <QSerialPort>
@@ -61,4 +63,6 @@ private:
     QPointer<QTimer> m_retryTimer;
     LineSplitter m_lines;
     bool m_hasToken = false;
+    RateLimit m_invalidLines { 5, std::chrono::seconds(10) }; ///< that people are told of
+    QElapsedTimer m_clock;
 };

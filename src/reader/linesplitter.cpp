@@ -56,20 +56,10 @@ QByteArray LineSplitter::excerpt() const
     return m_buffer.mid(m_start, shownBytes);
 }
 
-void LineSplitter::limitBacklog()
-{
-    if (m_buffer.size() - m_start <= maxLineBytes)
-        return;
-    const bool endsInsideLine = !isTerminator(m_buffer.back());
-    clear();
-    m_isSkipping = endsInsideLine;
-}
-
 void LineSplitter::clear()
 {
-    if (m_start < m_buffer.size())
-        qWarning() << "Discarding what the reader sent:" << excerpt() << m_buffer.size() - m_start
-                   << "bytes";
+    if (size() > 0)
+        qWarning() << "Discarding what the reader sent:" << excerpt() << size() << "bytes";
     m_buffer.clear();
     m_start = 0;
     m_isSkipping = false;

@@ -20,8 +20,8 @@ public:
     [[nodiscard]] std::optional<QByteArray> takeLine();
     /** Discards the rest of the buffer, with a warning. */
     void clear();
-    /** Discards the rest of the buffer if it is longer than a line can be. */
-    void limitBacklog();
+    /** Bytes that wait in the buffer. */
+    [[nodiscard]] int size() const { return m_buffer.size() - m_start; }
     /** The start of the buffer, for the log. */
     [[nodiscard]] QByteArray excerpt() const;
 

@@ -10,26 +10,36 @@
 #include <atomic>
 #include <unistd.h>
 
-/** A worker that blocks forever, in init() or in a slot that catches everything. */
+/** A worker that blocks forever, in init(), in a slot that catches everything, or when deleted. */
 class BlockedWorker : public QObject
 {
     Q_OBJECT
 
 public:
-    explicit BlockedWorker(bool blocksInSlot)
-        : m_blocksInSlot(blocksInSlot)
+    enum Place { Init, Slot, Destructor };
+
+    explicit BlockedWorker(Place place)
+        : m_place(place)
     {
+    }
+    ~BlockedWorker() override
+    {
+        while (m_place == Destructor && !isReleased)
+            usleep(1000);
     }
 
     std::atomic<bool> isBlocked = false;
+    inline static std::atomic<bool> isReleased = false;
 
 private Q_SLOTS:
     void init()
     {
-        if (m_blocksInSlot)
+        if (m_place == Slot)
             QMetaObject::invokeMethod(this, "catchingSlot", Qt::QueuedConnection);
-        else
+        else if (m_place == Init)
             block();
+        else
+            isBlocked = true;
     }
 
     void catchingSlot()
@@ -46,7 +56,7 @@ private:
             pause();
     }
 
-    const bool m_blocksInSlot;
+    const Place m_place;
 };
 
 class TestWorkerThread : public TestCase
@@ -56,21 +66,30 @@ class TestWorkerThread : public TestCase
 private Q_SLOTS:
     void endsABlockedWorker_data()
     {
-        columns<bool>("blocksInSlot");
-        row("in init()", false);
-        row("in a slot that catches everything", true);
+        columns<int>("place");
+        row("in init()", int(BlockedWorker::Init));
+        row("in a slot that catches everything", int(BlockedWorker::Slot));
+        row("in its destructor", int(BlockedWorker::Destructor)); // where nothing ends it
     }
 
     void endsABlockedWorker()
     {
+        BlockedWorker::isReleased = false;
         QThread thread;
-        auto *worker = new BlockedWorker(at<bool>("blocksInSlot"));
+        const auto place = BlockedWorker::Place(at<int>("place"));
+        auto *worker = new BlockedWorker(place);
         startWorkerThread(thread, worker);
         QTRY_VERIFY(worker->isBlocked);
         log().expect("terminating"_s);
         log().allow("Qt has caught an exception"_s); // Qt sees the end of the thread as one
-        QVERIFY(stopWorkerThread(thread, { "stopping", "terminating", "stopped" }));
-        QVERIFY(thread.isFinished());
+        const bool isLeftBehind = place == BlockedWorker::Destructor;
+        log().expect(isLeftBehind ? "left behind"_s : "stopped"_s);
+        const ThreadEnd end
+            = stopWorkerThread(thread, { "stopping", "terminating", "stopped", "left behind", "" });
+        QCOMPARE(end, isLeftBehind ? ThreadEnd::LeftBehind : ThreadEnd::Ended);
+        QCOMPARE(thread.wait(0), !isLeftBehind);
+        BlockedWorker::isReleased = true;
+        QVERIFY(thread.wait(5000));
     }
 };
 
