@@ -34,6 +34,7 @@ void post(QNetworkAccessManager &manager, const QUrl &url, int count,
             return;
         --state->unsent;
         QNetworkRequest request(url);
+        request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
         request.setHeader(QNetworkRequest::ContentTypeHeader, QStringLiteral("application/xml"));
         request.setRawHeader("X-Plenar-Token", QByteArray(76, 'x')); // the length of a signature
         QNetworkReply *reply

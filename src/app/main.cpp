@@ -9,7 +9,7 @@
 #include "app/workercontroller.h"
 #include "base/loglimit.h"
 #include "config/config.h"
-#include "net/plainhttp.h"
+#include "net/addresswarnings.h"
 
 #include <QGuiApplication>
 
@@ -52,8 +52,8 @@ int main(int argc, char *argv[])
     registerMetaTypes();
     registerQmlTypes();
     LBAPI::instance();
-    warnOfPlainHttp();
-    QObject::connect(Config::instance(), &Config::configChanged, &warnOfPlainHttp);
+    warnOfAddresses();
+    QObject::connect(Config::instance(), &Config::configChanged, &warnOfAddresses);
 
     int code = EXIT_FAILURE;
     try {

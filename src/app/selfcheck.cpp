@@ -8,9 +8,10 @@
 #include "base/exceptions.h"
 #include "config/config.h"
 #include "config/effectivesettings.h"
+#include "net/addresswarnings.h"
 #include "net/errortext.h"
 #include "net/kcclientcredentials.h"
-#include "net/plainhttp.h"
+#include "net/webaddress.h"
 #include "presence/tallyxlogentity.h"
 #include "remoteconfig/worker.h"
 #include "schedule/eventdata.h"
@@ -27,15 +28,13 @@ using namespace std::chrono_literals;
 
 namespace {
 
-bool isWebAddress(const QUrl &url)
-{
-    return !url.host().isEmpty()
-        && (url.scheme() == QLatin1String("https") || url.scheme() == QLatin1String("http"));
-}
+const QString noWebAddress = QStringLiteral("no http or https address");
 
 /** The reply's failure, with advice for the operator. */
 QString failureOf(const QNetworkReply &reply)
 {
+    if (!isWebAddress(reply.url()))
+        return noWebAddress;
     const int status = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
     const QString text = status > 0
         ? QStringLiteral("%1 (HTTP %2)").arg(errorText(reply)).arg(status)
@@ -65,7 +64,7 @@ void SelfCheck::start()
     m_pending = 1;
     localchecks::checkSettings(m_report, m_settings);
     localchecks::checkTls(m_report);
-    warnOfPlainHttp();
+    warnOfAddresses();
     checkToken();
     done();
 }
@@ -77,10 +76,6 @@ void SelfCheck::checkToken()
     if (config->keycloakClientId().isEmpty() || config->keycloakClientSecret().isEmpty()) {
         continueWithoutToken(
             what, QStringLiteral("Keycloak/clientId or Keycloak/clientSecret is not set"));
-        return;
-    }
-    if (!isWebAddress(config->keycloakUrl())) {
-        continueWithoutToken(what, QStringLiteral("Keycloak/url is no http or https address"));
         return;
     }
     ++m_pending;
@@ -141,7 +136,7 @@ void SelfCheck::applyToCopy(const QJsonDocument &document)
     Config *config = Config::instance();
     const auto before = effectiveSettings(*config);
     config->applyConfiguration(document);
-    warnOfPlainHttp();
+    warnOfAddresses();
     const auto after = effectiveSettings(*config);
     for (int i = 0; i < after.size(); ++i) {
         if (after[i].shown != before[i].shown)
@@ -176,7 +171,9 @@ void SelfCheck::onSchedule(EventData *data)
     const int id = config->plenarLocationId();
     const QString what = QStringLiteral("schedule %1")
                              .arg(config->eventDataUrl(config->scheduleDate()).toDisplayString());
-    if (data->error())
+    if (!isWebAddress(config->eventDataUrl(config->scheduleDate())))
+        m_report.add(missing, what, noWebAddress);
+    else if (data->error())
         m_report.add(missing, what, data->errorMessage());
     else if (id <= 0)
         m_report.add(missing, what, QStringLiteral("read, but plenarLocationId is not set"));
@@ -203,7 +200,7 @@ void SelfCheck::checkConnection(const Service &service)
 {
     const QString what = service.name + QLatin1Char(' ') + service.url.toDisplayString();
     if (!isWebAddress(service.url)) {
-        m_report.add(Verdict::Bad, what, QStringLiteral("no http or https address"));
+        m_report.add(Verdict::Bad, what, noWebAddress);
         return;
     }
     ++m_pending;
@@ -218,8 +215,10 @@ void SelfCheck::checkConnection(const Service &service)
     const bool isEncrypted = service.url.scheme() == QLatin1String("https");
     connect(socket, isEncrypted ? &QSslSocket::encrypted : &QSslSocket::connected, this,
             [end] { end(Verdict::Good, QStringLiteral("reachable")); });
-    connect(socket, &QSslSocket::errorOccurred, this,
-            [end, socket] { end(Verdict::Bad, socket->errorString()); });
+    connect(socket, &QSslSocket::errorOccurred, this, [end, socket] {
+        const QString tls = tlsErrorText(socket->sslHandshakeErrors());
+        end(Verdict::Bad, tls.isEmpty() ? socket->errorString() : tls);
+    });
     QTimer::singleShot(m_limits.transferTimeout, socket,
                        [end] { end(Verdict::Bad, QStringLiteral("no answer in time")); });
     connectTo(*socket, service.url);

@@ -9,6 +9,8 @@ QVector<Service> services(const Config &config)
 {
     using Kind = Service::Kind;
     return {
+        { Kind::Schedule, QStringLiteral("schedule"), config.eventDataUrl(config.scheduleDate()),
+          true },
         { Kind::Token, QStringLiteral("token"), config.keycloakUrl(), true },
         { Kind::Configuration, QStringLiteral("configuration"), config.quirlUrl(), true },
         { Kind::Records, QStringLiteral("attendance"), config.attendanceLogUrl(),

@@ -9,15 +9,18 @@
 
 class Config;
 
-/** A service that receives tokens or records. The schedule service receives neither. */
+/** A web service that the screen uses. */
 struct Service
 {
-    enum class Kind { Token, Configuration, Records };
+    enum class Kind { Schedule, Token, Configuration, Records };
 
     Kind kind;
     QString name; ///< for an operator
     QUrl url;
     bool isUsed; ///< by the settings now in force
+
+    /** True if it receives tokens or records. */
+    [[nodiscard]] bool takesSecrets() const { return kind != Kind::Schedule; }
 };
 
 /** All services with the addresses now in force. */

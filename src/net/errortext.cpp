@@ -6,6 +6,10 @@
 #include <QNetworkReply>
 #include <QNetworkRequest>
 #include <QRegularExpression>
+#include <QSslCertificate>
+#include <QSslError>
+#include <QSslKey>
+#include <QStringList>
 #include <QUrl>
 
 QString printableLine(QString text, int maxLength)
@@ -18,6 +22,39 @@ QString printableLine(QString text, int maxLength)
     return text;
 }
 
+namespace {
+
+constexpr auto tlsErrors = "tlsErrors"; // property of a reply
+
+QString describe(const QSslError &error)
+{
+    const QSslCertificate certificate = error.certificate();
+    if (error.error() == QSslError::CertificateExpired)
+        return QStringLiteral("%1 (on %2, is the clock right?)")
+            .arg(error.errorString(), certificate.expiryDate().toString(Qt::ISODate));
+    // Qt has no code for what OpenSSL's security level refuses.
+    if (error.error() == QSslError::UnspecifiedError)
+        return QStringLiteral("The certificate's key of %1 bits or its signature is too weak")
+            .arg(certificate.publicKey().length());
+    return error.errorString();
+}
+
+} // namespace
+
+QString tlsErrorText(const QList<QSslError> &errors)
+{
+    QStringList texts;
+    for (const QSslError &error : errors)
+        texts.append(describe(error));
+    texts.removeDuplicates();
+    return texts.join(QLatin1String("; "));
+}
+
+void rememberTlsErrors(QNetworkReply &reply, const QList<QSslError> &errors)
+{
+    reply.setProperty(tlsErrors, tlsErrorText(errors));
+}
+
 QString errorText(const QNetworkReply &reply)
 {
     constexpr int maxLength = 500; // a reason phrase can have any length
@@ -28,6 +65,9 @@ QString errorText(const QNetworkReply &reply)
     QString text = reply.errorString();
     if (!reply.url().isEmpty())
         text.replace(reply.url().toString(), reply.url().toDisplayString());
+    const QString tls = reply.property(tlsErrors).toString();
+    if (!tls.isEmpty())
+        text += QLatin1String(": ") + tls;
     text.replace(credentials, QStringLiteral("\\1 ********"));
     return printableLine(text, maxLength);
 }

@@ -3,12 +3,20 @@
 
 #pragma once
 
+#include <QList>
 #include <QString>
 
 class QNetworkReply;
+class QSslError;
 
 /** @p text as one line without control characters, of at most @p maxLength characters. */
 [[nodiscard]] QString printableLine(QString text, int maxLength);
+
+/** What is wrong with the certificate of a server, for a technician. */
+[[nodiscard]] QString tlsErrorText(const QList<QSslError> &errors);
+
+/** Keeps the errors for errorText(): Qt's own text only says that the handshake failed. */
+void rememberTlsErrors(QNetworkReply &reply, const QList<QSslError> &errors);
 
 /** The reply's error string for log and screen: one short line without credentials. */
 [[nodiscard]] QString errorText(const QNetworkReply &reply);

@@ -3,6 +3,9 @@
 
 #include "net/http.h"
 
+#include "net/headlimit.h"
+#include "net/webaddress.h"
+
 #include <QDebug>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
@@ -22,6 +25,18 @@ namespace {
             return;
         qWarning() << "Giving up request for" << reply->url() << reason;
         reply->abort();
+    }
+
+    /** Qt would also open files and other protocols. It fails for a scheme that it does not know.
+     */
+    QNetworkRequest webOnly(QNetworkRequest request)
+    {
+        QUrl url = request.url();
+        if (isWebAddress(url))
+            return request;
+        url.setScheme(QLatin1String("refused-") + url.scheme());
+        request.setUrl(url);
+        return request;
     }
 
     void limitTime(QNetworkReply *reply, std::chrono::milliseconds deadline)
@@ -64,14 +79,14 @@ QNetworkRequest request(const QUrl &url)
 QNetworkReply *get(QNetworkAccessManager &manager, const QNetworkRequest &request,
                    const RequestLimits &limits)
 {
-    return send(request, limits,
+    return send(webOnly(request), limits,
                 [&](const QNetworkRequest &limited) { return manager.get(limited); });
 }
 
 QNetworkReply *post(QNetworkAccessManager &manager, const QNetworkRequest &request,
                     const QByteArray &body, const RequestLimits &limits)
 {
-    return send(request, limits,
+    return send(webOnly(request), limits,
                 [&](const QNetworkRequest &limited) { return manager.post(limited, body); });
 }
 
@@ -84,6 +99,7 @@ QNetworkReply *send(QNetworkRequest request, const RequestLimits &limits,
     QNetworkReply *reply = transport(request);
     limitTime(reply, limits.deadline);
     limitBody(reply, limits.maxBodyBytes);
+    limitHead(reply);
     return reply;
 }
 

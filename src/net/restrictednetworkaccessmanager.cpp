@@ -4,10 +4,13 @@
 #include "net/restrictednetworkaccessmanager.h"
 
 #include "config/config.h"
+#include "net/checkedimagereply.h"
 #include "net/http.h"
 
+#include <QCoreApplication>
 #include <QDebug>
 #include <QNetworkReply>
+#include <QThread>
 
 RestrictedNetworkAccessManager::RestrictedNetworkAccessManager(const RequestLimits &limits,
                                                                QObject *parent)
@@ -34,9 +37,12 @@ QNetworkReply *RestrictedNetworkAccessManager::createRequest(Operation op,
     restricted.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
                             QNetworkRequest::NoLessSafeRedirectPolicy);
     restricted.setMaximumRedirectsAllowed(0);
-    return http::send(restricted, m_limits, [&](const QNetworkRequest &limited) {
+    QNetworkReply *reply = http::send(restricted, m_limits, [&](const QNetworkRequest &limited) {
         return XNetworkAccessManager::createRequest(op, limited, outgoingData);
     });
+    // Only QML's image readers have managers in other threads.
+    const bool isForImage = thread() != QCoreApplication::instance()->thread();
+    return isForImage ? new CheckedImageReply(reply, this) : reply;
 }
 
 bool RestrictedNetworkAccessManager::isAllowed(const QUrl &url) const

@@ -13,8 +13,8 @@
  *
  * The views need only the configuration service, for the registration and its QR code. Every other
  * address is refused, except data URLs up to the maximum body size. Requests have time limits,
- * which QML itself lacks. A redirect is a failure: QML would send the bearer token and the password
- * to its target.
+ * which QML itself lacks. An image is passed on only if it is harmless to decode. A redirect is a
+ * failure: QML would send the bearer token and the password to its target.
  */
 class RestrictedNetworkAccessManager : public XNetworkAccessManager
 {

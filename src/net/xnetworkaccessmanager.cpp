@@ -9,9 +9,28 @@
 #include "net/errortext.h"
 
 #include <QDebug>
+#include <QNetworkCookieJar>
 #include <QNetworkReply>
 #include <QNetworkRequest>
 #include <QSslError>
+
+namespace {
+
+/** Keeps nothing: the session of one visitor must not go out with the next one's request. */
+class NoCookies : public QNetworkCookieJar
+{
+    Q_OBJECT
+
+public:
+    using QNetworkCookieJar::QNetworkCookieJar;
+
+    bool setCookiesFromUrl(const QList<QNetworkCookie> & /*cookies*/, const QUrl & /*url*/) override
+    {
+        return false;
+    }
+};
+
+} // namespace
 
 /** Logs the errors of the manager and its replies. Lives in the manager's thread. */
 class XNetworkAccessManager::D : public QObject
@@ -40,6 +59,7 @@ XNetworkAccessManager::XNetworkAccessManager(QObject *parent)
     : QNetworkAccessManager(parent)
     , d(new D(this))
 {
+    setCookieJar(new NoCookies(this));
     connectChecked(Config::instance(),
                    SIGNAL(userAgentChanged(QString)), d, SLOT(setUserAgent(QString)));
     connectChecked(this,
@@ -85,6 +105,7 @@ void XNetworkAccessManager::D::setUserAgent(QString ua)
 
 void XNetworkAccessManager::D::sslErrorsOccured(QNetworkReply *reply, QList<QSslError> errors)
 {
+    rememberTlsErrors(*reply, errors);
     qWarning() << "SSL errors for" << reply->url();
     for (const QSslError &error : qAsConst(errors))
         qWarning() << error.error() << error.errorString();

@@ -8,8 +8,8 @@
 /**
  * The network access manager of all components; each creates its own, in its own thread.
  *
- * Adds the configured user agent to requests and logs network and TLS errors. Never retries, never
- * ignores a TLS error and never changes the outcome of a request.
+ * Adds the configured user agent to requests and logs network and TLS errors. Keeps no cookies.
+ * Never retries, never ignores a TLS error and never changes the outcome of a request.
  */
 class XNetworkAccessManager : public QNetworkAccessManager
 {

@@ -10,6 +10,7 @@ import json
 import os
 import re
 import signal
+import subprocess
 import sys
 import tempfile
 import time
@@ -99,6 +100,32 @@ class CommandLine(unittest.TestCase):
         self.assertRegex(text, r"(?m)^tallyxMode = \d \(stored: 1.5\)")
         self.assertRegex(text, r"(?m)^attendanceEnabled = true \(stored: maybe\)")
         self.assertEqual(path.stat().st_mode & 0o777, 0o644)
+
+    def serve_tls(self, folder, issuer="-CA ca -CAkey ca", days=1, bits=2048, host="IP:127.0.0.1"):
+        """Serve a page with a new certificate. Return the address."""
+        return "https://" + Program(self.addCleanup, "sh", "-ec", f"""
+            cd {folder}
+            openssl req -new -nodes -newkey rsa:{bits} -keyout key -out asked -subj /CN=x -addext subjectAltName={host}
+            openssl x509 -req -in asked -out cert -days {days} -copy_extensions copy {issuer}
+            exec openssl s_server -www -accept 127.0.0.1:0 -cert cert -key key -cipher ALL:@SECLEVEL=0
+        """).wait_for(r"ACCEPT (127.0.0.1:\d+)")[0][1]
+
+    def test_names_what_is_wrong_with_a_certificate(self):
+        folder = self.enterContext(tempfile.TemporaryDirectory())
+        subprocess.run(("openssl", "req", "-x509", "-nodes", "-newkey", "rsa:2048", "-subj", "/CN=CA",
+                        "-keyout", "ca", "-out", "ca"), cwd=folder, check=True, capture_output=True)
+        for fault, options in (("", {}), ("self-signed", {"issuer": "-signkey key"}),
+                               (r"has expired \(on .*, is the clock right\?\)", {"days": -1}),
+                               ("host name did not match", {"host": "DNS:other.example"}),
+                               ("key of 1024 bits or its signature is too weak", {"bits": 1024})):
+            with self.subTest(fault):
+                address = self.serve_tls(folder, **options)
+                _, text, _ = self.check_settings(
+                    f"quirlUrl={address}\neventDataUrlTemplate=\"'{address}'\"\nattendanceEnabled=0\n"
+                    "tallyxMode=0\n", LD_PRELOAD=HANGING_LOOKUP, TRUSTED_CA=f"{folder}/ca")
+                self.assertRegex(text, f"FAILED +schedule .*{fault}")  # it is no schedule
+                self.assertRegex(text, f"FAILED +configuration .*{fault}" if fault else "ok +configuration")
+                self.assertEqual(len(re.findall(f"Network error .*SslHandshakeFailed.*{fault}", text)), 1 if fault else 0)
 
     def run_until(self, text, *options, how=signal.SIGTERM, preload=""):
         """Run the kiosk until it logs the text, then end it. Return seconds to the end and log."""

@@ -5,6 +5,9 @@
 #include "support/fakereply.h"
 #include "support/testcase.h"
 
+#include <QTcpServer>
+#include <QTcpSocket>
+
 using namespace simulator;
 using namespace std::chrono_literals;
 
@@ -50,6 +53,34 @@ private Q_SLOTS:
             QCOMPARE(reply->error(), QNetworkReply::OperationCanceledError);
         const auto headers = services().requests(Route::Schedule).constLast().headers;
         QCOMPARE(headers.values("accept-encoding"), QList<QByteArray> { "identity" });
+    }
+
+    void opensNoFile()
+    {
+        QNetworkAccessManager manager;
+        auto *reply = http::get(manager, QNetworkRequest(QUrl("file:///etc/hostname"_s)), {});
+        QTRY_COMPARE(reply->error(), QNetworkReply::ProtocolUnknownError);
+    }
+
+    void limitsTheHead()
+    {
+        log().expect("since its head is too large"_s);
+        for (const char *end : { "\r\n\r\n", "" }) {
+            QTcpServer server;
+            QVERIFY(server.listen(QHostAddress::LocalHost));
+            connect(&server, &QTcpServer::newConnection, this, [&server, end] {
+                QTcpSocket *client = server.nextPendingConnection();
+                const auto feed = [client] { client->write(QByteArray(100'000, 'x')); };
+                if (!*end)
+                    connect(client, &QTcpSocket::bytesWritten, client, feed);
+                client->write("HTTP/1.1 200 OK\r\nX: " + QByteArray(100'000, 'x') + end);
+            });
+            QNetworkAccessManager manager;
+            const QUrl url("http://127.0.0.1:%1/"_s.arg(server.serverPort()));
+            const QNetworkReply *reply = http::get(manager, QNetworkRequest(url), {});
+            QTRY_COMPARE_WITH_TIMEOUT(reply->error(), QNetworkReply::OperationCanceledError, 20000);
+        }
+        QCOMPARE(log().lines().size(), 2);
     }
 
     void countsBytesOfAnUndeclaredBody()

@@ -38,6 +38,7 @@ private:
     QNetworkRequest request(const QByteArray &path, const Headers &headers)
     {
         QNetworkRequest result(services().baseUrl().resolved(QUrl::fromEncoded(path)));
+        result.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
         for (const auto &[name, value] : headers)
             result.setRawHeader(name, value);
         return result;

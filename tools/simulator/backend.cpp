@@ -50,6 +50,8 @@ namespace {
         if (record.headers.contains("content-length")
             && record.headers.contains("transfer-encoding"))
             return QStringLiteral("Content-Length and Transfer-Encoding exclude each other");
+        if (record.headers.contains("cookie"))
+            return QStringLiteral("The cookie of the last response must not come back");
         if (record.method == "GET" && !record.body.isEmpty())
             return QStringLiteral("A GET request must not have a body");
         return {};
@@ -63,6 +65,7 @@ namespace {
         out.status = response.status;
         for (const auto &[name, value] : response.headers)
             out.set_header(name.toStdString(), value.toStdString());
+        out.set_header("Set-Cookie", "session=of-one-visitor; Path=/");
         const std::string type = response.contentType.toStdString();
         if (response.body.isEmpty()) {
             out.set_content(std::string(), type);
