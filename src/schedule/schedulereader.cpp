@@ -3,6 +3,7 @@
 
 #include "schedule/schedulereader.h"
 
+#include "base/xmlguard.h"
 #include "schedule/event.h"
 #include "schedule/eventaudience.h"
 #include "schedule/eventeaudience.h"
@@ -12,8 +13,6 @@
 #include <QDebug>
 
 #include <algorithm>
-#include <cstring>
-#include <string_view>
 
 namespace {
 
@@ -21,62 +20,11 @@ namespace {
 // minutes.
 constexpr int maxTextLength = 10000;
 
-// QXmlStreamReader compares each attribute of a tag with all others: a tag of a megabyte takes
-// minutes.
-constexpr int maxTagLength = 2048;
-
 // Real documents have six levels. QXmlStreamReader keeps each open element in memory.
 constexpr int maxDepth = 64;
 
 // Further unexpected elements are not logged: they would fill the disk.
 constexpr int maxWarnings = 1000;
-
-/** The end of the tag that begins at @p tag, or null if the tag is too long. */
-const char *endOfTag(const char *tag, const char *end)
-{
-    char quote = 0;
-    for (const char *c = tag; c != end && c - tag <= maxTagLength; ++c) {
-        if (quote != 0)
-            quote = *c == quote ? 0 : quote;
-        else if (*c == '"' || *c == '\'')
-            quote = *c;
-        else if (*c == '>')
-            return c;
-    }
-    return nullptr;
-}
-
-/** True if a start tag in @p xml is too long. Comments and CDATA may have any length. */
-bool hasOverlongTag(const QByteArray &xml)
-{
-    const char *const begin = xml.constData();
-    const char *const end = begin + xml.size(); // a QByteArray holds '\0' here, so at[1] exists
-    const auto isAt = [end](const char *at, std::string_view mark) {
-        return static_cast<size_t>(end - at) >= mark.size()
-            && std::string_view(at, mark.size()) == mark;
-    };
-    const auto endOf = [&](const char *at, const char *mark) {
-        const int found = xml.indexOf(mark, static_cast<int>(at - begin));
-        return found < 0 ? end : begin + found;
-    };
-
-    const char *at = begin;
-    while ((at = static_cast<const char *>(std::memchr(at, '<', static_cast<size_t>(end - at))))) {
-        if (at[1] == '!' || at[1] == '?') {
-            if (isAt(at, "<!--"))
-                at = endOf(at, "-->");
-            else if (isAt(at, "<![CDATA["))
-                at = endOf(at, "]]>");
-            else
-                ++at;
-        } else if (const char *tagEnd = endOfTag(at, end)) {
-            at = tagEnd;
-        } else {
-            return end - at > maxTagLength; // QXmlStreamReader reports a truncated short one
-        }
-    }
-    return false;
-}
 
 } // namespace
 
@@ -92,7 +40,7 @@ ScheduleReader::ScheduleReader(QIODevice *document, ScheduleObjects &objects, QO
 
 void ScheduleReader::read()
 {
-    if (hasOverlongTag(m_document.data()))
+    if (xmlguard::hasOverlongTag(m_document.data()))
         raise(QT_TR_NOOP("a tag is too long"));
     if (m_xml.readNextStartElement()) {
         if (m_xml.name() != QLatin1String("schedule")) {
@@ -287,7 +235,7 @@ void ScheduleReader::skipUnexpected()
     if (m_warnings++ < maxWarnings)
         qWarning().noquote() << QStringLiteral("Event data: ignoring unexpected element \"%1\" at "
                                                "line %2, column %3")
-                                    .arg(m_xml.name().toString().left(maxTagLength),
+                                    .arg(m_xml.name().toString().left(xmlguard::maxTagBytes),
                                          QString::number(m_xml.lineNumber()),
                                          QString::number(m_xml.columnNumber()));
     else if (m_warnings == maxWarnings + 1)
