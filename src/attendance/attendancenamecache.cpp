@@ -4,6 +4,7 @@
 #include "attendance/attendancenamecache.h"
 
 #include "base/exceptions.h"
+#include "base/xmlguard.h"
 #include "config/config.h"
 #include "config/keys.h"
 
@@ -82,17 +83,17 @@ void AttendanceNameCache::load()
             throw Exception(
                 QStringLiteral("failed to open \"%1\": %2 %3")
                     .arg(file.fileName(), QString::number(file.error()), file.errorString()));
-        read(file);
+        read(file.readAll());
     } catch (const Exception &e) {
         qWarning() << "Failed to load name cache:" << e.what();
     }
     m_isDirty = false;
 }
 
-void AttendanceNameCache::read(QIODevice &device)
+void AttendanceNameCache::read(const QByteArray &document)
 {
-    QXmlStreamReader reader(&device);
-    if (reader.readNextStartElement() && reader.name() != xml::root)
+    QXmlStreamReader reader;
+    if (xmlguard::readRoot(reader, document) && reader.name() != xml::root)
         reader.raiseError(QStringLiteral("Looks strange"));
     while (!reader.hasError() && reader.readNextStartElement()) {
         bool isNumber = false;

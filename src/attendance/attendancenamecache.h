@@ -3,11 +3,9 @@
 
 #pragma once
 
-#include <QHash>
+#include <QMap>
 #include <QObject>
 #include <QString>
-
-class QIODevice;
 
 /**
  * The names that the attendance service last returned for cards, so that the screen can greet a
@@ -37,9 +35,9 @@ private Q_SLOTS:
 
 private:
     void load();
-    void read(QIODevice &device);
+    void read(const QByteArray &document);
     void write() const;
 
-    QHash<quint64, QString> m_names;
+    QMap<quint64, QString> m_names; // not a hash: numbers in the file could all collide
     bool m_isDirty = false;
 };

@@ -4,6 +4,7 @@
 #include "attendance/attendanceresponse.h"
 
 #include "base/exceptions.h"
+#include "base/xmlguard.h"
 #include "notifications/noticelimits.h"
 #include "notifications/notification.h"
 
@@ -28,8 +29,7 @@ QString readText(QXmlStreamReader &reader)
 AttendanceResponse::AttendanceResponse(const QByteArray &body, QObject *parent)
     : QObject(parent)
 {
-    QXmlStreamReader reader(body);
-    read(reader);
+    read(body);
     check();
 }
 
@@ -47,9 +47,10 @@ uint AttendanceResponse::timeout() const
     return static_cast<uint>(std::min(m_timeout, maximum));
 }
 
-void AttendanceResponse::read(QXmlStreamReader &reader)
+void AttendanceResponse::read(const QByteArray &body)
 {
-    if (!reader.readNextStartElement() || reader.name() != QLatin1String("attendanceResponse")) {
+    QXmlStreamReader reader;
+    if (!xmlguard::readRoot(reader, body) || reader.name() != QLatin1String("attendanceResponse")) {
         qWarning() << "AttendanceResponse(): unexpected document" << reader.name()
                    << reader.errorString();
         throw AttendanceErrorException(tr("Invalid server response (1)."));

@@ -30,7 +30,7 @@ public:
     [[nodiscard]] uint timeout() const;
 
 private:
-    void read(QXmlStreamReader &reader);
+    void read(const QByteArray &body);
     void readElement(QXmlStreamReader &reader);
     void check() const;
 

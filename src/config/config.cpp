@@ -51,6 +51,10 @@ Config::Config(QObject *parent)
     m_userSettings.setIniCodec(settingsCodec);
     m_userSettings.setFallbacksEnabled(false);
     protectSettingsFile(m_settings.fileName());
+    if (removeDamagedValues(m_settings.fileName())) {
+        m_settings.sync();
+        m_userSettings.sync();
+    }
     m_settings.allKeys(); // reads every section now, and with the right codec
     if (m_settings.status() != QSettings::NoError)
         qCritical() << "Failed to read settings from" << m_settings.fileName()

@@ -7,6 +7,8 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
+#include <QSaveFile>
 
 #include <sys/stat.h>
 
@@ -32,6 +34,35 @@ void protectSettingsFile(const QString &path)
         qInfo() << "Settings file was open to others, restricted to its owner:" << path;
     else
         qWarning() << "Settings file is open to others and can not be restricted:" << path;
+}
+
+bool removeDamagedValues(const QString &path)
+{
+    // Numbers, dates, times, and what the configuration service may have sent instead.
+    static const QRegularExpression damaged(QStringLiteral(
+        R"((Variant|DateTime)\((?!\\0\\0\\0\\(x([1-6ef]|10|7f)(?![0-9a-fA-F])|[0btv])))"));
+
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return false;
+    QByteArray kept;
+    int removed = 0;
+    while (!file.atEnd()) {
+        const QByteArray line = file.readLine();
+        if (damaged.match(QString::fromLatin1(line)).hasMatch())
+            ++removed;
+        else
+            kept += line;
+    }
+    if (removed == 0)
+        return false;
+    qCritical() << "Removing" << removed << "damaged lines from settings file" << path;
+    QSaveFile repaired(path);
+    if (repaired.open(QIODevice::WriteOnly) && repaired.write(kept) == kept.size()
+        && repaired.commit())
+        return true;
+    qCritical() << "Failed to repair settings file" << path << repaired.errorString();
+    return false;
 }
 
 std::pair<quint64, qint64> settingsFileIdentity(const QString &path)

@@ -15,5 +15,12 @@
  */
 void protectSettingsFile(const QString &path);
 
+/**
+ * Removes each line of the settings file @p path that holds a serialised value of a type that no
+ * setting has, with a log line. Qt ends the program when it reads a damaged one of such a type.
+ * Returns true if the file has changed.
+ */
+bool removeDamagedValues(const QString &path);
+
 /** Inode and modification time of a settings file, which change whenever QSettings writes it. */
 [[nodiscard]] std::pair<quint64, qint64> settingsFileIdentity(const QString &path);

@@ -3,6 +3,7 @@
 
 #include "schedule/schedulereader.h"
 
+#include "base/xmlguard.h"
 #include "schedule/event.h"
 #include "schedule/eventaudience.h"
 #include "schedule/eventeaudience.h"
@@ -14,8 +15,6 @@
 #include <QTextCodec>
 
 #include <algorithm>
-#include <cstring>
-#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -25,83 +24,11 @@ namespace {
 // minutes.
 constexpr int maxTextLength = 10000;
 
-// QXmlStreamReader compares each attribute of a tag with all others: a tag of a megabyte takes
-// minutes.
-constexpr int maxTagLength = 2048;
-
 // Real documents have six levels. QXmlStreamReader keeps each open element in memory.
 constexpr int maxDepth = 64;
 
 // Further unexpected elements are not logged: they would fill the disk.
 constexpr int maxWarnings = 1000;
-
-/** The end of the tag that begins at @p tag, or null if the tag is too long. */
-const char *endOfTag(const char *tag, const char *end)
-{
-    char quote = 0;
-    for (const char *c = tag; c != end && c - tag <= maxTagLength; ++c) {
-        if (quote != 0)
-            quote = *c == quote ? 0 : quote;
-        else if (*c == '"' || *c == '\'')
-            quote = *c;
-        else if (*c == '>')
-            return c;
-    }
-    return nullptr;
-}
-
-/**
- * Why QXmlStreamReader must not see @p xml, which is UTF-8 or similar; null if it may. Looks at the
- * bytes, since QXmlStreamReader takes too long before it reports anything.
- */
-const char *findObstacle(const QByteArray &xml)
-{
-    const char *const begin = xml.constData();
-    const char *const end = begin + xml.size(); // a QByteArray holds '\0' here, so at[1] exists
-    const auto isAt = [end](const char *at, std::string_view mark) {
-        return static_cast<size_t>(end - at) >= mark.size()
-            && std::string_view(at, mark.size()) == mark;
-    };
-    const auto endOf = [&](const char *at, const char *mark) {
-        const int found = xml.indexOf(mark, static_cast<int>(at - begin));
-        return found < 0 ? end : begin + found;
-    };
-
-    const char *at = begin;
-    while ((at = static_cast<const char *>(std::memchr(at, '<', static_cast<size_t>(end - at))))) {
-        if (at[1] == '?') {
-            at = endOf(at, "?>");
-        } else if (isAt(at, "<!--")) {
-            at = endOf(at, "-->");
-        } else if (isAt(at, "<![CDATA[")) {
-            at = endOf(at, "]]>");
-        } else if (isAt(at, "<!DOCTYPE")) {
-            // Its default attributes multiply with the elements.
-            return QT_TRANSLATE_NOOP("EventData", "a document type definition is not allowed");
-        } else if (const char *tagEnd = endOfTag(at, end)) {
-            at = tagEnd;
-        } else {
-            // QXmlStreamReader reports a truncated short one.
-            return end - at > maxTagLength ? QT_TRANSLATE_NOOP("EventData", "a tag is too long")
-                                           : nullptr;
-        }
-    }
-    return nullptr;
-}
-
-/** The encoding of @p xml as QXmlStreamReader determines it; null if it is UTF-8 or unknown. */
-const QTextCodec *foreignCodec(QBuffer &xml)
-{
-    constexpr int utf8Mib = 106;
-
-    QXmlStreamReader start(&xml);
-    start.readNext();
-    xml.seek(0);
-    const QByteArray declared = start.documentEncoding().toLatin1();
-    const QTextCodec *codec = QTextCodec::codecForUtfText(
-        xml.data(), declared.isEmpty() ? nullptr : QTextCodec::codecForName(declared));
-    return codec && codec->mibEnum() != utf8Mib ? codec : nullptr;
-}
 
 /**
  * Sorts by display order, then by name regardless of case. Folds each name once: a comparison would
@@ -131,7 +58,7 @@ ScheduleReader::ScheduleReader(const QByteArray &document, ScheduleObjects &obje
 {
     m_document.setData(document);
     m_document.open(QIODevice::ReadOnly);
-    if (const QTextCodec *codec = foreignCodec(m_document)) {
+    if (const QTextCodec *codec = xmlguard::foreignCodec(document)) {
         const QString text = codec->toUnicode(document);
         m_document.close();
         m_document.setData(text.toUtf8());
@@ -144,8 +71,16 @@ ScheduleReader::ScheduleReader(const QByteArray &document, ScheduleObjects &obje
 
 void ScheduleReader::read()
 {
-    if (const char *obstacle = findObstacle(m_document.data()))
-        raise(obstacle);
+    switch (xmlguard::findObstacle(m_document.data())) {
+    case xmlguard::Obstacle::DocumentType:
+        raise(QT_TR_NOOP("a document type definition is not allowed"));
+        break;
+    case xmlguard::Obstacle::LongTag:
+        raise(QT_TR_NOOP("a tag is too long"));
+        break;
+    case xmlguard::Obstacle::None:
+        break;
+    }
     if (readNextElement()) {
         if (m_xml.name() != QLatin1String("schedule")) {
             constexpr auto source = QT_TR_NOOP("this doesn't look like event data");
@@ -354,7 +289,7 @@ void ScheduleReader::skipUnexpected()
     if (m_warnings++ < maxWarnings)
         qWarning().noquote() << QStringLiteral("Event data: ignoring unexpected element \"%1\" at "
                                                "line %2, column %3")
-                                    .arg(m_xml.name().toString().left(maxTagLength),
+                                    .arg(m_xml.name().toString().left(xmlguard::maxTagBytes),
                                          QString::number(m_xml.lineNumber()),
                                          QString::number(m_xml.columnNumber()));
     else if (m_warnings == maxWarnings + 1)

@@ -36,6 +36,11 @@ private Q_SLOTS:
         row("no type to show", withTimeout("5"_s).replace("INFO"_s, "TYPE_COUNT"_s),
             "Invalid server response (3).");
         row("other root", "<attendance/>", "Invalid server response (1).");
+        row("document type", withTimeout("5"_s).replace("?>"_s, "?><!DOCTYPE a>"_s),
+            "Invalid server response (1).");
+        row("overlong tag",
+            withTimeout("5</timeout><x y='%1'/><timeout>5"_s.arg(QString(2048, u'z'))),
+            "Invalid server response (1).");
         row("no XML", "OK", "Invalid server response (1).");
         row("cut off", withTimeout("5"_s).chopped(5), "Invalid server response (2).");
         row("something behind it", withTimeout("5"_s) + "<b/>"_s, "Invalid server response (2).");

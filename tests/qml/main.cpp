@@ -17,12 +17,6 @@
 using simulator::Route;
 using simulator::Simulator;
 
-/** For LeakSanitizer: Qt leaks the picture of a Canvas that is deleted within its scene. */
-extern "C" const char *__lsan_default_suppressions() // NOLINT(bugprone-reserved-identifier)
-{
-    return "leak:libQt5Gui.so\nleak:libQt5Quick.so\nleak:ExternalRefCountData\n";
-}
-
 /**
  * Gives the QML tests the services, the settings and the engine's warnings, as "bench". Each test
  * file starts with new singletons.

@@ -9,16 +9,6 @@
 #include <QTemporaryDir>
 
 /**
- * For LeakSanitizer: the offscreen platform never frees its screen and the objects of it. The stack
- * traces end at these frames; none of our allocations is below them.
- */
-extern "C" const char *__lsan_default_suppressions() // NOLINT(bugprone-reserved-identifier)
-{
-    return "leak:libqoffscreen.so\nleak:QScreen::QScreen\nleak:handleScreenAdded\n"
-           "leak:QObject::QObject\nleak:QObjectPrivate::addConnection\nleak:ExternalRefCountData\n";
-}
-
-/**
  * Runs all registered test classes in a private environment. The name of a class as first argument
  * selects it: "tst_net TestHttp endsEveryRequest:silent".
  */
