@@ -4,10 +4,10 @@
 #include "net/headlimit.h"
 
 #include <QDebug>
+#include <QElapsedTimer>
 #include <QNetworkReply>
 #include <QTimer>
 
-#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <linux/tcp.h>
@@ -16,19 +16,23 @@
 #include <optional>
 #include <sys/socket.h>
 #include <unistd.h>
+#include <utility>
 
 using namespace std::chrono_literals;
 
 namespace {
 
 constexpr qint64 maxHeadBytes = 64 * 1024;
-/** Leaves room for bytes of bodies that Qt has received but not yet reported. */
-constexpr qint64 maxStrayBytes = 1024 * 1024;
-constexpr auto lookInterval = 100ms;
+constexpr qint64 maxUnfinishedBytes = 1024 * 1024;
+constexpr auto lookInterval = 500ms;
+/** Qt may have received a head that a busy thread has not heard of yet. */
+constexpr auto patience = 2000ms;
 constexpr int maxDescriptors = 1024; // the usual limit of a process
 
-/** Bytes of all bodies so far. Global because any thread may see the bytes of any connection. */
-std::atomic<qint64> s_bodyBytes { 0 };
+/** Replies whose bodies arrive. Global because all threads see the bytes of all connections. */
+std::atomic<int> s_bodies { 0 };
+/** Number of bodies that have begun so far. */
+std::atomic<unsigned> s_begun { 0 };
 
 using BytesPerSocket = std::map<int, qint64>;
 
@@ -62,7 +66,10 @@ void shutDown(int socket, qint64 bytes)
     close(own);
 }
 
-/** Watches one reply until its head has arrived, and counts its body. Lives in its thread. */
+/**
+ * Watches one reply until its head has arrived. Looks only at times in which no body arrives, so
+ * that all bytes belong to heads. Lives in the reply's thread.
+ */
 class HeadLimit : public QObject
 {
     Q_OBJECT
@@ -71,53 +78,65 @@ public:
     explicit HeadLimit(QNetworkReply *reply)
         : QObject(reply)
         , m_reply(reply)
+        , m_timer(this)
     {
-        auto *timer = new QTimer(this);
-        connect(timer, &QTimer::timeout, this, &HeadLimit::look);
-        connect(reply, &QNetworkReply::finished, timer, &QTimer::stop);
-        connect(reply, &QNetworkReply::metaDataChanged, timer, &QTimer::stop);
-        connect(reply, &QNetworkReply::metaDataChanged, this, &HeadLimit::checkHead);
-        connect(reply, &QNetworkReply::downloadProgress, this, &HeadLimit::countBody);
-        connect(reply, &QNetworkReply::readyRead, this, [this] {
-            countBody(m_reply->bytesAvailable()); // progress signals are throttled
-        });
-        timer->start(lookInterval);
+        connect(&m_timer, &QTimer::timeout, this, &HeadLimit::look);
+        connect(reply, &QNetworkReply::metaDataChanged, this, &HeadLimit::onHead);
+        connect(reply, &QNetworkReply::finished, this, &HeadLimit::onFinished);
+        m_timer.start(lookInterval);
     }
+    Q_DISABLE_COPY_MOVE(HeadLimit)
+    ~HeadLimit() override { onFinished(); }
 
 private:
     void look()
     {
         const BytesPerSocket now = connections();
-        if (!m_before) {
+        const unsigned begun = s_begun;
+        if (s_bodies > 0 || begun != m_begun || !m_start.isValid()) {
             m_before = now;
-            m_bodiesBefore = s_bodyBytes;
+            m_begun = begun;
+            m_start.start();
             return;
         }
         qint64 received = 0;
         auto busiest = std::make_pair(-1, qint64(0));
         for (const auto &[socket, bytes] : now) {
-            const auto old = m_before->find(socket);
+            const auto old = m_before.find(socket);
             // A smaller count is that of a new connection.
             const qint64 more
-                = old != m_before->end() && old->second <= bytes ? bytes - old->second : bytes;
+                = old != m_before.end() && old->second <= bytes ? bytes - old->second : bytes;
             received += more;
             if (more > busiest.second)
                 busiest = { socket, more };
         }
-        if (received - (s_bodyBytes - m_bodiesBefore) <= maxStrayBytes)
+        if (received <= maxUnfinishedBytes || !m_start.hasExpired(patience.count()))
             return;
         shutDown(busiest.first, busiest.second);
         giveUp();
     }
 
-    void checkHead()
+    void onHead()
     {
+        if (m_isReceiving)
+            return;
+        m_isReceiving = true;
+        ++s_bodies;
+        ++s_begun;
+        m_timer.stop();
         const auto headers = m_reply->rawHeaderPairs();
         qint64 size = 0;
         for (const auto &[name, value] : headers)
             size += name.size() + value.size();
         if (size > maxHeadBytes)
             giveUp();
+    }
+
+    void onFinished()
+    {
+        m_timer.stop();
+        if (std::exchange(m_isReceiving, false))
+            --s_bodies;
     }
 
     void giveUp()
@@ -128,16 +147,12 @@ private:
         m_reply->abort();
     }
 
-    void countBody(qint64 bytes)
-    {
-        s_bodyBytes += std::max<qint64>(0, bytes - m_bodyBytes);
-        m_bodyBytes = std::max(m_bodyBytes, bytes);
-    }
-
     QNetworkReply *m_reply;
-    std::optional<BytesPerSocket> m_before;
-    qint64 m_bodiesBefore = 0;
-    qint64 m_bodyBytes = 0;
+    QTimer m_timer;
+    BytesPerSocket m_before;
+    QElapsedTimer m_start; ///< of the time without bodies
+    unsigned m_begun = 0;
+    bool m_isReceiving = false;
 };
 
 } // namespace

@@ -71,21 +71,17 @@ ScheduleReader::ScheduleReader(const QByteArray &document, ScheduleObjects &obje
 
 void ScheduleReader::read()
 {
-    switch (xmlguard::findObstacle(m_document.data())) {
-    case xmlguard::Obstacle::DocumentType:
+    const xmlguard::Obstacle obstacle = xmlguard::findObstacle(m_document.data());
+    if (obstacle == xmlguard::Obstacle::DocumentType) {
+        if (!m_document.data().contains("<!DOCTYPE schedule"))
+            refuseForeignDocument(); // the log-in page of a guest network
         raise(QT_TR_NOOP("a document type definition is not allowed"));
-        break;
-    case xmlguard::Obstacle::LongTag:
+    } else if (obstacle == xmlguard::Obstacle::LongTag) {
         raise(QT_TR_NOOP("a tag is too long"));
-        break;
-    case xmlguard::Obstacle::None:
-        break;
     }
     if (readNextElement()) {
-        if (m_xml.name() != QLatin1String("schedule")) {
-            constexpr auto source = QT_TR_NOOP("this doesn't look like event data");
-            throw ScheduleException(QString::fromLatin1(source), tr(source));
-        }
+        if (m_xml.name() != QLatin1String("schedule"))
+            refuseForeignDocument();
         readSchedule();
         sortForDisplay(m_objects.locations);
         std::sort(m_objects.audiences.begin(), m_objects.audiences.end(),
@@ -93,6 +89,12 @@ void ScheduleReader::read()
     }
     if (m_xml.hasError())
         failAtError();
+}
+
+void ScheduleReader::refuseForeignDocument()
+{
+    constexpr auto source = QT_TR_NOOP("this doesn't look like event data");
+    throw ScheduleException(QString::fromLatin1(source), tr(source));
 }
 
 bool ScheduleReader::readNextElement()

@@ -41,6 +41,7 @@ public:
 
 private:
     template <typename ReadChild> void readChildren(QLatin1String name, ReadChild readChild);
+    [[noreturn]] static void refuseForeignDocument();
     [[nodiscard]] bool readNextElement();
     [[nodiscard]] bool isStopped();
     void readSchedule();

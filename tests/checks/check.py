@@ -154,7 +154,8 @@ def file_length():
 LAYERS = [{"base"}, {"config"}, {"net"}, {"remoteconfig", "schedule", "notifications"}, {"api", "spool"},
           {"attendance", "presence"}, {"reader"}, {"app"}]
 # These include each other: an event knows its location, a location its events.
-MUTUAL = {"schedule/event", "schedule/eventaudience", "schedule/eventdata", "schedule/eventlocation"}
+MUTUAL = {"schedule/event", "schedule/eventaudience", "schedule/eventdata", "schedule/eventlocation",
+          "schedule/scheduleindex"}
 
 
 def includes():

@@ -112,9 +112,9 @@ class Records(unittest.TestCase):
         behind_an_invalid_line = (*ready, ("send 7A7A7A7A7A7A7A", "ready to be read"),
                                   ("send 7A0D30413142324333440D", "Error logging attendance"))
         for sync_ms, data_sync_ms, commands, limit, end in (
-                ("0", "60000", [("", "GET /lumenboards")], 5, "Leaving behind: GUI thread"),
-                ("80", "0", burst, 3, "Attendance worker thread stopped."),
-                ("60000", "0", behind_an_invalid_line, 5, "Attendance worker thread cannot be ended")):
+                ("0", "60000", [("", "GET /lumenboards")], 8, "Leaving behind: GUI thread"),
+                ("80", "0", burst, 6, "Attendance worker thread stopped."),
+                ("60000", "0", behind_an_invalid_line, 8, "Attendance worker thread cannot be ended")):
             with self.subTest(end):
                 self.start("--set", f"attendanceSpoolDir={self.spool}", "--set", "tallyxMode=0",
                            "--fault", "attendance=hang", "--run", "sh", "--", "-c",

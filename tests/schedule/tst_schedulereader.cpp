@@ -74,7 +74,7 @@ private Q_SLOTS:
         const QByteArray spaces(3000, ' ');
         row("overlong tag", QByteArray(day).replace("<title>", "<title " + spaces + ">"),
             "Error reading event data: (2) a tag is too long (line ", nothing);
-        const QByteArray dtd = "<!DOCTYPE a [<!ATTLIST a b CDATA 'c'>]>";
+        const QByteArray dtd = "<!DOCTYPE schedule [<!ATTLIST a b CDATA 'c'>]>";
         row("document type", dtd + day,
             "Error reading event data: (2) a document type definition is not allowed", nothing);
         row("hidden document type", "<?a <!-- ?>" + dtd + day,
