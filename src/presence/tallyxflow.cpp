@@ -8,9 +8,12 @@
 #include "config/keys.h"
 #include "notifications/noticelimits.h"
 #include "presence/tallyxservice.h"
+#include "spool/disk.h"
 
 #include <QDebug>
+#include <QFileInfo>
 
+#include <cerrno>
 #include <utility>
 
 namespace {
@@ -184,8 +187,11 @@ bool TallyxFlow::isChoiceOnDisk() const
 /** A record that contradicts the person's choice must not be booked later. */
 void TallyxFlow::removeRecord()
 {
-    if (const auto failure = Spool::remove(m_record.spoolPath()))
+    const QString path = m_record.spoolPath();
+    if (const auto failure = Spool::remove(path))
         qCritical() << "Failed to remove a presence record that is out of date:" << *failure;
+    else if (!Disk::instance().syncFolder(QFileInfo(path).path()))
+        qCritical() << "Failed to sync the removal of" << path << qt_error_string(errno);
 }
 
 /** Runs the body of a slot; an exception ends the flow. */

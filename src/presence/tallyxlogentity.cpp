@@ -88,6 +88,8 @@ QJsonDocument TallyxLogEntity::toJson() const
 void TallyxLogEntity::save()
 {
     const QByteArray document = toJson().toJson();
+    if (m_savedType != m_type)
+        m_savedType = TYPE_COUNT; // a failure may leave the old or the new type
     if (isOnDisk())
         Spool::replace(m_spoolPath, document);
     else // first save, or somebody has cleared the folder

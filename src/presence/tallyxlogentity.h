@@ -56,7 +56,7 @@ public:
     void save();
     /** True if the file of the record exists. */
     [[nodiscard]] bool isOnDisk() const;
-    /** The type in the file; after a failed save it differs from type(). */
+    /** The type that is certainly in the file; TYPE_COUNT after a new type could not be saved. */
     [[nodiscard]] Type savedType() const { return m_savedType; }
 
 private:

@@ -4,37 +4,41 @@
 #include "spool/durablefile.h"
 
 #include "base/exceptions.h"
+#include "spool/disk.h"
 
-#include <QDir>
-#include <QFile>
+#include <QFileDevice>
 #include <QFileInfo>
 
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace {
 
-[[noreturn]] void fail(const char *what, const QString &path, int code, const QString &text)
+/** Throws the reason in errno, with the code that QFile uses. */
+[[noreturn]] void fail(const char *what, const QString &path, QFileDevice::FileError code)
 {
     throw AttendanceErrorException(
         QStringLiteral("failed to %1 file \"%2\": %3 %4")
-            .arg(QLatin1String(what), path, QString::number(code), text));
+            .arg(QLatin1String(what), path, QString::number(code), qt_error_string(errno)));
 }
 
 [[noreturn]] void failToWrite(const QString &path)
 {
-    fail("write to", path, QFileDevice::WriteError, qt_error_string(errno));
+    fail("write to", path, QFileDevice::WriteError);
 }
 
 /** A full disk accepts part of the content without an error; only the next write fails. */
-bool writeAll(QFile &file, const QByteArray &content)
+bool writeAll(int descriptor, const QByteArray &content)
 {
     int done = 0;
     while (done < content.size()) {
-        const qint64 count = file.write(content.constData() + done, content.size() - done);
+        const auto left = static_cast<size_t>(content.size() - done);
+        const ssize_t count = Disk::instance().write(descriptor, content.constData() + done, left);
+        if (count < 0 && errno == EINTR)
+            continue;
         if (count <= 0)
             return false;
         done += static_cast<int>(count);
@@ -50,66 +54,73 @@ QString unfinishedName(const QString &path)
 }
 
 /** Renames a file unless the new name is taken; false with the reason in errno. */
-bool renameNoReplace(const QByteArray &from, const QByteArray &to)
+bool renameNoReplace(const QString &from, const QString &to)
 {
-    if (renameat2(AT_FDCWD, from.constData(), AT_FDCWD, to.constData(), RENAME_NOREPLACE) == 0)
+    if (Disk::instance().rename(from, to, RENAME_NOREPLACE))
         return true;
     if (errno != EINVAL)
         return false;
     // Some file systems cannot do it at once. Check first: nobody else uses our names.
-    struct stat info
-    {
-    };
-    if (lstat(to.constData(), &info) == 0) {
+    const QFileInfo taken(to);
+    if (taken.exists() || taken.isSymLink()) {
         errno = EEXIST;
         return false;
     }
-    return rename(from.constData(), to.constData()) == 0;
+    return Disk::instance().rename(from, to);
 }
 
 } // namespace
 
 DurableFile::DurableFile(const QString &path)
     : m_path(path)
-    , m_unfinished(std::make_unique<QFile>(unfinishedName(path)))
+    , m_unfinished(unfinishedName(path))
 {
 }
 
-DurableFile::DurableFile(DurableFile &&other) noexcept = default;
+DurableFile::DurableFile(DurableFile &&other) noexcept
+    : m_path(std::move(other.m_path))
+    , m_content(std::move(other.m_content))
+    , m_unfinished(std::exchange(other.m_unfinished, {}))
+    , m_descriptor(std::exchange(other.m_descriptor, -1))
+    , m_isSynced(other.m_isSynced)
+{
+}
 
 DurableFile::~DurableFile()
 {
-    if (m_unfinished)
-        m_unfinished->remove();
+    if (m_descriptor < 0)
+        return;
+    close(m_descriptor);
+    if (!m_unfinished.isEmpty())
+        (void)Disk::instance().unlink(m_unfinished); // else the next start removes it
 }
 
 void DurableFile::write(const QByteArray &content)
 {
     m_content = content;
-    QFile &file = *m_unfinished;
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered))
-        fail("create", m_path, file.error(), file.errorString());
-    const bool isWritten = file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner)
-        && writeAll(file, content);
-    if (!isWritten)
-        fail("write to", m_path, file.error(), file.errorString());
+    m_descriptor = Disk::instance().create(m_unfinished);
+    if (m_descriptor < 0)
+        fail("create", m_path,
+             errno == EMFILE ? QFileDevice::ResourceError : QFileDevice::OpenError);
+    if (!writeAll(m_descriptor, content))
+        failToWrite(m_path);
     // A hint that may fail: the disk starts while the caller does something else.
-    (void)sync_file_range(file.handle(), 0, 0, SYNC_FILE_RANGE_WRITE);
+    (void)sync_file_range(m_descriptor, 0, 0, SYNC_FILE_RANGE_WRITE);
 }
 
 bool DurableFile::commitAs(const QString &path)
 {
     sync(path);
-    if (!renameNoReplace(QFile::encodeName(m_unfinished->fileName()), QFile::encodeName(path))) {
+    if (!renameNoReplace(m_unfinished, path)) {
         if (errno == EEXIST)
             return false;
         failToWrite(path);
     }
-    m_unfinished.reset();
-    if (syncFolder(QFileInfo(path).path()))
+    m_unfinished.clear();
+    if (Disk::instance().syncFolder(QFileInfo(path).path()))
         return true;
     const int code = errno;
-    QFile::remove(path);
+    (void)Disk::instance().unlink(path); // the caller takes it for lost
     errno = code;
     failToWrite(path);
 }
@@ -117,18 +128,19 @@ bool DurableFile::commitAs(const QString &path)
 void DurableFile::commitReplacing()
 {
     sync(m_path);
-    const QByteArray unfinished = QFile::encodeName(m_unfinished->fileName());
-    if (rename(unfinished.constData(), QFile::encodeName(m_path).constData()) != 0)
+    if (!Disk::instance().rename(m_unfinished, m_path))
         failToWrite(m_path);
-    m_unfinished.reset();
-    if (!syncFolder(QFileInfo(m_path).path()))
+    m_unfinished.clear();
+    if (!Disk::instance().syncFolder(QFileInfo(m_path).path()))
         failToWrite(m_path);
 }
 
+/** Makes the content durable, once, however many names are tried. */
 void DurableFile::sync(const QString &path)
 {
-    if (fsync(m_unfinished->handle()) != 0)
+    if (!m_isSynced && !Disk::instance().sync(m_descriptor))
         failToWrite(path);
+    m_isSynced = true;
 }
 
 bool makeDurableFolder(const QString &folder)
@@ -136,19 +148,6 @@ bool makeDurableFolder(const QString &folder)
     const QString parent = QFileInfo(folder).path();
     if (QFileInfo(folder).isDir())
         return true;
-    return parent != folder && makeDurableFolder(parent) && QDir().mkpath(folder)
-        && syncFolder(parent);
-}
-
-bool syncFolder(const QString &folder)
-{
-    const int descriptor
-        = open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (descriptor < 0)
-        return false;
-    const bool done = fsync(descriptor) == 0;
-    const int code = errno;
-    close(descriptor);
-    errno = code;
-    return done;
+    return parent != folder && makeDurableFolder(parent) && Disk::instance().makeFolder(folder)
+        && Disk::instance().syncFolder(parent);
 }

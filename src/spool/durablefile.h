@@ -6,10 +6,6 @@
 #include <QByteArray>
 #include <QString>
 
-#include <memory>
-
-class QFile;
-
 /**
  * A file that survives a power cut once it is committed. Until then it has a hidden name in the
  * same folder, so nobody reads an incomplete file; a file that is never committed is removed.
@@ -49,11 +45,10 @@ private:
 
     QString m_path;
     QByteArray m_content;
-    std::unique_ptr<QFile> m_unfinished; ///< until it is committed
+    QString m_unfinished; ///< path until it is committed, then empty
+    int m_descriptor = -1; ///< of the open file
+    bool m_isSynced = false;
 };
 
 /** Creates @p folder and its missing parents durably; false on failure. */
 [[nodiscard]] bool makeDurableFolder(const QString &folder);
-
-/** Makes new and removed names in @p folder durable; false on failure, with errno set. */
-[[nodiscard]] bool syncFolder(const QString &folder);

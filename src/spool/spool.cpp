@@ -5,6 +5,7 @@
 
 #include "base/exceptions.h"
 #include "config/config.h"
+#include "spool/disk.h"
 
 #include <QDateTime>
 #include <QDebug>
@@ -14,7 +15,6 @@
 #include <QStandardPaths>
 
 #include <cerrno>
-#include <unistd.h>
 #include <utility>
 
 namespace {
@@ -127,7 +127,7 @@ void Spool::replace(const QString &path, const QByteArray &record)
 std::optional<QString> Spool::remove(const QString &path)
 {
     // Do not ask first whether the file exists: without access to the folder the answer is no.
-    if (unlink(QFile::encodeName(path).constData()) == 0 || errno == ENOENT)
+    if (Disk::instance().unlink(path) || errno == ENOENT)
         return {};
     return QStringLiteral("%1 %2 %3")
         .arg(path, QString::number(QFileDevice::RemoveError), qt_error_string(errno));
@@ -135,15 +135,17 @@ std::optional<QString> Spool::remove(const QString &path)
 
 void Spool::removeLeftovers() const
 {
-    QDirIterator each(folder(),
-                      { QStringLiteral(".*") + QLatin1String(DurableFile::unfinishedSuffix) },
+    const QString path = folder();
+    QDirIterator each(path, { QStringLiteral(".*") + QLatin1String(DurableFile::unfinishedSuffix) },
                       QDir::Files | QDir::Hidden | QDir::NoSymLinks);
     while (each.hasNext()) {
-        QFile file(each.next());
-        if (file.remove())
-            qInfo() << "Removed unfinished record" << file.fileName();
+        const QString file = each.next();
+        if (const auto failure = remove(file))
+            qWarning() << "Failed to remove unfinished record" << *failure;
         else
-            qWarning() << "Failed to remove unfinished record" << file.fileName()
-                       << file.errorString();
+            qInfo() << "Removed unfinished record" << file;
     }
+    // The run before may have been killed between a removal and its sync.
+    if (QFileInfo(path).isReadable() && !Disk::instance().syncFolder(path))
+        qWarning() << "Failed to sync" << path << qt_error_string(errno);
 }

@@ -66,7 +66,10 @@ public:
     /** Removes @p path if it exists. On failure returns path, error code and reason. */
     [[nodiscard]] static std::optional<QString> remove(const QString &path);
 
-    /** Removes unfinished records that a crash left behind. */
+    /**
+     * Removes unfinished records that a crash left behind, and makes the removals of the run before
+     * durable. Failures are logged.
+     */
     void removeLeftovers() const;
 
 private:

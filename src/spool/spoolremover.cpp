@@ -3,7 +3,7 @@
 
 #include "spool/spoolremover.h"
 
-#include "spool/durablefile.h"
+#include "spool/disk.h"
 #include "spool/spool.h"
 
 #include <QDebug>
@@ -45,7 +45,7 @@ void SpoolRemover::sync()
 {
     const auto folders = std::exchange(m_unsyncedFolders, {});
     for (const QString &folder : folders) {
-        if (syncFolder(folder))
+        if (Disk::instance().syncFolder(folder))
             continue;
         qWarning() << "Failed to sync" << folder << qt_error_string(errno);
         m_unsyncedFolders.insert(folder);

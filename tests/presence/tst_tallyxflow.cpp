@@ -6,7 +6,6 @@
 #include "net/xnetworkaccessmanager.h"
 #include "presence/tallyxlogentity.h"
 #include "presence/tallyxqueue.h"
-#include "support/brokendisk.h"
 #include "support/notices.h"
 #include "support/testcase.h"
 
@@ -213,43 +212,6 @@ private Q_SLOTS:
         QCOMPARE(tallyxSpool().count(), 1);
     }
 
-    void sendsPeopleToTheStaffWhenNothingCanBeKept()
-    {
-        log().expect("Error logging presence: \"failed to write to file"_s);
-        const FullDisk full(10);
-        m_queue->begin(card);
-        QTRY_COMPARE(notice()->type(), int(Notification::ERR));
-        QVERIFY(notice()->message().startsWith("Failed to log your presence."_s));
-        QCOMPARE(notice()->timeout(), 60000U);
-    }
-
-    void followsTheLastChoiceThoughTheDiskIsFull_data()
-    {
-        columns<Fault, int, QString>("booking", "bookings", "message");
-        row("booked", Fault::None, 1, "Auf Wiedersehen");
-        row("not booked", Fault::ServerError, 0, "Failed to log your presence.");
-    }
-
-    void followsTheLastChoiceThoughTheDiskIsFull()
-    {
-        services().setFault(Route::PresenceBooking, at<Fault>("booking"));
-        QVERIFY(asks());
-        log().expect("Failed to save a presence record again: failed to write to file"_s);
-        log().allow("Error logging presence:"_s);
-        {
-            const FullDisk full(10);
-            notice()->clickButton(1);
-            notice()->confirm();
-        }
-        QTRY_VERIFY(notice()->isClosable());
-        QVERIFY2(notice()->message().startsWith(at("message")), qPrintable(notice()->message()));
-        // What says otherwise must not be booked later.
-        QTRY_COMPARE(tallyxSpool().count(), 0);
-        const auto bookings = services().presenceBookings();
-        QCOMPARE(bookings.size(), at<int>("bookings"));
-        QVERIFY(bookings.isEmpty() || int(bookings.constFirst().type) == TallyxLogEntity::OUT);
-    }
-
     void booksThoughTheSpoolIsGone()
     {
         QVERIFY(asks());
@@ -257,21 +219,6 @@ private Q_SLOTS:
         notice()->confirm();
         QTRY_COMPARE(services().presenceBookings().size(), 1);
         QTRY_COMPARE(tallyxSpool().count(), 0);
-    }
-
-    void stopsForGoodWhenARecordCanNotBeRemoved()
-    {
-        QVERIFY(asks());
-        services().setFault(Route::PresenceBooking, Fault::Hang);
-        notice()->confirm();
-        QTRY_COMPARE(services().requestCount(Route::PresenceBooking), 1);
-        const QString path = blockRemoval(m_folder->path());
-        log().expect("FATAL ERROR"_s);
-        QSignalSpy stopped(&*m_queue, &TallyxQueue::fatalStop);
-        services().clearFaults();
-        QTRY_COMPARE(stopped.count(), 1);
-        QTRY_COMPARE(notices().length(), 2);
-        QVERIFY(notice()->message().contains(path) && notice()->timeout() == 0);
     }
 
 private:

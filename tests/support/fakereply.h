@@ -26,6 +26,15 @@ public:
     }
     void tellProgress() { Q_EMIT downloadProgress(m_received, -1); }
 
+    /** Ends with status 200 and @p body. */
+    void succeed(const QByteArray &body)
+    {
+        setAttribute(QNetworkRequest::HttpStatusCodeAttribute, 200);
+        feed(body);
+        setFinished(true);
+        Q_EMIT finished();
+    }
+
     void fail(NetworkError error, const QString &text)
     {
         setError(error, text);
