@@ -116,6 +116,7 @@ class Records(unittest.TestCase):
                 ("80", "0", burst, 6, "Attendance worker thread stopped."),
                 ("60000", "0", behind_an_invalid_line, 8, "Attendance worker thread cannot be ended")):
             with self.subTest(end):
+                self.spool = f"{self.home}/spool {limit}/{end[:1]}"  # a new one: a start syncs what is there
                 self.start("--set", f"attendanceSpoolDir={self.spool}", "--set", "tallyxMode=0",
                            "--fault", "attendance=hang", "--run", "sh", "--", "-c",
                            'echo kiosk is $$; LD_PRELOAD="$LD_PRELOAD $1" exec "$0"', KIOSK, SLOW_DISK,
