@@ -6,6 +6,7 @@
 #include "app/localchecks.h"
 #include "attendance/attendancerequest.h"
 #include "base/exceptions.h"
+#include "base/json.h"
 #include "config/config.h"
 #include "config/effectivesettings.h"
 #include "net/addresswarnings.h"
@@ -117,7 +118,7 @@ void SelfCheck::onConfiguration(QNetworkReply *reply)
 {
     reply->deleteLater();
     const QString what = QStringLiteral("configuration %1").arg(reply->url().toDisplayString());
-    const QJsonDocument document = QJsonDocument::fromJson(reply->readAll());
+    const QJsonDocument document = readJson(reply->readAll());
     if (reply->error() != QNetworkReply::NoError) {
         m_report.add(Verdict::Bad, what, failureOf(*reply));
     } else if (!document.isObject()) {

@@ -4,6 +4,7 @@
 #include "net/tokenresponse.h"
 
 #include "base/exceptions.h"
+#include "base/json.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -18,7 +19,7 @@ namespace {
 QJsonObject parseObject(const QByteArray &body)
 {
     QJsonParseError error;
-    const QJsonDocument document = QJsonDocument::fromJson(body, &error);
+    const QJsonDocument document = readJson(body, &error);
     if (error.error != QJsonParseError::NoError)
         throw KCException(QStringLiteral("Failed to read JSON: %1").arg(error.errorString()));
     if (document.isNull() || (document.isObject() && document.object().isEmpty()))

@@ -4,6 +4,7 @@
 #include "presence/tallyxlogentity.h"
 
 #include "base/exceptions.h"
+#include "base/json.h"
 #include "config/config.h"
 #include "config/keys.h"
 
@@ -105,7 +106,7 @@ bool TallyxLogEntity::isOnDisk() const
 void TallyxLogEntity::read(const QByteArray &document)
 {
     constexpr qint64 largestExact = 1LL << 53; // JSON numbers are doubles
-    const QJsonObject object = QJsonDocument::fromJson(document).object();
+    const QJsonObject object = readJson(document).object();
     const auto type = wholeNumber(object, key::type, TYPE_COUNT - 1);
     const auto logDelay = wholeNumber(object, key::logDelay, anyInt);
     const auto transmissionDelay = wholeNumber(object, key::transmissionDelay, anyInt);

@@ -4,6 +4,7 @@
 #include "presence/tallyxservice.h"
 
 #include "base/exceptions.h"
+#include "base/json.h"
 #include "config/config.h"
 #include "config/keys.h"
 #include "net/accesstoken.h"
@@ -61,7 +62,7 @@ QJsonObject readStatus(QNetworkReply &reply)
 {
     throwOnNetworkError(reply);
     QJsonParseError error;
-    const QJsonDocument document = QJsonDocument::fromJson(reply.readAll(), &error);
+    const QJsonDocument document = readJson(reply.readAll(), &error);
     if (error.error != QJsonParseError::NoError)
         throw AttendanceWarningException(
             QStringLiteral("Failed to parse response: %1 %2")
@@ -74,7 +75,7 @@ QJsonObject readStatus(QNetworkReply &reply)
 QJsonObject readAcknowledgement(QNetworkReply &reply)
 {
     throwOnNetworkError(reply);
-    const QJsonObject response = QJsonDocument::fromJson(reply.readAll()).object();
+    const QJsonObject response = readJson(reply.readAll()).object();
     if (response.isEmpty() || response.contains(QLatin1String("error")))
         throw AttendanceWarningException(QStringLiteral("Error parsing response."));
     return response;

@@ -4,6 +4,7 @@
 #include "remoteconfig/worker.h"
 
 #include "base/connections.h"
+#include "base/json.h"
 #include "config/config.h"
 #include "net/accesstoken.h"
 #include "net/errortext.h"
@@ -103,7 +104,7 @@ void Worker::getConfigurationFinished()
         return;
     }
     QJsonParseError error;
-    const QJsonDocument document = QJsonDocument::fromJson(reply->readAll(), &error);
+    const QJsonDocument document = readJson(reply->readAll(), &error);
     if (error.error != QJsonParseError::NoError) {
         qWarning() << "Failed to parse config response:" << error.errorString();
         return;

@@ -6,6 +6,7 @@
 #include "attendance/attendancerequest.h"
 #include "attendance/attendanceresponse.h"
 #include "base/exceptions.h"
+#include "base/json.h"
 #include "config/config.h"
 #include "config/effectivesettings.h"
 #include "net/tokenresponse.h"
@@ -66,7 +67,7 @@ template <QJsonObject (*read)(QNetworkReply &)> void readReply(const QByteArray 
 void readConfiguration(const QByteArray &body)
 {
     Config &config = startWith({});
-    const auto document = QJsonDocument::fromJson(body);
+    const auto document = readJson(body);
     config.applyConfiguration(document);
     QObject::connect(&config, &Config::configChanged, [] { assert(false); });
     config.applyConfiguration(document);
