@@ -3,11 +3,13 @@
 
 #include "net/headlimit.h"
 
+#include <QAbstractEventDispatcher>
 #include <QDebug>
 #include <QElapsedTimer>
 #include <QNetworkReply>
 #include <QTimer>
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <linux/tcp.h>
@@ -23,16 +25,18 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr qint64 maxHeadBytes = 64 * 1024;
-constexpr qint64 maxUnfinishedBytes = 1024 * 1024;
+constexpr qint64 maxStrayBytes = 1024 * 1024;
 constexpr auto lookInterval = 500ms;
-/** Qt may have received a head that a busy thread has not heard of yet. */
-constexpr auto patience = 2000ms;
+/** Bytes of a body count as stray until a busy thread reports them. */
+constexpr auto patience = 5000ms;
+/** Bodies of earlier windows must not hide a head. */
+constexpr auto window = 10000ms;
+/** Qt goes on reading after the request has ended. */
+constexpr auto afterwatch = 15000ms;
 constexpr int maxDescriptors = 1024; // the usual limit of a process
 
-/** Replies whose bodies arrive. Global because all threads see the bytes of all connections. */
-std::atomic<int> s_bodies { 0 };
-/** Number of bodies that have begun so far. */
-std::atomic<unsigned> s_begun { 0 };
+/** Bytes of all bodies so far. Global because all threads see the bytes of all connections. */
+std::atomic<qint64> s_bodyBytes { 0 };
 
 using BytesPerSocket = std::map<int, qint64>;
 
@@ -67,8 +71,8 @@ void shutDown(int socket, qint64 bytes)
 }
 
 /**
- * Watches one reply until its head has arrived. Looks only at times in which no body arrives, so
- * that all bytes belong to heads. Lives in the reply's thread.
+ * Counts the body of one reply, and watches the connections until the head has arrived; if none
+ * does, for a while after the reply is gone. Lives in the reply's thread and deletes itself.
  */
 class HeadLimit : public QObject
 {
@@ -76,29 +80,57 @@ class HeadLimit : public QObject
 
 public:
     explicit HeadLimit(QNetworkReply *reply)
-        : QObject(reply)
+        : QObject(QAbstractEventDispatcher::instance())
         , m_reply(reply)
         , m_timer(this)
     {
         connect(&m_timer, &QTimer::timeout, this, &HeadLimit::look);
         connect(reply, &QNetworkReply::metaDataChanged, this, &HeadLimit::onHead);
-        connect(reply, &QNetworkReply::finished, this, &HeadLimit::onFinished);
+        connect(reply, &QNetworkReply::downloadProgress, this, &HeadLimit::countBody);
+        connect(reply, &QNetworkReply::readyRead, this, [this] {
+            countBody(m_reply->bytesAvailable()); // progress signals are throttled
+        });
+        connect(reply, &QNetworkReply::finished, this, &HeadLimit::onEnd);
+        connect(reply, &QObject::destroyed, this, &HeadLimit::onEnd);
         m_timer.start(lookInterval);
     }
-    Q_DISABLE_COPY_MOVE(HeadLimit)
-    ~HeadLimit() override { onFinished(); }
 
 private:
     void look()
     {
-        const BytesPerSocket now = connections();
-        const unsigned begun = s_begun;
-        if (s_bodies > 0 || begun != m_begun || !m_start.isValid()) {
-            m_before = now;
-            m_begun = begun;
-            m_start.start();
+        if (m_end.isValid() && m_end.hasExpired(afterwatch.count())) {
+            deleteLater();
             return;
         }
+        const BytesPerSocket now = connections();
+        const qint64 bodies = s_bodyBytes - m_bodiesBefore;
+        const auto [busiest, stray] = strayBytes(now, bodies);
+        // Below the share of the bodies, the busiest connection could be one of theirs.
+        const bool isExcess = m_window.isValid() && stray > std::max(maxStrayBytes, bodies);
+        if (!isExcess) {
+            m_excess.invalidate();
+            if (!m_window.isValid() || m_window.hasExpired(window.count()))
+                openWindow(now);
+        } else if (!m_excess.isValid()) {
+            m_excess.start();
+        } else if (m_excess.hasExpired(patience.count())) {
+            qWarning() << "Closing a connection since the head of its response does not end.";
+            shutDown(busiest, now.at(busiest));
+            openWindow(now);
+        }
+    }
+
+    void openWindow(const BytesPerSocket &now)
+    {
+        m_window.start();
+        m_before = now;
+        m_bodiesBefore = s_bodyBytes;
+        m_excess.invalidate();
+    }
+
+    /** The busiest connection of the window, and the bytes of all that are not of @p bodies. */
+    [[nodiscard]] std::pair<int, qint64> strayBytes(const BytesPerSocket &now, qint64 bodies) const
+    {
         qint64 received = 0;
         auto busiest = std::make_pair(-1, qint64(0));
         for (const auto &[socket, bytes] : now) {
@@ -110,56 +142,54 @@ private:
             if (more > busiest.second)
                 busiest = { socket, more };
         }
-        if (received <= maxUnfinishedBytes || !m_start.hasExpired(patience.count()))
-            return;
-        shutDown(busiest.first, busiest.second);
-        giveUp();
+        return { busiest.first, received - bodies };
     }
 
     void onHead()
     {
-        if (m_isReceiving)
-            return;
-        m_isReceiving = true;
-        ++s_bodies;
-        ++s_begun;
         m_timer.stop();
         const auto headers = m_reply->rawHeaderPairs();
         qint64 size = 0;
         for (const auto &[name, value] : headers)
             size += name.size() + value.size();
-        if (size > maxHeadBytes)
-            giveUp();
-    }
-
-    void onFinished()
-    {
-        m_timer.stop();
-        if (std::exchange(m_isReceiving, false))
-            --s_bodies;
-    }
-
-    void giveUp()
-    {
-        if (m_reply->isFinished())
+        if (size <= maxHeadBytes || m_reply->isFinished())
             return;
         qWarning() << "Giving up request for" << m_reply->url() << "since its head is too large";
         m_reply->abort();
     }
 
+    void onEnd()
+    {
+        if (m_end.isValid())
+            return;
+        m_end.start();
+        const bool hasHead = !m_timer.isActive();
+        if (hasHead || !m_window.isValid()
+            || strayBytes(connections(), s_bodyBytes - m_bodiesBefore).second <= maxHeadBytes)
+            deleteLater();
+    }
+
+    void countBody(qint64 bytes)
+    {
+        s_bodyBytes += std::max<qint64>(0, bytes - m_bodyBytes);
+        m_bodyBytes = std::max(m_bodyBytes, bytes);
+    }
+
     QNetworkReply *m_reply;
     QTimer m_timer;
     BytesPerSocket m_before;
-    QElapsedTimer m_start; ///< of the time without bodies
-    unsigned m_begun = 0;
-    bool m_isReceiving = false;
+    qint64 m_bodiesBefore = 0;
+    qint64 m_bodyBytes = 0;
+    QElapsedTimer m_window; ///< since m_before
+    QElapsedTimer m_excess; ///< since there are too many stray bytes
+    QElapsedTimer m_end; ///< since the reply has ended
 };
 
 } // namespace
 
 void limitHead(QNetworkReply *reply)
 {
-    new HeadLimit(reply); // owned by the reply
+    new HeadLimit(reply); // deletes itself
 }
 
 #include "headlimit.moc"

@@ -32,8 +32,24 @@ bool isPlain(const QXmlStreamAttribute &attribute)
         && !attribute.value().contains(QLatin1String("url("), Qt::CaseInsensitive);
 }
 
+/** QXmlStreamReader compares each attribute of a tag with all others. */
+bool hasManyAttributes(const QByteArray &svg)
+{
+    constexpr int maxAttributes = 64;
+    int attributes = 0;
+    for (const char c : svg) {
+        if (c == '<')
+            attributes = 0;
+        else if (c == '=' && ++attributes > maxAttributes)
+            return true;
+    }
+    return false;
+}
+
 QString svgProblem(const QByteArray &bytes)
 {
+    if (hasManyAttributes(bytes))
+        return QStringLiteral("SVG with too many attributes");
     QXmlStreamReader reader(bytes);
     while (!reader.atEnd()) {
         reader.readNext();
