@@ -40,10 +40,12 @@ AttendanceNameCache::~AttendanceNameCache()
 
 void AttendanceNameCache::insert(quint64 transponderId, const QString &name)
 {
+    constexpr int maxLength = 200; // load() refuses a long tag
+    const QString shown = name.left(maxLength);
     const auto known = m_names.constFind(transponderId);
-    if (known != m_names.constEnd() && *known == name)
+    if (known != m_names.constEnd() && *known == shown)
         return;
-    m_names.insert(transponderId, name);
+    m_names.insert(transponderId, shown);
     m_isDirty = true;
 }
 
