@@ -149,6 +149,10 @@ Neuer Versuch in %3 s.</translation>
         <source>reading takes too long</source>
         <translation>das Lesen dauert zu lange</translation>
     </message>
+    <message>
+        <source>no thread could be started</source>
+        <translation>es ließ sich kein Thread starten</translation>
+    </message>
 </context>
 <context>
     <name>EventDetail</name>

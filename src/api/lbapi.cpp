@@ -69,7 +69,7 @@ void LBAPI::setScanTransponder(bool scan)
 
 QString LBAPI::cardWarning() const
 {
-    // A screen that never had a reader must not complain.
+    // A screen on which nobody holds up cards must not complain.
     const bool expectsCards = config()->attendanceEnabled()
         || config()->tallyxMode() != Config::TallyxDisabled || m_scanTransponder;
     return expectsCards ? m_cardReadiness.warning() : QString();

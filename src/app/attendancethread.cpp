@@ -50,6 +50,7 @@ bool startAttendanceThread()
     // A thread that was left behind: isRunning() may be false, and start() would wait for its end.
     if (!thread.wait(0)) {
         qWarning() << "Attendance worker thread already running.";
+        LBAPI::instance()->cardReadiness()->onSearchStarted(); // its reader answers nobody
         return false;
     }
     if (s_isLoggingStopped) {

@@ -105,6 +105,7 @@ QList<Event *> EventData::eventsOfLocation(qint64 id) const
 void EventData::discard()
 {
     blockSignals(true);
+    m_isDiscarded = true;
     delete std::exchange(m_manager, nullptr);
     if (m_thread) {
         m_thread->disconnect(this);
@@ -151,6 +152,8 @@ void EventData::read(const QByteArray &document)
 {
     m_thread = new ScheduleThread(document);
     connect(m_thread, &QThread::finished, this, [this] {
+        if (m_isDiscarded)
+            return; // the call was already posted
         take(m_thread->takeSchedule());
         runInSlices(
             this, [this] { return adoptNext(); }, [this] { endDownload(); });
@@ -158,6 +161,12 @@ void EventData::read(const QByteArray &document)
     // The thread may outlive this object.
     connect(m_thread, &QThread::finished, m_thread, &QObject::deleteLater);
     m_thread->start(QThread::InheritPriority);
+    if (m_thread->isRunning() || m_thread->isFinished())
+        return;
+    constexpr auto source = QT_TR_NOOP("no thread could be started");
+    setFailure(QString::fromLatin1(source), tr(source));
+    m_thread->deleteLater();
+    endDownload();
 }
 
 void EventData::take(ReadSchedule schedule)

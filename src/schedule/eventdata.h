@@ -103,6 +103,7 @@ private:
     void setFailure(const QString &logged, const QString &shown);
 
     bool m_error = false;
+    bool m_isDiscarded = false;
     QString m_errorMessage;
     ScheduleObjects m_objects;
     ScheduleIndex m_index;
