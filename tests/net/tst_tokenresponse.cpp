@@ -35,7 +35,7 @@ private Q_SLOTS:
         object(R"("access_token":"a","expires_in":9,"refresh_token":null)", "a 9  0");
         object(R"("access_token":"a","expires_in":1,"refresh_token":"r","refresh_expires_in":null)",
                "a 1 r 0");
-        object(R"("access_token":"a","expires_in":9,"x":[{"a":1},{"a":",{"}])", "a 9  0");
+        object(R"("access_token":"a","expires_in":9,"x":[{"a":1},{"a":2}])", "a 9  0");
         object(R"("access_token":"a","expires_in":9,"x":{"a":{},"\u0061":1})",
                "Failed to read JSON: "); // Qt would leak the first
         object(R"("expires_in":9)", R"(JSON object does not contain "access_token".)");

@@ -137,9 +137,8 @@ private:
         int ended = queue.sent.size();
         queue.process();
         while (ended < tries) {
-            QTRY_VERIFY(queue.sent.size() > ended);
+            QTRY_COMPARE(queue.sent.size(), std::min(ended + 4, tries)); // as many as may fly
             queue.endResend(queue.sent.at(ended++), outcome);
-            QCoreApplication::processEvents();
         }
         QTRY_COMPARE(finished.count(), 1);
     }
