@@ -6,6 +6,7 @@
 #include "support/notices.h"
 #include "support/testcase.h"
 
+#include <QAbstractItemModelTester>
 #include <QElapsedTimer>
 #include <QQmlComponent>
 #include <QQmlEngine>
@@ -141,19 +142,6 @@ private Q_SLOTS:
         QCOMPARE(changes.count(), 1);
     }
 
-    void endsTheScanBeforeItPassesTheCardOn()
-    {
-        LBAPI *api = LBAPI::instance();
-        QString heard;
-        connect(api, &LBAPI::transponderScanned, this, [&](const QString &tid) {
-            heard += tid + (api->scanTransponder() ? "?"_s : ""_s);
-        });
-        api->setScanTransponder(true);
-        for (int i = 0; i < 2; ++i)
-            api->onTransponderScanned("A"_s);
-        QCOMPARE(heard, "AA"_s);
-    }
-
     void takesNotificationsOfTheCallingThread()
     {
         LBAPI *api = LBAPI::instance();
@@ -172,19 +160,12 @@ private Q_SLOTS:
         QCOMPARE(taken->thread(), api->thread());
         QCOMPARE(taken->parent(), api);
         QVERIFY(taken->remainingTime() > 0);
-
-        QThread third;
-        Notification ofThird;
-        ofThird.moveToThread(&third);
-        log().expect("Cannot move Notification living in QThread("_s);
-        api->addNotification(&ofThird);
-        QCOMPARE(api->notifications()->length(), 1);
-        QCOMPARE(ofThird.thread(), &third);
     }
 
     void keepsARemovedNotificationForASecond()
     {
         LBAPI *api = LBAPI::instance();
+        const QAbstractItemModelTester tester(api->notifications());
         auto *n = new Notification;
         api->addNotification(n);
         api->addNotification(n);
