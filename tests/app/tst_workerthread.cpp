@@ -10,36 +10,26 @@
 #include <atomic>
 #include <unistd.h>
 
-/** A worker that blocks forever, in init(), in a slot that catches everything, or when deleted. */
+/** A worker that blocks forever, in init() or in a slot that catches everything. */
 class BlockedWorker : public QObject
 {
     Q_OBJECT
 
 public:
-    enum Place { Init, Slot, Destructor };
-
-    explicit BlockedWorker(Place place)
-        : m_place(place)
+    explicit BlockedWorker(bool blocksInSlot)
+        : m_blocksInSlot(blocksInSlot)
     {
-    }
-    ~BlockedWorker() override
-    {
-        while (m_place == Destructor && !isReleased)
-            usleep(1000);
     }
 
     std::atomic<bool> isBlocked = false;
-    inline static std::atomic<bool> isReleased = false;
 
 private Q_SLOTS:
     void init()
     {
-        if (m_place == Slot)
+        if (m_blocksInSlot)
             QMetaObject::invokeMethod(this, "catchingSlot", Qt::QueuedConnection);
-        else if (m_place == Init)
-            block();
         else
-            isBlocked = true;
+            block();
     }
 
     void catchingSlot()
@@ -56,7 +46,7 @@ private:
             pause();
     }
 
-    const Place m_place;
+    const bool m_blocksInSlot;
 };
 
 class TestWorkerThread : public TestCase
@@ -64,32 +54,19 @@ class TestWorkerThread : public TestCase
     Q_OBJECT
 
 private Q_SLOTS:
-    void endsABlockedWorker_data()
-    {
-        columns<int>("place");
-        row("in init()", int(BlockedWorker::Init));
-        row("in a slot that catches everything", int(BlockedWorker::Slot));
-        row("in its destructor", int(BlockedWorker::Destructor)); // where nothing ends it
-    }
-
     void endsABlockedWorker()
     {
-        BlockedWorker::isReleased = false;
-        QThread thread;
-        const auto place = BlockedWorker::Place(at<int>("place"));
-        auto *worker = new BlockedWorker(place);
-        startWorkerThread(thread, worker);
-        QTRY_VERIFY(worker->isBlocked);
         log().expect("terminating"_s);
         log().allow("Qt has caught an exception"_s); // Qt sees the end of the thread as one
-        const bool isLeftBehind = place == BlockedWorker::Destructor;
-        log().expect(isLeftBehind ? "left behind"_s : "stopped"_s);
-        const ThreadEnd end
-            = stopWorkerThread(thread, { "stopping", "terminating", "stopped", "left behind", "" });
-        QCOMPARE(end, isLeftBehind ? ThreadEnd::LeftBehind : ThreadEnd::Ended);
-        QCOMPARE(thread.wait(0), !isLeftBehind);
-        BlockedWorker::isReleased = true;
-        QVERIFY(thread.wait(5000));
+        for (const bool blocksInSlot : { false, true }) {
+            QThread thread;
+            auto *worker = new BlockedWorker(blocksInSlot);
+            startWorkerThread(thread, worker);
+            QTRY_VERIFY(worker->isBlocked);
+            const WorkerThreadTexts texts { "stopping", "terminating", "stopped", "left", "" };
+            QCOMPARE(stopWorkerThread(thread, texts), ThreadEnd::Ended);
+        }
+        QCOMPARE(log().lines().filter("stopped"_s).size(), 2);
     }
 };
 

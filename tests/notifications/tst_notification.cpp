@@ -2,10 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "notifications/notification.h"
-#include "notifications/notificationsmodel.h"
 #include "support/testcase.h"
 
-#include <QAbstractItemModelTester>
 #include <QDeadlineTimer>
 #include <QMetaProperty>
 
@@ -91,27 +89,6 @@ private Q_SLOTS:
         }
     }
 
-    void setsAllInItsOwnThread()
-    {
-        Notification notification;
-        const auto state = [&notification] {
-            QStringList values;
-            for (const char *name :
-                 { "type", "title", "message", "timeout", "timeoutCancelable", "closable" })
-                values.append(notification.property(name).toString());
-            return values.join(QLatin1Char('|'));
-        };
-        std::thread([&notification] {
-            notification.set(Notification::WARNING, "A"_s, "B"_s, 60000);
-            notification.setTitle("C"_s);
-        }).join();
-        QCOMPARE(state(), "0|||0|false|true"_s);
-        QCoreApplication::sendPostedEvents(&notification);
-        QCOMPARE(state(), "2|C|B|60000|true|true"_s);
-        notification.set(Notification::INFO, "A"_s, "B"_s, 0, false);
-        QCOMPARE(state(), "0|A|B|0|false|true"_s);
-    }
-
     void deletesButtonsOfItsOwn()
     {
         QObject parent;
@@ -128,28 +105,6 @@ private Q_SLOTS:
         QCOMPARE(notification->buttons(), QList<NotificationButton *>({ own, foreign }));
         notification.reset();
         QVERIFY(own.isNull() && !foreign.isNull());
-    }
-
-    void listsTheNewestFirst()
-    {
-        NotificationsModel model;
-        const QAbstractItemModelTester tester(&model);
-        Notification a(0, "a"_s, {}, 0, false, true);
-        Notification b(0, "b"_s, {}, 0, false, true);
-        const auto titles = [&model] {
-            QString all;
-            for (int row = 0; row < model.rowCount(); ++row)
-                all += model.index(row).data(256).value<Notification *>()->title();
-            return all;
-        };
-        for (Notification *notification : { &a, &b, &a })
-            model.prepend(notification);
-        QCOMPARE(titles(), "aba"_s);
-        QVERIFY(model.removeFirst(&a));
-        QCOMPARE(titles(), "ba"_s);
-        QVERIFY(model.removeFirst(&a));
-        QVERIFY(!model.removeFirst(&a));
-        QCOMPARE(titles(), "b"_s);
     }
 };
 

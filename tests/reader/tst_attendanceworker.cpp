@@ -12,7 +12,6 @@
 #include "support/testcase.h"
 #include "support/workerrunner.h"
 
-#include <QPointer>
 #include <QScopeGuard>
 #include <QTemporaryDir>
 
@@ -99,26 +98,16 @@ private Q_SLOTS:
         QCOMPARE(notice()->message(), message);
     }
 
-    void passesOverTheSpoolAFewAtATime()
+    void leavesForeignFilesInTheSpool()
     {
-        constexpr int waiting = 12;
-        spoolRecords(waiting);
         const QString foreign = attendanceSpool().create("no record");
         log().expect("Not an attendance record: \"%1\""_s.arg(foreign));
         log().expect("Error logging attendance: true \"invalid attendance request data\""_s);
-        services().setFault(Route::Attendance, Fault::Hang);
         const auto running = run();
         running->post("processQueue");
-        QTRY_COMPARE(services().requestCount(Route::Attendance), 4);
-        running->post("processQueue"); // deferred
-        m_reader.tap("0A1B2C3D"); // not behind the queue
-        QTRY_COMPARE(services().requestCount(Route::Attendance), 5);
-        QCOMPARE(shownNotice(), "4 Attendance"_s);
-        services().clearFaults();
-        QTRY_COMPARE(attendanceSpool().count(), 1);
-        QCOMPARE(services().attendanceRecords().size(), waiting + 1);
+        QTRY_VERIFY(log().complaints().isEmpty());
         QVERIFY(QFile::exists(foreign));
-        QCOMPARE(notices().length(), 1);
+        QCOMPARE(shownNotice(), ""_s);
     }
 
     void sendsPresenceRecordsWithTheFirstToken()
@@ -158,15 +147,16 @@ private Q_SLOTS:
     void handsCardsToWhoWaitsForOne()
     {
         const auto running = run();
-        QSignalSpy scanned(LBAPI::instance(), &LBAPI::transponderScanned);
-        LBAPI::instance()->setScanTransponder(true);
+        LBAPI *api = LBAPI::instance();
+        QString heard;
+        connect(api, &LBAPI::transponderScanned, this, [&](const QString &tid) {
+            heard += tid + (api->scanTransponder() ? " before the scan ended"_s : ""_s);
+        });
+        api->setScanTransponder(true);
         m_reader.send("0a1B2c3D\r0A1B2C3E\r"); // the second is an ordinary card
-        QVERIFY(scanned.wait());
-        QCOMPARE(scanned.constFirst().constFirst().toString(), "0a1B2c3D"_s);
-        QVERIFY(!LBAPI::instance()->scanTransponder());
         QTRY_COMPARE(services().attendanceRecords().size(), 1);
         QCOMPARE(services().attendanceRecords().constFirst().transponderId, quint64(0x0A1B2C3E));
-        QCOMPARE(scanned.count(), 1);
+        QTRY_COMPARE(heard, "0a1B2c3D"_s);
     }
 
     void tellsOfACardThatIsNone()
@@ -252,15 +242,6 @@ private:
         auto running = std::make_unique<WorkerRunner<AttendanceWorker>>(worker);
         [&connected] { QTRY_COMPARE(connected.count(), 1); }();
         return running;
-    }
-
-    static void spoolRecords(int count)
-    {
-        for (int i = 1; i <= count; ++i)
-            (void)attendanceSpool().create(
-                "<?xml version=\"1.0\"?><attendance><clientTime>2026-11-23T10:00:00</clientTime>"
-                "<locationId>1</locationId><transponderId>%1</transponderId></attendance>"_s.arg(i)
-                    .toUtf8());
     }
 
     std::optional<QTemporaryDir> m_folder;

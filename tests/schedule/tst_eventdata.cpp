@@ -90,19 +90,6 @@ private Q_SLOTS:
         QTRY_VERIFY(data.isNull());
         QCOMPARE(finished.count(), 0);
     }
-
-    void survivesANullReply()
-    {
-        services().setFault(Route::Schedule, Fault::Hang);
-        EventData data;
-        const QSignalSpy finished(&data, &EventData::readEventDataFinished);
-        const QString message = "WTF?! Network reply is NULL! :O"_s;
-        log().expect(message);
-        QMetaObject::invokeMethod(&data, "readEventData", Q_ARG(QNetworkReply *, nullptr));
-        QVERIFY(data.error());
-        QCOMPARE(data.errorMessage(), message);
-        QCOMPARE(finished.count(), 1);
-    }
 };
 
 static const RegisterTest<TestEventData> registered;

@@ -115,9 +115,14 @@ public:
             && note(Sync, [](DiskImage &image) { image.files.last().second = true; });
     }
 
+    /** Knows no flags, like some file systems. */
     bool rename(const QString &from, const QString &to, unsigned flags) override
     {
-        return works(Rename) && Disk::rename(from, to, flags)
+        if (flags != 0) {
+            errno = EINVAL;
+            return false;
+        }
+        return works(Rename) && Disk::rename(from, to)
             && note(Rename, [from, to](DiskImage &image) {
                    image.name(to, image.names[from].last());
                    image.name(from, DiskImage::none);
