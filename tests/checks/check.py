@@ -153,25 +153,52 @@ def file_length():
 # The layers of src, lowest first. A file includes files of lower layers and of its own folder only.
 LAYERS = [{"base"}, {"config"}, {"net"}, {"remoteconfig", "schedule", "notifications"}, {"api", "spool"},
           {"attendance", "presence"}, {"reader"}, {"app"}]
+# These include each other: an event knows its location, a location its events.
+MUTUAL = {"schedule/event", "schedule/eventaudience", "schedule/eventdata", "schedule/eventlocation",
+          "schedule/scheduleindex"}
+
+
+def includes():
+    """Pairs of units, each a header with its source, of which the first includes the second."""
+    for path in sorted(files("src", suffixes={".cpp", ".h"})):
+        unit = path.relative_to("src").with_suffix("").as_posix()
+        for target in re.findall(r'#include "(\w+/\w+)\.h"', (ROOT / path).read_text(encoding="utf-8")):
+            if target != unit:
+                yield unit, target
 
 
 @check
 def arrows():
-    """Prints which folder includes which. Complains of an include that is not of a lower layer."""
+    """Prints which folder includes which. Complains of an include of a higher layer and of cycles."""
     layer = {folder: number for number, folders in enumerate(LAYERS) for folder in folders}
     drawn = {}
-    for path in sorted(files("src", suffixes={".cpp", ".h"})):
-        source = path.parts[1]
-        for destination in re.findall(r'#include "(\w+)/', (ROOT / path).read_text(encoding="utf-8")):
-            if source == destination:
-                continue
-            drawn.setdefault(source, set()).add(destination)
-            if source not in layer or destination not in layer:
-                yield f"{source} -> {destination}: a folder without a layer, see LAYERS"
-            elif layer[source] <= layer[destination]:
-                yield f"{path} includes a file of {destination}, which is not a lower layer"
+    uses = {}
+    for unit, target in includes():
+        source, destination = unit.split("/")[0], target.split("/")[0]
+        if not {unit, target} <= MUTUAL:
+            uses.setdefault(unit, set()).add(target)
+        if source == destination:
+            continue
+        drawn.setdefault(source, set()).add(destination)
+        if source not in layer or destination not in layer:
+            yield f"{source} -> {destination}: a folder without a layer, see LAYERS"
+        elif layer[source] <= layer[destination]:
+            yield f"{unit} includes {target}, which is not in a lower layer"
     for source in sorted(drawn, key=lambda folder: layer.get(folder, 0)):
         print(f"{source} -> {', '.join(sorted(drawn[source]))}")
+
+    def reach(unit):
+        seen, waiting = set(), [unit]
+        while waiting:
+            for target in uses.get(waiting.pop(), ()):
+                if target not in seen:
+                    seen.add(target)
+                    waiting.append(target)
+        return seen
+
+    for unit in sorted(uses):
+        if unit in reach(unit):
+            yield f"{unit} includes itself through others"
 
 
 @check
