@@ -29,7 +29,7 @@ class TestConfig : public TestCase
 private Q_SLOTS:
     void isDocumented()
     {
-        const QString page = settings::read(QFINDTESTDATA("../../docs/configuration.md"));
+        const QString page = settings::read(LUMENBOARD_DOCS "configuration.md"_s);
         const QRegularExpression row( // key, remote, bounds, default
             R"(^\| `([\w/]+)`( ●)?.*? \| (\d+\.\.\d+)?.*? \| `?(.+?)`? \| )"_s,
             QRegularExpression::MultilineOption);
