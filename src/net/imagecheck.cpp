@@ -3,6 +3,8 @@
 
 #include "net/imagecheck.h"
 
+#include "base/xmlguard.h"
+
 #include <QBuffer>
 #include <QImageReader>
 #include <QSet>
@@ -48,13 +50,15 @@ bool hasManyAttributes(const QByteArray &svg)
 
 QString svgProblem(const QByteArray &bytes)
 {
+    if (xmlguard::foreignCodec(bytes))
+        return QStringLiteral("SVG that is not UTF-8");
+    if (xmlguard::findObstacle(bytes) == xmlguard::Obstacle::DocumentType)
+        return QStringLiteral("SVG with a document type");
     if (hasManyAttributes(bytes))
         return QStringLiteral("SVG with too many attributes");
     QXmlStreamReader reader(bytes);
     while (!reader.atEnd()) {
         reader.readNext();
-        if (reader.isDTD())
-            return QStringLiteral("SVG with a document type");
         if (!reader.isStartElement())
             continue;
         if (!isPlainShape(reader.name()))

@@ -86,6 +86,7 @@ private Q_SLOTS:
         row("large SVG", svg(R"(viewBox="0 0 90000 90000")"), "90000 x 90000 pixels");
         row("compressed SVG", QByteArray::fromHex("1f8b0800000000000003"), "not PNG");
         row("entity", "<!DOCTYPE svg [<!ENTITY a 'b'>]>" + svg(small), "document type");
+        row("attributes", svg(small, '<' + QByteArray(99, '=') + "/>"), "too many attributes");
         row("use", svg(small, "<use/>"), "element use");
         row("link", svg(small, "<g x:href='#a'/>"), "attribute href");
         row("reference", svg(small, "<g fill='URL(#a)'/>"), "attribute fill");
