@@ -8,6 +8,7 @@
 #include <QDebug>
 
 #include <array>
+#include <atomic>
 #include <cerrno>
 #include <csignal>
 #include <fcntl.h>
@@ -20,11 +21,14 @@ namespace {
  * handler may call only async-signal-safe functions such as write().
  */
 std::array<int, 2> s_pipe { -1, -1 };
+/** A signal between two windows must not wait for the event loop of the next one. */
+std::atomic_bool s_isCaught = false;
 
 void onSignal(int number)
 {
     const int savedErrno = errno;
     exitwatchdog::limitTimeToEnd();
+    s_isCaught = true;
     const auto byte = static_cast<char>(number);
     // A full pipe already wakes the event loop.
     [[maybe_unused]] const ssize_t written = write(s_pipe[1], &byte, 1);
@@ -61,6 +65,7 @@ TerminationSignals::~TerminationSignals()
     signal(SIGTERM, SIG_DFL);
     signal(SIGINT, SIG_DFL);
     exitwatchdog::cancel();
+    s_isCaught = false;
     m_notifier.reset();
     for (int &end : s_pipe) {
         if (end >= 0)
@@ -69,12 +74,16 @@ TerminationSignals::~TerminationSignals()
     }
 }
 
+bool TerminationSignals::isRequested()
+{
+    return s_isCaught;
+}
+
 void TerminationSignals::onReadable()
 {
     char number = 0;
     if (read(s_pipe[0], &number, 1) != 1)
         return; // spurious wake-up
     qInfo() << "Ending on signal" << static_cast<int>(number);
-    m_requested = true;
     Q_EMIT requested();
 }

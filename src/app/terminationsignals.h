@@ -20,8 +20,8 @@ public:
     explicit TerminationSignals(QObject *parent = nullptr);
     ~TerminationSignals() override;
 
-    /** True once a signal has arrived. */
-    [[nodiscard]] bool isRequested() const { return m_requested; }
+    /** True once a signal has arrived, even before requested(). */
+    [[nodiscard]] static bool isRequested();
 
 Q_SIGNALS:
     void requested();
@@ -30,5 +30,4 @@ private:
     void onReadable();
 
     std::unique_ptr<QSocketNotifier> m_notifier;
-    bool m_requested = false;
 };

@@ -31,9 +31,9 @@ void showWindow(QuickWindow &window)
     window.setGeometry(pending->geometry);
 }
 
-bool isLastPass(const TerminationSignals &termination)
+bool isLastPass()
 {
-    return !pendingWindowState || termination.isRequested();
+    return !pendingWindowState || TerminationSignals::isRequested();
 }
 
 int runWindowPass(const TerminationSignals &termination)
@@ -51,7 +51,7 @@ int runWindowPass(const TerminationSignals &termination)
     window.reload();
     showWindow(window);
     const int code = QGuiApplication::exec();
-    if (isLastPass(termination))
+    if (isLastPass())
         exitwatchdog::limitTimeToEnd();
     return code;
 }
@@ -63,7 +63,7 @@ int runWindowPasses(const TerminationSignals &termination)
     int code = 0;
     do {
         code = runWindowPass(termination);
-    } while (!isLastPass(termination));
+    } while (!isLastPass());
     return code;
 }
 
