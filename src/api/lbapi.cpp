@@ -156,7 +156,8 @@ void LBAPI::newEventDataFinishedReading(EventData *ed)
     if (ed->error()) {
         m_scheduleAge.onReadFailed();
         if (ed != m_eventData) {
-            ed->discard();
+            // It still has to emit dataChanged().
+            QMetaObject::invokeMethod(ed, &EventData::discard, Qt::QueuedConnection);
             return;
         }
     } else {
