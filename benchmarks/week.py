@@ -21,7 +21,7 @@ from pathlib import Path
 from statistics import median
 
 sys.path.append(str(Path(__file__).parents[1] / "tests/e2e"))
-from program import Program  # noqa: E402: found through the line above
+from program import Program, wait_until  # noqa: E402: found through the line above
 
 FACTOR = 20  # of the kiosk's monotonic clock
 CONNECTION_LIFE = 125  # s; Qt keeps an idle one for two minutes
@@ -52,16 +52,6 @@ GARBAGE = ("5A5A5A5A5A5A5A5A0D0A", "31320D0A", "0D0A" * 20, "00" * 5000 + "0D0A"
 # a schedule of many megabytes leaves gaps in the heap.
 TOLERANCES = {"dirty MB": 3, "descriptors": 1, "threads": 0.5, "heap MB in use": 1, "objects": 10, "notices": 0.5,
               "log bytes per card": 50}
-
-
-def wait_until(is_reached, seconds=60):
-    """False if it is not reached in time."""
-    end = time.monotonic() + seconds
-    while not is_reached():
-        if time.monotonic() > end:
-            return False
-        time.sleep(0.1)
-    return True
 
 
 class Week:

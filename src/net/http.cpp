@@ -27,8 +27,7 @@ namespace {
         reply->abort();
     }
 
-    /** Qt would also open files and other protocols. It fails for a scheme that it does not know.
-     */
+    /** Keeps Qt from opening files: it fails for a scheme that it does not know. */
     QNetworkRequest webOnly(QNetworkRequest request)
     {
         QUrl url = request.url();

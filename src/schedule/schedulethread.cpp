@@ -11,6 +11,7 @@
 
 #include <QDeadlineTimer>
 
+#include <algorithm>
 #include <chrono>
 #include <utility>
 

@@ -31,6 +31,7 @@ RecordQueue::RecordQueue(const Spool &spool, QObject *parent)
     , m_timer(this)
 {
     m_spool.removeLeftovers();
+    m_lastCompletion.start();
     m_timer.setSingleShot(true);
     connect(&m_timer, &QTimer::timeout, this, &RecordQueue::process);
     connect(this, &RecordQueue::freshChanged, this, &RecordQueue::proceed);

@@ -8,6 +8,17 @@ import re
 import signal
 import subprocess
 import threading
+import time
+
+
+def wait_until(is_reached, seconds=60):
+    """Looks until the condition holds; false if it does not in time. A picture has no signal to wait for."""
+    end = time.monotonic() + seconds
+    while not is_reached():
+        if time.monotonic() > end:
+            return False
+        time.sleep(0.1)
+    return True
 
 
 class Program:

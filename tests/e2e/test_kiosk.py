@@ -15,7 +15,7 @@ import time
 import unittest
 from pathlib import Path
 
-from program import Program
+from program import Program, wait_until
 
 WIDTH, HEIGHT = 1280, 800
 NEGATIVE = bytes(range(255, -1, -1))
@@ -65,16 +65,8 @@ class Kiosk(unittest.TestCase):
         self.kiosk.wait_for("Access token")
         self.wait_for_window()
 
-    def becomes(self, condition, seconds):
-        end = time.monotonic() + seconds
-        while not condition():
-            if time.monotonic() > end:
-                return False
-            time.sleep(0.1)
-        return True
-
     def until(self, what, condition, seconds=20):
-        if not self.becomes(condition, seconds):
+        if not wait_until(condition, seconds):
             self.fail(f"waited in vain for {what}; last read: {self.read}\n{self.kiosk.output()}")
 
     def wait_for_window(self):
@@ -140,10 +132,10 @@ class Kiosk(unittest.TestCase):
 
         def open_view():  # the configuration may reload the interface under the touch
             self.touch((20, 20))
-            if not self.becomes(lambda: self.shade(100, 600) == 0x42, 3):
+            if not wait_until(lambda: self.shade(100, 600) == 0x42, 3):
                 return False
             self.touch((200, 40))
-            return self.becomes(lambda: self.shade(640, 4) == 0x3f, 3)
+            return wait_until(lambda: self.shade(640, 4) == 0x3f, 3)
         self.until("the view", open_view)
         self.kiosk.command("tap 0A0A0A0A")
         self.until("the keyboard in its place", lambda: self.shade(10, 403) == 0)
