@@ -38,9 +38,10 @@ void protectSettingsFile(const QString &path)
 
 bool removeDamagedValues(const QString &path)
 {
-    // Numbers, dates, times, and what the configuration service may have sent instead.
+    // Only numbers, dates and times have a fixed size. The others hold lengths and types of their
+    // own, for which Qt reserves gigabytes or calls loaders that trust them.
     static const QRegularExpression damaged(QStringLiteral(
-        R"((Variant|DateTime)\((?!\\0\\0\\0\\(x([1-6ef]|10|7f)(?![0-9a-fA-F])|[0btv])))"));
+        R"((Variant|DateTime)\((?!\\0\\0\\0\\(x([1-6ef]|10)(?![0-9a-fA-F])|0(?![0-7]))))"));
 
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))

@@ -62,12 +62,14 @@ private Q_SLOTS:
                 add(key, "%1=%2"_s.arg(key, value), QString::number(expected));
         };
         const QStringList noNumbers
-            = R"(|abc|20.5|20, 21|@Invalid()|@ByteArray(\xff\0)|@Rect(1 2)|)"
-              R"(@Variant(\0\0\0\x7f\xff))"_s.split(QLatin1Char('|'));
+            = R"(|abc|20.5|20, 21|@Invalid()|@ByteArray(\xff\0)|@Rect(1 2))"_s.split(
+                QLatin1Char('|'));
+        const QStringList damaged
+            = R"(@Variant(\0\0\0\x7f\xff)|@Variant(\0\0\0\v\xff\0\0\0))"_s.split(QLatin1Char('|'));
         for (const Setting &setting : settingsTable()) {
             if (setting.type != Setting::Type::Number)
                 continue;
-            addAll(setting.key, noNumbers, setting.fixedDefault.toInt());
+            addAll(setting.key, noNumbers + damaged, setting.fixedDefault.toInt());
             for (const int bound : { setting.minimum, setting.maximum }) {
                 const qint64 beyond = bound + (bound == setting.minimum ? -1LL : 1LL);
                 addAll(setting.key, { QString::number(bound), QString::number(beyond) }, bound);
@@ -174,7 +176,7 @@ private Q_SLOTS:
             "");
         row("null for settings", "", R"({"locationId":1,"settings":null})", true, "locationId=1");
         row("wrong types", "",
-            R"({"locationId":"abc","locationName":["a"],"plenarLocationId":true})", true,
+            R"({"locationId":"abc","locationName":["a","b"],"plenarLocationId":true})", true,
             "locationId=abc locationName= plenarLocationId=true");
         row("list", "locationId=1", R"([{"locationId":2}])", false, "locationId=1");
     }
