@@ -137,7 +137,8 @@ private Q_SLOTS:
         row("10 s ahead", QTime(10, 4, 50, 500), 300, 10000);
         row("less than 10 s ahead", QTime(10, 4, 50, 501), 300, 309999);
         row("shortest interval", QTime(10, 4, 45), 30, 15500);
-        row("no part of the day", QTime(23, 59), 1000, 660500);
+        row("no part of the day", QTime(23, 59), 1000, 60500);
+        row("just before midnight", QTime(23, 59, 59, 999), 300, 501);
     }
 
     void refreshesAtTheNextPointOfTheGrid()
