@@ -3,6 +3,7 @@
 
 #include "config/config.h"
 
+#include "base/fileidentity.h"
 #include "config/keys.h"
 #include "config/refreshgrid.h"
 #include "config/settingsfile.h"
@@ -225,9 +226,9 @@ bool Config::applyKey(const QJsonObject &object, const QString &key)
 /** Writes to disk now, so that a power cut loses no change. */
 void Config::writeThrough()
 {
-    // The status of QSettings stays bad after its first error, so look at the file instead.
-    const auto before = settingsFileIdentity(m_settings.fileName());
+    // The status of QSettings stays bad after its first error. The file changes with each write.
+    const auto before = fileIdentity(m_settings.fileName());
     m_settings.sync();
-    if (settingsFileIdentity(m_settings.fileName()) == before)
+    if (fileIdentity(m_settings.fileName()) == before)
         qCritical() << "Failed to write settings to" << m_settings.fileName();
 }
