@@ -16,8 +16,6 @@ ListView {
     section {
         property: "startDateStr"
         delegate: Item {
-            required property string section
-
             width: root.width
             height: heading.implicitHeight + 10
 
@@ -25,7 +23,9 @@ ListView {
                 id: heading
 
                 anchors.bottom: parent.bottom
-                text: parent.section
+                // Not a required property: the list reuses a heading for another day and would set
+                // that only once.
+                text: section
                 xstyle: Style.eoSection
             }
         }

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "api/cardreadiness.h"
+#include "base/clockwatch.h"
 #include "config/config.h"
 #include "notifications/notification.h"
 #include "notifications/notificationboard.h"
@@ -104,6 +105,7 @@ public Q_SLOTS:
 private Q_SLOTS:
     void newEventDataFinishedReading(EventData *ed);
     void removeNotification(Notification *n);
+    void followClock(bool isZoneNew);
 
 private:
     [[nodiscard]] QObject *context() override { return this; }
@@ -118,5 +120,6 @@ private:
     EventBoundaryTimer m_boundaryTimer;
     ScheduleAge m_scheduleAge;
     CardReadiness m_cardReadiness;
+    ClockWatch m_clockWatch;
     std::atomic<bool> m_isScanOpen = false; ///< true until a card takes the scan
 };

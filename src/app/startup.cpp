@@ -86,7 +86,8 @@ void prepareEnvironment()
     qputenv("QT_VIRTUALKEYBOARD_DESKTOP_DISABLE", "1");
     qputenv("QML_XHR_ALLOW_FILE_READ", "0");
     qputenv("QML_XHR_ALLOW_FILE_WRITE", "0");
-    // Without TZ the C library checks the zone file for every local time.
+    // Without TZ the C library checks the zone file for every local time. ClockWatch does it once a
+    // minute.
     setDefaultVariable("TZ", ":/etc/localtime");
     // By default Qt polls all network interfaces every 10 s. Nothing depends on that: requests
     // succeed or fail at the moment they are sent.

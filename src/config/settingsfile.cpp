@@ -10,8 +10,6 @@
 #include <QRegularExpression>
 #include <QSaveFile>
 
-#include <sys/stat.h>
-
 void protectSettingsFile(const QString &path)
 {
     constexpr QFile::Permissions ownerOnly
@@ -64,14 +62,4 @@ bool removeDamagedValues(const QString &path)
         return true;
     qCritical() << "Failed to repair settings file" << path << repaired.errorString();
     return false;
-}
-
-std::pair<quint64, qint64> settingsFileIdentity(const QString &path)
-{
-    struct stat info
-    {
-    };
-    if (stat(QFile::encodeName(path).constData(), &info) != 0)
-        return {};
-    return { info.st_ino, info.st_mtim.tv_sec * 1000000000LL + info.st_mtim.tv_nsec };
 }

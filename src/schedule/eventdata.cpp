@@ -58,8 +58,8 @@ EventData::EventData(const RequestLimits &limits, QObject *parent)
     const Config *config = Config::instance();
     if (!config->isScheduleDateValid())
         qWarning() << "Setting" << keys::overrideDateDate << "is no date, showing today";
-    const QUrl url = config->eventDataUrl(config->scheduleDate());
-    http::get(*m_manager, QNetworkRequest(url), limits);
+    m_day = config->scheduleDate();
+    http::get(*m_manager, QNetworkRequest(config->eventDataUrl(m_day)), limits);
 }
 
 EventData::EventData(NoDownload, QObject *parent)

@@ -11,6 +11,7 @@
 #include "schedule/scheduleobjects.h"
 #include "schedule/schedulethread.h"
 
+#include <QDate>
 #include <QDeadlineTimer>
 #include <QObject>
 #include <QPointer>
@@ -62,6 +63,9 @@ public:
         return { this, &m_objects.audiences };
     }
 
+    /** The day that the download asks for. */
+    [[nodiscard]] QDate day() const { return m_day; }
+
     [[nodiscard]] const ScheduleObjects &objects() const { return m_objects; }
 
     /** The first location, in display order, with this id, or null. */
@@ -105,6 +109,7 @@ private:
     bool m_error = false;
     bool m_isDiscarded = false;
     QString m_errorMessage;
+    QDate m_day;
     ScheduleObjects m_objects;
     ScheduleIndex m_index;
     ScheduleObjects m_incoming; ///< read, but no children yet

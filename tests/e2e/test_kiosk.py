@@ -200,8 +200,8 @@ class Kiosk(unittest.TestCase):
 
     def test_lives_with_values_of_the_wrong_type(self):
         self.start(b"fontBaseSize=1, 2\ninactivityTimeout=a, b\nhideMouseCursor=vielleicht\n"
-                   b"overrideDate=\xff\xfe\ndefaultView=Uhr\nlocationName=Studio 3\n")
-        self.wait_for("Studio 3")
+                   b"overrideDate=\xff\xfe\ndefaultView=Uhr\n")
+        self.wait_for(*SCHEDULE)
 
 
 if __name__ == "__main__":

@@ -54,6 +54,11 @@ LumenboardCase {
         compare(find(view, item => String(item.color) === "#ff0000").visible, false);
     }
 
+    function test_headsTheListWithItsDay() {
+        verify(bench.show(schedule(["A"], 72)));
+        compare(readable(list)[0], LBAPI.config.plenarLocation.events[0].startDateStr);
+    }
+
     function test_tapClosesTheCarousel_data() {
         return [
             { tag: "on the page", x: 0.5, y: 0.8 },
