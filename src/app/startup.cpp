@@ -74,6 +74,21 @@ void prepareRendering()
     setDefaultVariable("QT_QPA_UPDATE_IDLE_TIME", "2"); // ms
 }
 
+/**
+ * Makes the window a native and bare one under a Wayland compositor.
+ *
+ * Left alone, Qt looks for an X server unless the session calls itself a Wayland one, which that of
+ * a compositor started by a service manager does not. It also draws a title bar where the
+ * compositor does not, even on a window that the compositor has stretched over the whole screen
+ * without calling it full screen.
+ */
+void prepareWindowSystem()
+{
+    if (!qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
+        setDefaultVariable("QT_QPA_PLATFORM", "wayland;xcb"); // the first one that works
+    setDefaultVariable("QT_WAYLAND_DISABLE_WINDOWDECORATION", "1");
+}
+
 } // namespace
 
 void prepareEnvironment()
@@ -91,6 +106,7 @@ void prepareEnvironment()
     // By default Qt polls all network interfaces every 10 s. Nothing depends on that: requests
     // succeed or fail at the moment they are sent.
     setDefaultVariable("QT_BEARER_POLL_TIMEOUT", "86400000"); // ms
+    prepareWindowSystem();
     prepareRendering();
 
     QQuickStyle::setStyle(QStringLiteral("Material"));
