@@ -22,6 +22,7 @@
 #include <QQmlEngine>
 #include <QQuickStyle>
 #include <QSslError>
+#include <QSurfaceFormat>
 
 #include <initializer_list>
 #include <sys/stat.h>
@@ -74,6 +75,16 @@ void prepareRendering()
     setDefaultVariable("QT_QPA_UPDATE_IDLE_TIME", "2"); // ms
 }
 
+/** Without it Qt takes 16 bits a pixel where they are offered, as by Mesa under Wayland. */
+void prepareColours()
+{
+    auto format = QSurfaceFormat::defaultFormat();
+    format.setRedBufferSize(8);
+    format.setGreenBufferSize(8);
+    format.setBlueBufferSize(8);
+    QSurfaceFormat::setDefaultFormat(format);
+}
+
 /**
  * Makes the window a native and bare one under a Wayland compositor.
  *
@@ -108,6 +119,7 @@ void prepareEnvironment()
     setDefaultVariable("QT_BEARER_POLL_TIMEOUT", "86400000"); // ms
     prepareWindowSystem();
     prepareRendering();
+    prepareColours();
 
     QQuickStyle::setStyle(QStringLiteral("Material"));
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling, true);
