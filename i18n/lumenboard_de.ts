@@ -100,7 +100,8 @@ Neuer Versuch in %3 s.</translation>
     <name>Event</name>
     <message>
         <source>%1 - %2</source>
-        <translation>%1 - %2 Uhr</translation>
+        <extracomment>Two times. No-break spaces and a word joiner (U+2060) behind the dash keep them on one line.</extracomment>
+        <translation>%1&#xa0;-⁠&#xa0;%2&#xa0;Uhr</translation>
     </message>
 </context>
 <context>

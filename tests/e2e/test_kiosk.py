@@ -8,23 +8,17 @@ Usage: test_kiosk.py KIOSK SIMULATOR [TEST...]
 import os
 import re
 import shutil
-import subprocess
 import sys
 import tempfile
 import time
 import unittest
 from pathlib import Path
 
+from picture import recognise, run
 from program import Program, wait_until
 
 WIDTH, HEIGHT = 1280, 800
-NEGATIVE = bytes(range(255, -1, -1))
 SCHEDULE = ("H.rsaal 1", "Jetzt", "Technische Mechanik I")  # in room 1 at any time of day
-
-
-def run(*command, **options):
-    return subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, check=False,
-                          **options).stdout
 
 
 class Kiosk(unittest.TestCase):
@@ -37,6 +31,7 @@ class Kiosk(unittest.TestCase):
             if not shutil.which(tool):
                 raise RuntimeError(f"{tool} is not installed; scripts/bootstrap installs it")
         screen = Program(cls.addClassCleanup, "Xvfb", "-displayfd", "1", "-screen", "0", f"{WIDTH}x{HEIGHT}x24")
+        os.environ.pop("WAYLAND_DISPLAY", None)
         os.environ["DISPLAY"] = ":" + screen.wait_for(r"^(\d+)$")[0][1]
         Program(cls.addClassCleanup, "openbox")
 
@@ -104,10 +99,7 @@ class Kiosk(unittest.TestCase):
         return self.picture().count(b"\xff\0\0") > 2000
 
     def shows(self, *patterns):
-        # Text is recognised best dark on light. The green channel keeps text on red readable.
-        image = b"P5 %d %d 255\n" % (WIDTH, HEIGHT) + self.picture()[1::3].translate(NEGATIVE)
-        read = run("tesseract", "stdin", "stdout", "-l", "deu", "--psm", "11", input=image).decode()
-        self.read = " ".join(read.split())
+        self.read = recognise(self.picture(), WIDTH, HEIGHT)
         return all(re.search(pattern, self.read) for pattern in patterns)
 
     def wait_for(self, *patterns):

@@ -50,7 +50,7 @@ LumenboardCase {
             verify(isShown(text), text);
         for (const text of data.hidden)
             verify(!isShown(text), text);
-        compare(readable(view).some(text => /^\d\d:\d\d - \d\d:\d\d Uhr$/.test(text)), data.shown.includes("B"));
+        compare(readable(view).some(text => /^\d\d:\d\d\W+\d\d:\d\d\sUhr$/.test(text)), data.shown.includes("B"));
         compare(find(view, item => String(item.color) === "#ff0000").visible, false);
     }
 
