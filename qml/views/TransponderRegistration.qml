@@ -43,7 +43,6 @@ Page {
     RegistrationFlow {
         id: flow
 
-        hasQrCodeFailed: qrView.hasFailed
         request: (path, method, body, onLoad, onError) => Requests.request(root.endpoint + path, method, body, onLoad, onError, busy)
         useKeyboard: (root.config.tpRegModeVK && root.config.preferredTpRegMode === LBConfig.TpRegVK) || !root.config.tpRegModeQR
         onLoginFinished: {
@@ -109,14 +108,13 @@ Page {
             }
 
             RegistrationQrCode {
-                id: qrView
-
                 anchors.verticalCenter: parent.verticalCenter
                 size: 0.2 * root.width
                 source: flow.useKeyboard ? "" : flow.qrCode
                 offersKeyboard: root.config.tpRegModeVK
                 visible: flow.state === RegistrationFlow.ByPhone
                 onKeyboardWanted: flow.useKeyboard = true
+                onRetryWanted: flow.refresh()
             }
 
             RegistrationLogin {
