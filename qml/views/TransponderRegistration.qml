@@ -82,8 +82,9 @@ Page {
         SlidingRow {
             id: row
 
-            anchors.horizontalCenter: parent.horizontalCenter
+            x: (parent.width - width) / 2
             animationDuration: root.animationDuration
+            slides: flow.state !== RegistrationFlow.Scanning // not while the page finds its size
             spacing: 2 * root.font.pixelSize
 
             ScanIndicator {

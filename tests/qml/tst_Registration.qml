@@ -122,6 +122,20 @@ LumenboardCase {
         bench.takeWarnings(); // of the images
     }
 
+    function test_rowSlidesWhenItsItemsChange() {
+        open();
+        const row = find(page, item => item.slides !== undefined);
+        waitForRendering(page);
+        const centred = () => Math.abs(row.x - (page.width - row.width) / 2) < 1;
+        verify(centred());
+        const start = row.x;
+        const passed = [];
+        row.xChanged.connect(() => passed.push(row.x));
+        scan("0A1B2C3D");
+        tryVerify(() => row.x < start && centred());
+        verify(passed.some(x => x < start - 5 && x > row.x + 5), passed);
+    }
+
     function test_leavesNothingBehind_data() {
         return [{ tag: "back", leave: () => mouseClick(field("back")) }, { tag: "close", leave: () => mouseClick(field("close")) }, { tag: "inactivity", leave: () => LBAPI.emitReset() }];
     }
