@@ -4,6 +4,7 @@
 import QtQuick 2.15
 
 import "../common"
+import "../elements"
 
 /** All events in large type, one per page: a swipe turns the page, a tap anywhere closes it. */
 Item {
@@ -46,12 +47,12 @@ Item {
     visible: opacity > 0
 
     // A tap beside the carousel closes it and does not reach the items below.
-    MouseArea {
+    TapArea {
         anchors {
             fill: parent
             margins: -Math.max(root.width, root.height) / 2
         }
-        onClicked: root.close()
+        onTapped: root.close()
     }
 
     ListView {
@@ -82,13 +83,14 @@ Item {
                 bgOpacity: 0.985
                 contentMargin: 0.05 * height
                 event: page.modelData
+                scrolls: true
                 onTapped: root.close()
             }
 
-            MouseArea {
+            TapArea {
                 anchors.fill: parent
                 z: -1
-                onClicked: root.close()
+                onTapped: root.close()
             }
         }
     }

@@ -74,6 +74,8 @@ LumenboardCase {
 
     function test_swipeTurnsThePage() {
         open(2);
+        mouseDrag(pages, 300, 300, 0, 200);
+        compare(carousel.shown, true);
         mousePress(pages, 1000, 300);
         for (let x = 950; x >= 200; x -= 50)
             mouseMove(pages, x, 300, 5);
