@@ -38,14 +38,20 @@ Item {
         return Math.max(1, Math.floor(roomAbove * share / (item.font.pixelSize * 1.25)));
     }
 
+    /** How far a person has scrolled; for scrollTo(). */
+    function position(): point {
+        return Qt.point(details.contentY, content.contentY);
+    }
+
+    function scrollTo(position: point) {
+        details.contentY = position.x;
+        content.contentY = position.y;
+    }
+
     enabled: Boolean(event)
     visible: enabled
     clip: true
-    onVisibleChanged: {
-        // The next person starts at the top.
-        content.contentY = 0;
-        details.contentY = 0;
-    }
+    onVisibleChanged: scrollTo(Qt.point(0, 0)) // the next person starts at the top
 
     Rectangle {
         id: background

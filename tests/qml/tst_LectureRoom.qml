@@ -92,5 +92,22 @@ LumenboardCase {
         compare([list.contentY, pages.currentIndex, carousel.shown], [scrolled, 3, true]);
     }
 
+    function test_staysWhereTheVisitorReadsWhenDataCome() {
+        const detail = () => pages.currentItem.detail;
+        const day = schedule(["A", "B", "C", "Wort ".repeat(400)]);
+        verify(bench.show(day));
+        carousel.open(3);
+        tryCompare(carousel, "scale", 1);
+        mouseDrag(pages, 600, 500, 0, -300);
+        tryVerify(() => detail().scrolled.contentY > 100 && !detail().scrolled.moving);
+        const place = detail().scrolled.contentY;
+        verify(bench.show(day));
+        waitForRendering(view);
+        compare([pages.currentIndex, detail().scrolled.contentY], [3, place]);
+        mouseClick(pages, 600, 500);
+        tryCompare(carousel, "visible", false);
+        compare(detail().scrolled.contentY, 0);
+    }
+
     name: "LectureRoom"
 }
