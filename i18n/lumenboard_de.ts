@@ -251,6 +251,14 @@ Neuer Versuch in %3 s.</translation>
         <source>Alternatively, you can push the button below to login using an on-screen keyboard.</source>
         <translation>Oder melden Sie sich mit der Taste unten über eine Bildschirmtastatur an.</translation>
     </message>
+    <message>
+        <source>Try again</source>
+        <translation>Erneut versuchen</translation>
+    </message>
+    <message>
+        <source>The QR code cannot be shown.</source>
+        <translation>Der QR-Code kann nicht angezeigt werden.</translation>
+    </message>
 </context>
 <context>
     <name>ScheduleAge</name>

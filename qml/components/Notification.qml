@@ -26,7 +26,11 @@ Item {
     readonly property bool isLoading: Boolean(notification) && notification.type === LBNotification.LOADING
 
     height: layoutHeight + extraHeight
-    onYChanged: moved.restart()
+    onYChanged: guard.restart()
+    onScaleChanged: guard.restart()
+    transform: Translate {
+        x: guard.offset
+    }
 
     // The list keeps the height that a new notice had before its last layout pass. One more pixel
     // makes the list lay it out again once the add transition is over.
@@ -34,13 +38,6 @@ Item {
         interval: Style.notifications.td + 20
         running: true
         onTriggered: root.extraHeight += 1
-    }
-
-    // A notice that has just moved may now lie under a finger aimed at its neighbour.
-    Timer {
-        id: moved
-
-        interval: 300
     }
 
     Rectangle {
@@ -103,6 +100,8 @@ Item {
             }
 
             NotificationControls {
+                id: controls
+
                 Layout.alignment: Qt.AlignTop
                 notification: root.notification
                 size: root.buttonSize
@@ -132,11 +131,18 @@ Item {
                         required property var modelData
 
                         button: modelData
-                        onPressedWhenEnabled: if (!moved.running)
-                            root.notification.clickButton(index)
+                        onPressedWhenEnabled: root.notification.clickButton(index)
                     }
                 }
             }
         }
+    }
+
+    // A notice that has just come or moved may lie under a finger aimed at its neighbour.
+    PressGuard {
+        id: guard
+
+        objectName: "guard"
+        items: [controls, buttonRow]
     }
 }

@@ -20,11 +20,11 @@ FocusScope {
     // Fresh data may come while somebody scrolls or reads: keep the position and the open page.
     onLocationChanged: {
         const place = eventList.contentY;
-        const shownId = carousel.currentId();
+        const reading = carousel.place();
         events = location ? location.events : [];
         eventList.contentY = place;
         eventList.returnToBounds();
-        carousel.keep(shownId);
+        carousel.keep(reading);
     }
     Component.onCompleted: events = location ? location.events : []
 

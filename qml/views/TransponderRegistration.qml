@@ -43,7 +43,6 @@ Page {
     RegistrationFlow {
         id: flow
 
-        hasQrCodeFailed: qrView.hasFailed
         request: (path, method, body, onLoad, onError) => Requests.request(root.endpoint + path, method, body, onLoad, onError, busy)
         useKeyboard: (root.config.tpRegModeVK && root.config.preferredTpRegMode === LBConfig.TpRegVK) || !root.config.tpRegModeQR
         onLoginFinished: {
@@ -83,8 +82,9 @@ Page {
         SlidingRow {
             id: row
 
-            anchors.horizontalCenter: parent.horizontalCenter
+            x: (parent.width - width) / 2
             animationDuration: root.animationDuration
+            slides: flow.state !== RegistrationFlow.Scanning // not while the page finds its size
             spacing: 2 * root.font.pixelSize
 
             ScanIndicator {
@@ -109,14 +109,13 @@ Page {
             }
 
             RegistrationQrCode {
-                id: qrView
-
                 anchors.verticalCenter: parent.verticalCenter
                 size: 0.2 * root.width
                 source: flow.useKeyboard ? "" : flow.qrCode
                 offersKeyboard: root.config.tpRegModeVK
                 visible: flow.state === RegistrationFlow.ByPhone
                 onKeyboardWanted: flow.useKeyboard = true
+                onRetryWanted: flow.refresh()
             }
 
             RegistrationLogin {

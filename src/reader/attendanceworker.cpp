@@ -64,6 +64,8 @@ AttendanceWorker::AttendanceWorker(const RequestLimits &limits)
 
 AttendanceWorker::~AttendanceWorker()
 {
+    if (m_port)
+        m_port->close(); // while the slot that logs it can still be called
     // Process a card that is still buffered after an invalid line.
     if (m_cards && !m_cards->isStopped())
         processAllLines();
@@ -174,7 +176,8 @@ void AttendanceWorker::onSerialPortError(QSerialPort::SerialPortError err)
         reason = m_port->errorString();
         if (m_port->isOpen() && !s_isDiscarding)
             Q_EMIT readerStateChanged(false);
-        m_port->disconnect(this); // an unplugged port repeats its error endlessly
+        // An unplugged port repeats its error endlessly; its end is still worth a log line.
+        disconnect(m_port, &QSerialPort::errorOccurred, this, nullptr);
         m_port->deleteLater();
         m_port.clear();
         processAllLines();

@@ -101,6 +101,41 @@ LumenboardCase {
         }
     }
 
+    function test_brokenQrCode_data() {
+        const codes = { "missing": undefined, "relative": "/q.png", "of another host": "http://other.example/q.png", "not there": "SERVICE/q.png", "no image": "data:image/png,x" };
+        return Object.keys(codes).map(tag => ({ tag: tag, code: codes[tag] }));
+    }
+
+    function test_brokenQrCode(data) {
+        const broken = "Der QR-Code kann nicht angezeigt werden.";
+        open({ preferredTpRegMode: 0 });
+        scan();
+        tryVerify(() => page.transponderStatus);
+        page.transponderStatus = { owned: false, qrCode: data.code && data.code.replace("SERVICE", LBAPI.config.quirlUrl) };
+        tryVerify(() => shows(broken));
+        mouseClick(field("useKeyboard"));
+        tryVerify(() => field("username").visible);
+        mouseClick(field("useQrCode"));
+        tryVerify(() => shows(broken));
+        mouseClick(field("reload"));
+        tryVerify(() => shows("Bitte scannen Sie den QR-Code"));
+        bench.takeWarnings(); // of the images
+    }
+
+    function test_rowSlidesWhenItsItemsChange() {
+        open();
+        const row = find(page, item => item.slides !== undefined);
+        waitForRendering(page);
+        const centred = () => Math.abs(row.x - (page.width - row.width) / 2) < 1;
+        verify(centred());
+        const start = row.x;
+        const passed = [];
+        row.xChanged.connect(() => passed.push(row.x));
+        scan("0A1B2C3D");
+        tryVerify(() => row.x < start && centred());
+        verify(passed.some(x => x < start - 5 && x > row.x + 5), passed);
+    }
+
     function test_leavesNothingBehind_data() {
         return [{ tag: "back", leave: () => mouseClick(field("back")) }, { tag: "close", leave: () => mouseClick(field("close")) }, { tag: "inactivity", leave: () => LBAPI.emitReset() }];
     }

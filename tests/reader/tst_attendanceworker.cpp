@@ -193,6 +193,7 @@ private Q_SLOTS:
         QSignalSpy states(running->worker, &AttendanceWorker::readerStateChanged);
         log().expect("No serial port found."_s);
         m_reader.unplug();
+        QTRY_VERIFY(log().lines().contains("Serial port about to close."_s));
         QTRY_COMPARE(shownNotice(), "3 Serial port error"_s);
         QVERIFY(notice()->message().contains("\nRetrying in 1 seconds."_s));
         QCOMPARE(notice()->timeout(), 5000U);
