@@ -11,6 +11,7 @@ import "../common"
 Drawer {
     id: root
 
+    focus: false // a notice must not interrupt a person who types
     width: parent.width / 2
     height: parent.height
     closePolicy: Popup.NoAutoClose
