@@ -6,6 +6,7 @@ import QtQuick.Controls 2.15
 import QtQuick.Controls.Material 2.15
 import QtQuick.Layouts 1.15
 
+import "../common"
 import "../elements"
 
 /** The controls at the side of a notice; all but the first exist only while they apply. */
@@ -91,6 +92,8 @@ ColumnLayout {
         implicitHeight: root.size
         padding: 0
         icon {
+            // The dark style's shades of green and red are light.
+            color: Style.cMainBg
             width: 0.8 * root.size
             height: 0.8 * root.size
         }

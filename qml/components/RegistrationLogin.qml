@@ -3,7 +3,9 @@
 
 import QtQuick 2.15
 import QtQuick.Controls 2.15
+import QtQuick.Controls.Material 2.15
 
+import "../common"
 import "../elements"
 
 /** The log-in on this screen: user name and password, typed on the on-screen keyboard. */
@@ -89,6 +91,14 @@ Grid {
             enabled: username.text !== "" && password.text !== "" && !root.isBusy
             highlighted: true
             text: qsTr("Register")
+            // The style's white is hard to read on its accent colour.
+            contentItem: PlainLabel {
+                color: registerButton.enabled ? Style.cMainBg : registerButton.Material.hintTextColor
+                font: registerButton.font
+                horizontalAlignment: Text.AlignHCenter
+                text: registerButton.text
+                verticalAlignment: Text.AlignVCenter
+            }
             onClicked: submit()
         }
     }
@@ -119,6 +129,8 @@ Grid {
     component LoginField: TextField {
         width: parent.width
         inputMethodHints: Qt.ImhSensitiveData | Qt.ImhNoAutoUppercase | Qt.ImhNoPredictiveText
+        placeholderTextColor: Style.cPlaceholder
         selectByMouse: true
+        selectedTextColor: Style.cMainBg
     }
 }
