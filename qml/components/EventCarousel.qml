@@ -73,6 +73,7 @@ Item {
             height: ListView.view.height
 
             EventDetail {
+                Accessible.onPressAction: root.close()
                 anchors {
                     fill: parent
                     leftMargin: 0.05 * page.width

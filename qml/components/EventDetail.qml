@@ -28,6 +28,9 @@ Item {
         return Math.max(1, Math.floor(roomAbove * share / (item.font.pixelSize * 1.25)));
     }
 
+    Accessible.description: event ? event.description : ""
+    Accessible.name: Array.from(lines.children, line => line.text).filter(Boolean).join(", ")
+    Accessible.role: Accessible.Paragraph
     enabled: Boolean(event)
     visible: enabled
     clip: true

@@ -12,6 +12,8 @@ ListView {
 
     signal tapped(int index)
 
+    Accessible.name: qsTr("Events")
+    Accessible.role: Accessible.List
     clip: true
     section {
         property: "startDateStr"
@@ -24,6 +26,8 @@ ListView {
             CenteredText {
                 id: heading
 
+                Accessible.name: text
+                Accessible.role: Accessible.Heading
                 anchors.bottom: parent.bottom
                 text: parent.section
                 xstyle: Style.eoSection
@@ -34,6 +38,7 @@ ListView {
         required property int index
         required property var modelData
 
+        Accessible.onPressAction: root.tapped(index)
         bgColor: index % 2 === 0 ? Style.list.cEven : Style.list.cOdd
         event: modelData
 

@@ -76,6 +76,11 @@ Grid {
         PlainLabel {
             width: parent.width
             text: root.message === "" ? qsTr("Please login with your DeskHub account.") : root.message
+
+            Announcement {
+                anchors.fill: parent
+                text: root.message
+            }
         }
 
         Button {
@@ -115,6 +120,7 @@ Grid {
 
         Button {
             objectName: "useQrCode"
+            Accessible.name: qsTr("Log in with a QR code")
             enabled: !root.isBusy
             font {
                 family: "Font Awesome"
@@ -127,6 +133,7 @@ Grid {
     }
 
     component LoginField: TextField {
+        Accessible.name: placeholderText
         width: parent.width
         inputMethodHints: Qt.ImhSensitiveData | Qt.ImhNoAutoUppercase | Qt.ImhNoPredictiveText
         placeholderTextColor: Style.cPlaceholder
