@@ -169,6 +169,13 @@ Neuer Versuch in %3 s.</translation>
     </message>
 </context>
 <context>
+    <name>EventList</name>
+    <message>
+        <source>Events</source>
+        <translation>Veranstaltungen</translation>
+    </message>
+</context>
+<context>
     <name>EventSummary</name>
     <message>
         <source>Mandatory for: %1</source>
@@ -201,10 +208,55 @@ Neuer Versuch in %3 s.</translation>
     </message>
 </context>
 <context>
+    <name>Main</name>
+    <message>
+        <source>Menu</source>
+        <translation>Menü</translation>
+    </message>
+</context>
+<context>
     <name>MainDrawer</name>
     <message>
         <source>Register transponder</source>
         <translation>Transponder registrieren</translation>
+    </message>
+    <message>
+        <source>Menu</source>
+        <translation>Menü</translation>
+    </message>
+</context>
+<context>
+    <name>NotificationControls</name>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>Confirm</source>
+        <translation>Bestätigen</translation>
+    </message>
+    <message>
+        <source>Stop the countdown</source>
+        <translation>Countdown anhalten</translation>
+    </message>
+    <message>
+        <source>Countdown</source>
+        <translation>Countdown</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+</context>
+<context>
+    <name>Notifications</name>
+    <message>
+        <source>Notices</source>
+        <translation>Meldungen</translation>
+    </message>
+    <message>
+        <source>Scroll the notices</source>
+        <translation>Meldungen blättern</translation>
     </message>
 </context>
 <context>
@@ -240,6 +292,10 @@ Neuer Versuch in %3 s.</translation>
         <source>Alternatively, you can push the button below to scan a QR code and login online.</source>
         <translation>Oder scannen Sie mit der Taste unten einen QR-Code und melden Sie sich online an.</translation>
     </message>
+    <message>
+        <source>Log in with a QR code</source>
+        <translation>Mit QR-Code anmelden</translation>
+    </message>
 </context>
 <context>
     <name>RegistrationQrCode</name>
@@ -258,6 +314,14 @@ Neuer Versuch in %3 s.</translation>
     <message>
         <source>The QR code cannot be shown.</source>
         <translation>Der QR-Code kann nicht angezeigt werden.</translation>
+    </message>
+    <message>
+        <source>QR code</source>
+        <translation>QR-Code</translation>
+    </message>
+    <message>
+        <source>Log in on the on-screen keyboard</source>
+        <translation>Über die Bildschirmtastatur anmelden</translation>
     </message>
 </context>
 <context>
@@ -375,6 +439,17 @@ Neuer Versuch in %3 s.</translation>
     <message>
         <source>Close</source>
         <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>Please wait.</source>
+        <translation>Bitte warten.</translation>
+    </message>
+</context>
+<context>
+    <name>ViewHeader</name>
+    <message>
+        <source>Back</source>
+        <translation>Zurück</translation>
     </message>
 </context>
 <context>

@@ -81,6 +81,7 @@ Item {
             EventDetail {
                 id: detail
 
+                Accessible.onPressAction: root.close()
                 anchors {
                     fill: parent
                     leftMargin: 0.05 * page.width

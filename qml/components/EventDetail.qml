@@ -48,6 +48,9 @@ Item {
         content.contentY = position.y;
     }
 
+    Accessible.description: event ? event.description : ""
+    Accessible.name: Array.from(lines.children, line => line.text).filter(Boolean).join(", ")
+    Accessible.role: Accessible.Paragraph
     enabled: Boolean(event)
     visible: enabled
     clip: true

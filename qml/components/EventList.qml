@@ -12,6 +12,8 @@ ListView {
 
     signal tapped(int index)
 
+    Accessible.name: qsTr("Events")
+    Accessible.role: Accessible.List
     clip: true
     section {
         property: "startDateStr"
@@ -22,6 +24,8 @@ ListView {
             CenteredText {
                 id: heading
 
+                Accessible.name: text
+                Accessible.role: Accessible.Heading
                 anchors.bottom: parent.bottom
                 // Not a required property: the list reuses a heading for another day and would set
                 // that only once.
@@ -34,6 +38,7 @@ ListView {
         required property int index
         required property var modelData
 
+        Accessible.onPressAction: root.tapped(index)
         bgColor: index % 2 === 0 ? Style.list.cEven : Style.list.cOdd
         event: modelData
 

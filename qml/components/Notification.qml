@@ -46,6 +46,11 @@ Item {
         anchors.fill: parent
     }
 
+    Announcement {
+        anchors.fill: parent
+        text: root.notification ? [root.notification.title, root.notification.message].filter(Boolean).join("\n") : ""
+    }
+
     ColumnLayout {
         id: layout
 

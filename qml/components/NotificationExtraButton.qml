@@ -58,6 +58,9 @@ Item {
     Button {
         id: control
 
+        Accessible.checkable: true
+        Accessible.checked: highlighted
+        Accessible.name: label.text
         anchors.fill: parent
         // A disabled but highlighted button shows the person's choice, so keep its full colours.
         enabled: Boolean(root.button) && (root.button.enabled || root.button.highlighted)

@@ -34,6 +34,8 @@ Column {
         Image {
             id: image
 
+            Accessible.name: qsTr("QR code")
+            Accessible.role: Accessible.Graphic
             anchors {
                 fill: parent
                 margins: 4
@@ -73,6 +75,7 @@ Column {
     Button {
         anchors.horizontalCenter: parent.horizontalCenter
         objectName: "useKeyboard"
+        Accessible.name: qsTr("Log in on the on-screen keyboard")
         font {
             family: "Font Awesome"
             pointSize: 2 * hint.font.pointSize

@@ -88,6 +88,8 @@ FocusScope {
     CenteredText {
         id: roomName
 
+        Accessible.name: text
+        Accessible.role: Accessible.Heading
         anchors {
             top: parent.top
             topMargin: 0.2 * height
@@ -118,6 +120,8 @@ FocusScope {
         id: asOf
 
         objectName: "asOf"
+        Accessible.name: text
+        Accessible.role: Accessible.StaticText
         anchors {
             left: eventList.left
             right: eventList.right

@@ -35,6 +35,7 @@ Page {
         login.clear();
     }
 
+    Accessible.name: qsTr("Register transponder")
     font.pointSize: 1.5 * config.fontBaseSize
     Component.onCompleted: LBAPI.scanTransponder = true
     Component.onDestruction: leave()
@@ -170,6 +171,7 @@ Page {
         BusyIndicator {
             id: busy
 
+            Accessible.name: qsTr("Please wait.")
             anchors.horizontalCenter: parent.horizontalCenter
             running: false
             visible: running
