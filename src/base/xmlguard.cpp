@@ -42,6 +42,7 @@ const QTextCodec *foreignCodec(const QByteArray &xml)
 
 bool readRoot(QXmlStreamReader &reader, const QByteArray &xml)
 {
+    reader.setNamespaceProcessing(false); // compares each prefix with all that are declared
     QByteArray seen = xml;
     if (const QTextCodec *codec = foreignCodec(xml)) {
         const QString text = codec->toUnicode(xml);
