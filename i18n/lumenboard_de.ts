@@ -135,14 +135,6 @@ Neuer Versuch in %3 s.</translation>
         <translation>Fehler beim Abruf von %1 – Antwort des Servers: %2</translation>
     </message>
     <message>
-        <source>a tag is too long</source>
-        <translation>ein Element ist zu lang</translation>
-    </message>
-    <message>
-        <source>the elements are nested too deep</source>
-        <translation>die Elemente sind zu tief verschachtelt</translation>
-    </message>
-    <message>
         <source>a document type definition is not allowed</source>
         <translation>eine Dokumenttypdefinition ist nicht erlaubt</translation>
     </message>
