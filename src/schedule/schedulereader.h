@@ -36,7 +36,7 @@ public:
     ScheduleReader(const QByteArray &document, ScheduleObjects &objects,
                    std::function<bool()> mustStop);
 
-    /** Throws ScheduleException. */
+    /** Throws Exception. */
     void read();
 
 private:
@@ -56,7 +56,7 @@ private:
     [[nodiscard]] QDateTime readDateTime();
     void skipUnexpected();
     void reportInvalid(const char *field);
-    template <typename... Arguments> void raise(const char *source, const Arguments &...arguments);
+    void raise(const QString &error);
     [[noreturn]] void failAtError() const;
 
     QBuffer m_document;
@@ -68,5 +68,4 @@ private:
     std::array<std::pair<QString, QDateTime>, 1024> m_knownTimes;
     int m_elements = 0;
     int m_warnings = 0;
-    QString m_shownError; ///< in the language of the interface; empty for errors of m_xml
 };
