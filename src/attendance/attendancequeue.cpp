@@ -145,7 +145,7 @@ void AttendanceQueue::onSucceeded(AttendanceRequest *request, const AttendanceRe
 void AttendanceQueue::onFailed(AttendanceRequest *request, const Failure &failure)
 {
     logFailure(failure);
-    const bool isQueued = failure.isTemporary();
+    const bool isQueued = failure.isTemporary() && request->isOnDisk();
     request->notification().changeOrShow(
         [title = tr("Error")] {
             return new Notification(Notification::LOADING, title, {}, 0, false, true);

@@ -62,6 +62,11 @@ AttendanceRequest::AttendanceRequest(const QString &spoolPath, QObject *parent)
     read(reader);
 }
 
+bool AttendanceRequest::isOnDisk() const
+{
+    return !m_spoolPath.isEmpty() && QFile::exists(m_spoolPath);
+}
+
 void AttendanceRequest::build()
 {
     m_data.clear();

@@ -71,6 +71,8 @@ private Q_SLOTS:
             "The service refers to another address (error 302).", true);
         row("never answered", Fault::Hang, "Network error: 5 Operation canceled",
             "The service does not answer.", true);
+        row("never answered, record gone", Fault::Hang, "Network error: 5 Operation canceled",
+            "The service does not answer.", false);
         row("captive portal", Fault::CaptivePortal, "Invalid server response (1).",
             "Invalid server response (1).", false);
     }
@@ -85,6 +87,10 @@ private Q_SLOTS:
         services().setFault(Route::Attendance, fault);
         const auto running = run({ fault == Fault::Hang ? 1000ms : 5000ms, 5s, 1024 * 1024 });
         m_reader.tap("0A1B2C3D");
+        if (!isKept && fault == Fault::Hang) {
+            QTRY_COMPARE(services().requestCount(Route::Attendance), 1);
+            QVERIFY(QDir(attendanceSpool().folder()).removeRecursively());
+        }
         QTRY_COMPARE(shownNotice(), isKept ? "2 Attendance"_s : "3 Attendance"_s);
         const QString message = notice()->message();
         QVERIFY(message.startsWith(isKept ? "A temporary error occurred."_s
