@@ -146,7 +146,7 @@ FocusScope {
     ErrorBox {
         anchors.centerIn: parent
         maximumTextWidth: 0.6 * root.width
-        text: LBAPI.eventData.errorMessage
+        text: LBAPI.eventData.shownError
         visible: LBAPI.eventData.error
     }
 }

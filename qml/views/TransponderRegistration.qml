@@ -148,7 +148,7 @@ Page {
                 anchors.verticalCenter: parent.verticalCenter
                 width: 0.35 * root.width
                 heading: qsTr("Error")
-                text: qsTr("The request failed.")
+                text: qsTr("The request failed.") + (flow.requestError ? "\n\n" + LBAPI.requestFailure(flow.requestError.status) : "")
                 visible: flow.state === RegistrationFlow.Failed
 
                 Button {

@@ -4,6 +4,7 @@
 #include "api/lbapi.h"
 
 #include "base/connections.h"
+#include "base/reason.h"
 
 #include <QCoreApplication>
 #include <QDebug>
@@ -85,6 +86,11 @@ int LBAPI::inactivityTimerRemaining() const
 void LBAPI::setInactivityTimer(QTimer *timer)
 {
     m_inactivityTimer = timer;
+}
+
+QString LBAPI::requestFailure(int httpStatus) const
+{
+    return Reason::ofStatus(httpStatus);
 }
 
 void LBAPI::emitReset()

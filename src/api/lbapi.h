@@ -66,6 +66,8 @@ public:
     /** Milliseconds until the start view returns; -1 if no timer is set or it is not running. */
     Q_INVOKABLE int inactivityTimerRemaining() const;
     void setInactivityTimer(QTimer *timer);
+    /** Why a request of a view failed, for the person; see Reason::ofStatus(). */
+    Q_INVOKABLE QString requestFailure(int httpStatus) const;
 
     /**
      * True for the first card after a view has asked for one; that card goes to

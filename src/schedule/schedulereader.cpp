@@ -3,12 +3,12 @@
 
 #include "schedule/schedulereader.h"
 
+#include "base/exceptions.h"
 #include "base/xmlguard.h"
 #include "schedule/event.h"
 #include "schedule/eventaudience.h"
 #include "schedule/eventeaudience.h"
 #include "schedule/eventlocation.h"
-#include "schedule/scheduleexception.h"
 #include "schedule/scheduleobjects.h"
 
 #include <QDebug>
@@ -73,7 +73,7 @@ void ScheduleReader::read()
     if (m_isForeign)
         refuseForeignDocument(); // the log-in page of a guest network
     if (m_excess.hasDocumentType)
-        raise(QT_TR_NOOP("a document type definition is not allowed"));
+        raise(QStringLiteral("a document type definition is not allowed"));
     if (readNextElement()) {
         if (m_xml.name() != QLatin1String("schedule"))
             refuseForeignDocument();
@@ -90,7 +90,7 @@ void ScheduleReader::read()
 void ScheduleReader::refuseForeignDocument()
 {
     constexpr auto source = QT_TR_NOOP("this doesn't look like event data");
-    throw ScheduleException(QString::fromLatin1(source), tr(source));
+    throw Exception(QString::fromLatin1(source), tr(source));
 }
 
 bool ScheduleReader::readNextElement()
@@ -104,7 +104,7 @@ void ScheduleReader::stopInTime()
 {
     constexpr int elementsPerLook = 256;
     if (++m_elements % elementsPerLook == 0 && m_mustStop())
-        raise(QT_TR_NOOP("reading takes too long"));
+        raise(QStringLiteral("reading takes too long"));
 }
 
 void ScheduleReader::readSchedule()
@@ -317,34 +317,22 @@ void ScheduleReader::logSkipped() const
 
 void ScheduleReader::reportInvalid(const char *field)
 {
-    raise(QT_TR_NOOP("invalid or missing value for \"%2\" at \"%1\""), m_xml.name().toString(),
-          QString::fromLatin1(field));
+    raise(QStringLiteral("invalid or missing value for \"%2\" at \"%1\"")
+              .arg(m_xml.name().toString(), QLatin1String(field)));
 }
 
 /** Ends reading: after an error m_xml returns no further element. Keeps the first error. */
-template <typename... Arguments>
-void ScheduleReader::raise(const char *source, const Arguments &...arguments)
+void ScheduleReader::raise(const QString &error)
 {
-    if (m_xml.hasError())
-        return;
-    const auto fill = [&arguments...](const QString &text) {
-        if constexpr (sizeof...(arguments) > 0)
-            return text.arg(arguments...);
-        else
-            return text;
-    };
-    m_shownError = fill(tr(source));
-    m_xml.raiseError(fill(QString::fromLatin1(source)));
+    if (!m_xml.hasError())
+        m_xml.raiseError(error);
 }
 
 void ScheduleReader::failAtError() const
 {
-    constexpr auto source = QT_TR_NOOP("Error reading event data: (%1) %2 (line %3, column %4)");
-    const auto fill = [this](const QString &text, const QString &detail) {
-        return text.arg(QString::number(m_xml.error()), detail, QString::number(m_xml.lineNumber()),
-                        QString::number(m_xml.columnNumber()));
-    };
-    const QString logged = m_xml.errorString();
-    throw ScheduleException(fill(QString::fromLatin1(source), logged),
-                            fill(tr(source), m_shownError.isEmpty() ? logged : m_shownError));
+    throw Exception(QStringLiteral("Error reading event data: (%1) %2 (line %3, column %4)")
+                        .arg(QString::number(m_xml.error()), m_xml.errorString(),
+                             QString::number(m_xml.lineNumber()),
+                             QString::number(m_xml.columnNumber())),
+                    tr("The schedule is damaged and therefore incomplete."));
 }

@@ -38,7 +38,7 @@ public:
     ScheduleReader(const QByteArray &document, ScheduleObjects &objects,
                    std::function<bool()> mustStop);
 
-    /** Throws ScheduleException. */
+    /** Throws Exception. */
     void read();
 
 private:
@@ -59,7 +59,7 @@ private:
     void skipUnexpected();
     void logSkipped() const;
     void reportInvalid(const char *field);
-    template <typename... Arguments> void raise(const char *source, const Arguments &...arguments);
+    void raise(const QString &error);
     [[noreturn]] void failAtError() const;
 
     QBuffer m_document;
@@ -73,5 +73,4 @@ private:
     int m_unexpected = 0;
     XmlExcess m_excess; ///< not in m_xml
     bool m_isForeign = false; ///< a document of somebody else's type
-    QString m_shownError; ///< in the language of the interface; empty for errors of m_xml
 };

@@ -144,7 +144,7 @@ class Kiosk(unittest.TestCase):
         self.start(fault="captive-portal")
         self.assertEqual(self.kiosk.said("this doesn't look like event data"), 1, self.kiosk.output())
         self.until("the error", self.shows_error)
-        self.wait_for("Das sieht nicht nach")
+        self.wait_for("Der Dienst liefert")
         self.set_fault("none")
         self.press("F5")
         self.until("the error to go", lambda: not self.shows_error())

@@ -49,14 +49,15 @@ LumenboardCase {
     }
 
     function test_responses_data() {
-        const failed = (route, fault) => ({ tag: route + " " + fault, route: route, fault: fault, username: route === "registration" ? "kim" : "", shown: "Die Anfrage ist fehlgeschlagen." });
+        const failed = (route, fault, reason) => ({ tag: route + " " + fault, route: route, fault: fault, username: route === "registration" ? "kim" : "", shown: "Die Anfrage ist fehlgeschlagen.\n\n" + reason });
+        const reasons = { "server-error": "Der Dienst ist gestört (Fehler 500).", "captive-portal": "Die Antwort des Dienstes ist unlesbar." };
         return [
             { tag: "card of somebody", tid: "0A1B2C3D", shown: "Erika Beispiel" },
             { tag: "right password", username: "kim", shown: "zugeordnet" },
             { tag: "wrong password", username: "mia", shown: "Benutzername oder Passwort ist falsch.", isForm: true },
             { tag: "locked", username: "robin", shown: "gesperrt" },
-            failed("registration-status", "server-error"),
-            ...["server-error", "hang", "drip", "drop", "captive-portal", "redirect-away", "oversize"].map(fault => failed("registration", fault)),
+            failed("registration-status", "wrong-credentials", "Der Dienst lässt dieses Gerät nicht zu (Fehler 401)."),
+            ...["server-error", "hang", "drip", "drop", "captive-portal", "redirect-away", "oversize"].map(fault => failed("registration", fault, reasons[fault] || "")),
         ];
     }
 
