@@ -65,20 +65,29 @@ Item {
             Image {
                 id: icon
 
+                readonly property bool isTurning: root.isLoading
+                property real start: 0
+
+                function turn() {
+                    rotation = isTurning ? (Date.now() - start) % 2500 * 360 / 2500 : 0;
+                    if (isTurning)
+                        frame.schedule();
+                }
+
+                onIsTurningChanged: {
+                    start = Date.now();
+                    turn();
+                }
                 Layout.alignment: Qt.AlignTop
                 Layout.preferredHeight: 2 * root.buttonSize
                 Layout.preferredWidth: 2 * root.buttonSize
                 source: root.notification ? "qrc:/icons/" + Style.notification.icon(root.notification.type) + ".svg" : ""
                 sourceSize: Qt.size(2 * root.buttonSize, 2 * root.buttonSize)
 
-                RotationAnimation on rotation {
-                    duration: 2500
-                    from: 0
-                    loops: Animation.Infinite
-                    running: root.isLoading
-                    to: 360
-                    onRunningChanged: if (!running)
-                        icon.rotation = 0
+                FrameTimer {
+                    id: frame
+
+                    onTriggered: icon.turn()
                 }
             }
 
