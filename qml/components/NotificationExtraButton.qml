@@ -38,7 +38,9 @@ Item {
         function fade() {
             const now = Date.now();
             const isOver = now >= end && !isPulsing;
-            opacity = isOver ? 0 : 1 - Math.pow((now - start) % period * 2 / period - 1, 2);
+            // The clock can be set back meanwhile.
+            const phase = ((now - start) % period + period) % period / period;
+            opacity = isOver ? 0 : 1 - Math.pow(2 * phase - 1, 2);
             if (!isOver)
                 frame.schedule();
         }
