@@ -188,6 +188,10 @@ Neuer Versuch in %2 s.</translation>
         <source>Menu</source>
         <translation>Menü</translation>
     </message>
+    <message>
+        <source>Lumenboard</source>
+        <translation>Lumenboard</translation>
+    </message>
 </context>
 <context>
     <name>MainDrawer</name>

@@ -28,7 +28,7 @@ Page {
         stackView.push(Qt.resolvedUrl(config.initialItem), {}, StackView.Immediate);
     }
 
-    Accessible.name: "Lumenboard"
+    Accessible.name: qsTr("Lumenboard")
     background: null // the window is cleared in the same colour
     width: LBAPI.debug ? 1920 : Screen.width
     height: LBAPI.debug ? 1200 : Screen.height
