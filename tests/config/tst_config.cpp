@@ -65,8 +65,12 @@ private Q_SLOTS:
         const QStringList noNumbers
             = R"(|abc|20.5|20, 21|@Invalid()|@ByteArray(\xff\0)|@Rect(1 2))"_s.split(
                 QLatin1Char('|'));
+        // Lists and maps, their type as an octal digit, spelt with escapes, and over two lines.
         const QStringList damaged
-            = R"(@Variant(\0\0\0\x7f\xff)|@Variant(\0\0\0\v\xff\0\0\0))"_s.split(QLatin1Char('|'));
+            = R"(@Variant(\0\0\0\x7f\xff)|@Variant(\0\0\0\v\xff\0\0\0)|@Variant(\0\0\0\013))"
+              R"(|@V\x61r\151a"n"t(\0\0\0\t)|@Varia\#nt(\0\0\0\b))"_s
+                  .replace(QLatin1Char('#'), QLatin1Char('\n'))
+                  .split(QLatin1Char('|'));
         for (const Setting &setting : settingsTable()) {
             if (setting.isNumber())
                 addAll(setting.key, noNumbers + damaged, setting.fixedDefault.toInt());
