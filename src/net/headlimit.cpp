@@ -85,7 +85,7 @@ public:
         , m_timer(this)
     {
         connect(&m_timer, &QTimer::timeout, this, &HeadLimit::look);
-        connect(reply, &QNetworkReply::metaDataChanged, &m_timer, &QTimer::stop);
+        connect(reply, &QNetworkReply::metaDataChanged, this, &HeadLimit::onHead);
         connect(reply, &QNetworkReply::downloadProgress, this, &HeadLimit::countBody);
         connect(reply, &QNetworkReply::readyRead, this, [this] {
             countBody(m_reply->bytesAvailable()); // progress signals are throttled
@@ -143,6 +143,14 @@ private:
                 busiest = { socket, more };
         }
         return { busiest.first, received - bodies };
+    }
+
+    /** A head that was on its way can arrive after the reply was aborted. */
+    void onHead()
+    {
+        m_timer.stop();
+        if (m_end.isValid())
+            deleteLater();
     }
 
     void onEnd()
