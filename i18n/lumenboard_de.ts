@@ -67,7 +67,7 @@
     </message>
     <message>
         <source>Another program uses the card reader, or access is denied.</source>
-        <translation>Ein anderes Programm benutzt das Lesegerät, oder der Zugriff ist gesperrt.</translation>
+        <translation>Ein anderes Programm benutzt das Lesegerät, oder der Zugriff wird verweigert.</translation>
     </message>
     <message>
         <source>The card reader is out of order.</source>
@@ -235,7 +235,7 @@ Neuer Versuch in %2 s.</translation>
     </message>
     <message>
         <source>Scroll the notices</source>
-        <translation>Meldungen blättern</translation>
+        <translation>In den Meldungen blättern</translation>
     </message>
 </context>
 <context>
@@ -300,12 +300,31 @@ Neuer Versuch in %2 s.</translation>
         <source>The storage of this device cannot be written to.</source>
         <translation>Auf den Speicher dieses Geräts kann nicht geschrieben werden.</translation>
     </message>
+    <message>
+        <source>The service has broken off the connection.</source>
+        <translation>Der Dienst hat die Verbindung abgebrochen.</translation>
+    </message>
 </context>
 <context>
     <name>RecordQueue</name>
     <message>
         <source>FATAL ERROR</source>
         <translation>SCHWERER FEHLER</translation>
+    </message>
+</context>
+<context>
+    <name>RegistrationFlow</name>
+    <message>
+        <source>The card is registered.</source>
+        <translation>Die Karte ist registriert.</translation>
+    </message>
+    <message>
+        <source>The log-in failed. Are user name and password right?</source>
+        <translation>Die Anmeldung ist fehlgeschlagen. Stimmen Benutzername und Passwort?</translation>
+    </message>
+    <message>
+        <source>The service refuses to register this card. Please call on a staff member in charge.</source>
+        <translation>Der Dienst lehnt es ab, diese Karte zu registrieren. Bitte wenden Sie sich an die zuständigen Mitarbeiter.</translation>
     </message>
 </context>
 <context>
@@ -332,7 +351,7 @@ Neuer Versuch in %2 s.</translation>
     </message>
     <message>
         <source>Alternatively, you can push the button below to scan a QR code and login online.</source>
-        <translation>Oder scannen Sie mit der Taste unten einen QR-Code und melden Sie sich online an.</translation>
+        <translation>Sie können sich auch mit Ihrem Telefon anmelden: Tippen Sie auf die Taste und scannen Sie den QR-Code.</translation>
     </message>
     <message>
         <source>Log in with a QR code</source>
@@ -347,7 +366,7 @@ Neuer Versuch in %2 s.</translation>
     </message>
     <message>
         <source>Alternatively, you can push the button below to login using an on-screen keyboard.</source>
-        <translation>Oder melden Sie sich mit der Taste unten über eine Bildschirmtastatur an.</translation>
+        <translation>Sie können sich auch hier anmelden: Tippen Sie auf die Taste mit der Tastatur.</translation>
     </message>
     <message>
         <source>Try again</source>

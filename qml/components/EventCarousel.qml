@@ -12,11 +12,14 @@ Item {
 
     property var events: []
     readonly property bool shown: state === "shown"
+    /// false for a moment after it was opened: a double tap on the list would close it as well
+    readonly property bool takesTaps: !opened.running
 
     /** Shows the event at @p index. */
     function open(index: int) {
         pages.positionViewAtIndex(index, ListView.SnapPosition);
         state = "shown";
+        opened.restart();
     }
 
     /** What a person is reading, for keep(); null if the carousel is closed. */
@@ -41,6 +44,11 @@ Item {
         close();
     }
 
+    function closeByTap() {
+        if (takesTaps)
+            close();
+    }
+
     function close() {
         state = "";
     }
@@ -50,13 +58,19 @@ Item {
     scale: 0
     visible: opacity > 0
 
+    Timer {
+        id: opened
+
+        interval: 300
+    }
+
     // A tap beside the carousel closes it and does not reach the items below.
     TapArea {
         anchors {
             fill: parent
             margins: -Math.max(root.width, root.height) / 2
         }
-        onTapped: root.close()
+        onTapped: root.closeByTap()
     }
 
     ListView {
@@ -92,13 +106,13 @@ Item {
                 contentMargin: 0.05 * height
                 event: page.modelData
                 scrolls: true
-                onTapped: root.close()
+                onTapped: root.closeByTap()
             }
 
             TapArea {
                 anchors.fill: parent
                 z: -1
-                onTapped: root.close()
+                onTapped: root.closeByTap()
             }
         }
     }

@@ -23,9 +23,11 @@ Item {
     /// the layout's implicit height; assigned, since a binding would loop with wrapped texts
     property real layoutHeight: 0
 
+    readonly property bool hasClose: Boolean(notification) && notification.closable
     readonly property bool isLoading: Boolean(notification) && notification.type === LBNotification.LOADING
 
     height: layoutHeight + extraHeight
+    onHasCloseChanged: guard.restart() // a control has come to the place of another one
     onYChanged: guard.restart()
     onScaleChanged: guard.restart()
     transform: Translate {

@@ -59,7 +59,7 @@ QtObject {
     readonly property string owner: transponderStatus !== null ? text(transponderStatus.owner) : ""
     /// the person that the response is about
     readonly property string name: loginError !== undefined ? text(registrationReponse.name) : ""
-    readonly property string message: loginError !== undefined ? text(registrationReponse.message) : ""
+    readonly property string message: loginError !== undefined ? text(registrationReponse.message) || ownMessage() : ""
 
     /// the response to a log-in has arrived, whatever its content
     signal loginFinished
@@ -100,6 +100,15 @@ QtObject {
         pending = null;
     }
 
+    /** What a response means that brings no text for the person. */
+    function ownMessage(): string {
+        if (loginError === null)
+            return qsTr("The card is registered.");
+        if (hasLoginError)
+            return qsTr("The log-in failed. Are user name and password right?");
+        return qsTr("The service refuses to register this card. Please call on a staff member in charge.");
+    }
+
     /** Queries the status of a card that was read. Ignores every card after the first. */
     function takeCard(card: string) {
         if (tid !== "")
@@ -113,7 +122,7 @@ QtObject {
             transponderStatus = status;
             if (status && typeof status.owned !== "boolean")
                 requestError = result;
-            if (state === RegistrationFlow.ByPhone && qrCode === "")
+            if (status && status.owned === false && qrCode === "")
                 console.warn("The registration service sent no QR code that can be shown.");
         });
     }
@@ -135,6 +144,8 @@ QtObject {
             loginFinished();
             if (response && response.error === undefined)
                 requestError = result;
+            else if (response && text(response.message) === "")
+                console.warn("The registration service gave no message, error:", response.error);
         });
     }
 

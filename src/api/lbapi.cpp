@@ -9,6 +9,7 @@
 #include <QCoreApplication>
 #include <QDebug>
 #include <QThread>
+#include <QtAlgorithms>
 
 #include <chrono>
 
@@ -189,14 +190,22 @@ void LBAPI::removeNotification(Notification *n)
     QTimer::singleShot(1000ms, n, &QObject::deleteLater);
 }
 
-/** Keeps the day and its times true when the clock or the time zone was set. */
+/**
+ * Keeps the day and its times true when the clock or the time zone was set. While the day is still
+ * wrong it fetches after 1, 2, 4, 8 … minutes: a service that fails is not asked more and more.
+ */
 void LBAPI::followClock(bool isZoneNew)
 {
     const EventData *newest = m_loading ? m_loading : m_eventData;
     const QDate day = config()->scheduleDate();
+    m_wrongDayMinutes = newest && newest->day() != day ? m_wrongDayMinutes + 1 : 0;
+    const bool isTime = m_wrongDayMinutes > 0 && qPopulationCount(m_wrongDayMinutes) == 1;
     // A new zone moves every time that the document gives with an offset.
-    if (newest && (isZoneNew || newest->day() != day)) {
-        qInfo() << "The day or the time zone has changed, fetching the schedule of" << day;
+    if (newest && (isZoneNew || isTime)) {
+        qInfo() << (m_wrongDayMinutes > 1 ? "Still another day, fetching the schedule of"
+                                          : "The day or the time zone has changed, fetching the "
+                                            "schedule of")
+                << day;
         refreshEventData();
     }
     m_boundaryTimer.lookAtClock();

@@ -123,5 +123,6 @@ private:
     ScheduleAge m_scheduleAge;
     CardReadiness m_cardReadiness;
     ClockWatch m_clockWatch;
+    quint32 m_wrongDayMinutes = 0; ///< since the shown schedule is of another day
     std::atomic<bool> m_isScanOpen = false; ///< true until a card takes the scan
 };

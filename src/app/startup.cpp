@@ -21,6 +21,7 @@
 #include <QNetworkReply>
 #include <QQmlEngine>
 #include <QQuickStyle>
+#include <QSet>
 #include <QSslError>
 #include <QSurfaceFormat>
 
@@ -137,6 +138,32 @@ void nameApplication()
 void setGermanLocale()
 {
     QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
+}
+
+QString InterfaceTranslator::translate(const char *context, const char *source, const char *comment,
+                                       int n) const
+{
+    static const QSet<QByteArray> ofErrors {
+        "QAbstractSocket",
+        "QFile",
+        "QFileDevice",
+        "QHostInfoAgent",
+        "QHttp",
+        "QHttpSocketEngine",
+        "QNativeSocketEngine",
+        "QNetworkAccessDataBackend",
+        "QNetworkAccessFileBackend",
+        "QNetworkAccessManager",
+        "QNetworkReply",
+        "QNetworkReplyHttpImpl",
+        "QNetworkReplyImpl",
+        "QSslSocket",
+        "QXml",
+        "QXmlStream",
+    };
+    if (ofErrors.contains(context))
+        return {};
+    return QTranslator::translate(context, source, comment, n);
 }
 
 void Translations::install()

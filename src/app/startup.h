@@ -19,6 +19,17 @@ void nameApplication();
 /** Makes the interface German, whatever the system's locale is. */
 void setGermanLocale();
 
+/** Qt's own translations but for its errors: these reach only the log, which is English. */
+class InterfaceTranslator : public QTranslator
+{
+    Q_OBJECT
+
+public:
+    using QTranslator::QTranslator;
+    [[nodiscard]] QString translate(const char *context, const char *source, const char *comment,
+                                    int n) const override;
+};
+
 /** The translations of Qt and of the program. They apply while this object exists. */
 class Translations
 {
@@ -27,7 +38,7 @@ public:
     void install();
 
 private:
-    QTranslator m_qt;
+    InterfaceTranslator m_qt;
     QTranslator m_program;
 };
 

@@ -32,8 +32,9 @@ QString Reason::ofReply(const QNetworkReply &reply)
     case QNetworkReply::TimeoutError:
         return tr("The service does not answer.");
     case QNetworkReply::ConnectionRefusedError:
-    case QNetworkReply::RemoteHostClosedError:
         return tr("The service accepts no connection.");
+    case QNetworkReply::RemoteHostClosedError:
+        return tr("The service has broken off the connection.");
     case QNetworkReply::SslHandshakeFailedError:
         return tr("The connection to the service is not secure. Are its certificate and the clock "
                   "right?");

@@ -28,6 +28,9 @@ const QTextCodec *foreignCodec(const QByteArray &xml)
 {
     constexpr int utf8Mib = 106;
 
+    // QXmlStreamReader takes this for UTF-16, also without a byte order mark.
+    if (xml.size() >= 2 && (xml.at(0) == 0 || xml.at(1) == 0))
+        return QTextCodec::codecForName(xml.at(0) == 0 ? "UTF-16BE" : "UTF-16LE");
     // From bytes instead of a device, QXmlStreamReader would decode everything at once.
     QBuffer device;
     device.setData(xml);

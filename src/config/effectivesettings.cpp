@@ -3,6 +3,7 @@
 
 #include "config/effectivesettings.h"
 
+#include "base/loglimit.h"
 #include "config/config.h"
 #include "config/keys.h"
 #include "config/settingstable.h"
@@ -10,8 +11,12 @@
 #include <QDebug>
 #include <QHash>
 #include <QRegularExpression>
+#include <QTimer>
 
 #include <algorithm>
+#include <chrono>
+
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -90,11 +95,18 @@ QVector<EffectiveSetting> effectiveSettings(const Config &config)
 
 void warnOfSettings()
 {
+    constexpr int atOnce = LogLimit::defaultLines - 1; // the log takes no more from one place
     static QHash<QString, QString> warned; // by key
+    int warnings = 0;
     for (const Setting &setting : settingsTable()) {
         const QString problem = problemOf(*Config::instance(), setting);
-        if (!problem.isEmpty() && problem != warned.value(setting.key))
+        if (!problem.isEmpty() && problem != warned.value(setting.key)) {
+            if (++warnings > atOnce) {
+                QTimer::singleShot(2s, Config::instance(), &warnOfSettings);
+                return;
+            }
             qWarning().noquote() << "Setting" << setting.key + QLatin1Char(':') << problem;
+        }
         warned.insert(setting.key, problem);
     }
 }

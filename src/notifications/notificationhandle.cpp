@@ -18,14 +18,17 @@ void NotificationHandle::showError(const QString &title, const QString &message,
     QMetaObject::invokeMethod(
         board->context(),
         [=] {
-            Notification *newest = board->notifications()->newest();
-            const bool isRepeated = newest && newest->type() == Notification::ERR
-                && newest->title() == title && newest->message() == message;
-            if (!isRepeated)
-                board->addNotification(
-                    new Notification(Notification::ERR, title, message, timeout, true, true));
-            else if (newest->timeout() > 0) // nobody has stopped its countdown
-                newest->setTimeout(timeout);
+            Notification *shown = board->notifications()->findError(title, message);
+            const bool isStopped = shown && shown->timeout() == 0; // its countdown, by a person
+            if (shown && shown == board->notifications()->newest()) {
+                if (!isStopped)
+                    shown->setTimeout(timeout);
+                return;
+            }
+            if (shown) // below others: it comes back on top
+                shown->remove();
+            board->addNotification(new Notification(Notification::ERR, title, message,
+                                                    isStopped ? 0 : timeout, true, true));
         },
         Qt::QueuedConnection);
 }

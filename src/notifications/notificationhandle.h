@@ -25,9 +25,9 @@ public:
     explicit NotificationHandle(Notification *notification);
 
     /**
-     * Shows a closable error for @p timeout ms. If the newest notification is the same error,
-     * restarts its countdown instead, unless a person has stopped it: a repeated fault must not
-     * fill the screen.
+     * Shows a closable error for @p timeout ms. A repeated fault must not fill the screen: if the
+     * same error is shown already, it comes to the top and its countdown starts again, unless a
+     * person has stopped it.
      */
     static void showError(const QString &title, const QString &message, uint timeout);
 

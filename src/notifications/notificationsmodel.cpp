@@ -6,6 +6,8 @@
 #include "notifications/noticelimits.h"
 #include "notifications/notification.h"
 
+#include <algorithm>
+
 NotificationsModel::NotificationsModel(QObject *parent)
     : QAbstractListModel(parent)
 {
@@ -47,6 +49,16 @@ bool NotificationsModel::removeFirst(Notification *notification)
     endRemoveRows();
     Q_EMIT lengthChanged();
     return true;
+}
+
+Notification *NotificationsModel::findError(const QString &title, const QString &message) const
+{
+    const auto found
+        = std::find_if(m_notifications.cbegin(), m_notifications.cend(), [&](const auto *each) {
+              return each->type() == Notification::ERR && each->title() == title
+                  && each->message() == message;
+          });
+    return found == m_notifications.cend() ? nullptr : *found;
 }
 
 void NotificationsModel::endOldest()

@@ -28,6 +28,9 @@ public:
     /** The newest notification; null if there is none. */
     [[nodiscard]] Notification *newest() const { return m_notifications.value(0); }
 
+    /** The newest error with these texts; null if there is none. */
+    [[nodiscard]] Notification *findError(const QString &title, const QString &message) const;
+
     /** True if a row holds @p notification; a removed one still exists for a moment. */
     [[nodiscard]] bool contains(Notification *notification) const
     {

@@ -330,9 +330,9 @@ void ScheduleReader::raise(const QString &error)
 
 void ScheduleReader::failAtError() const
 {
-    throw Exception(QStringLiteral("Error reading event data: (%1) %2 (line %3, column %4)")
-                        .arg(QString::number(m_xml.error()), m_xml.errorString(),
-                             QString::number(m_xml.lineNumber()),
-                             QString::number(m_xml.columnNumber())),
-                    tr("The schedule is damaged and therefore incomplete."));
+    throw Exception(
+        QStringLiteral("Error reading event data: (%1) %2 (line %3, column %4)")
+            .arg(QString::number(m_xml.error()), m_xml.errorString(),
+                 QString::number(m_xml.lineNumber()), QString::number(m_xml.columnNumber())),
+        m_elements > 0 ? tr("The schedule is damaged and therefore incomplete.") : QString());
 }

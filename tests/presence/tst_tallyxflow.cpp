@@ -55,7 +55,7 @@ private Q_SLOTS:
         row("wrong types", Fault::InvalidValue, false, none, "");
         row("server error", Fault::ServerError, false, none, " is out of order (error 500).");
         row("never answered", Fault::Hang, false, none, "The service does not answer.");
-        row("closed", Fault::Refuse, false, none, "The service accepts no connection.");
+        row("closed", Fault::Refuse, false, none, "The service has broken off the connection.");
         row("broken", Fault::BrokenJson, false, none, "The service gives an unreadable response.");
         row("a list", Fault::EmptyList, false, none, "The service gives an unreadable response.");
     }

@@ -71,7 +71,7 @@ LumenboardCase {
         compare(requests.map(each => each.slice(0, 3)), [["0A%2F2/", "GET", null], ["", "POST", { username: "kim", password: "x", tid: "0A/2" }]]);
         respond({ error: "login", message: {}, name: "x".repeat(2000) });
         flow.cancel();
-        compare([cancelled, flow.message, flow.name.length], [1, "", 1000]);
+        compare([cancelled, flow.message, flow.name.length], [1, "Die Anmeldung ist fehlgeschlagen. Stimmen Benutzername und Passwort?", 1000]);
     }
 
     name: "RegistrationFlow"
