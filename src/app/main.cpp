@@ -10,6 +10,7 @@
 #include "base/loglimit.h"
 #include "config/config.h"
 #include "net/addresswarnings.h"
+#include "supervision/journal.h"
 
 #include <QGuiApplication>
 
@@ -34,6 +35,7 @@ namespace {
 
 int main(int argc, char *argv[])
 {
+    prepareJournal();
     installLogLimit();
     prepareEnvironment();
     if (const auto status = runCommandLine(argc, argv))

@@ -8,9 +8,11 @@
 #include "app/exitwatchdog.h"
 #include "app/inputeventmonitor.h"
 #include "app/quickwindow.h"
+#include "app/servicereport.h"
 #include "app/terminationsignals.h"
 #include "base/connections.h"
 #include "config/config.h"
+#include "supervision/servicemanager.h"
 
 #include <QGuiApplication>
 #include <QQmlEngine>
@@ -49,10 +51,13 @@ int runWindowPass(const TerminationSignals &termination)
 
     startAttendanceThread();
     window.reload();
+    reportToServiceManager(window);
     showWindow(window);
     const int code = QGuiApplication::exec();
-    if (isLastPass())
+    if (isLastPass()) {
+        servicemanager::stopping();
         exitwatchdog::limitTimeToEnd();
+    }
     return code;
 }
 
