@@ -64,4 +64,5 @@ void benchSchedule(Table &table, bool quick);
 void benchStartup(Table &table, bool quick);
 void benchRefresh(Table &table, bool quick);
 void benchAttendance(Table &table, bool quick);
+void benchQuestion(Table &table, bool quick);
 void benchDrain(Table &table, bool quick);

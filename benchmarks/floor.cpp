@@ -39,7 +39,10 @@ void refresh(QObject *page, const QUrl &url, RefreshLoop *loop)
 
 } // namespace
 
-/** Shows the bare page. "--clock" shows the time, "--refresh URL ROUNDS" refreshes. */
+/**
+ * Shows the bare page. "--clock" shows the time, "--pulse" a pulsing rectangle, "--refresh URL
+ * ROUNDS" refreshes.
+ */
 int main(int argc, char *argv[])
 {
     RefreshLoop::countObjects();
@@ -53,7 +56,8 @@ int main(int argc, char *argv[])
     QQuickView view;
     view.setResizeMode(QQuickView::SizeRootObjectToView);
     view.setInitialProperties(
-        { { QStringLiteral("showsClock"), arguments.contains(QStringLiteral("--clock")) } });
+        { { QStringLiteral("showsClock"), arguments.contains(QStringLiteral("--clock")) },
+          { QStringLiteral("pulses"), arguments.contains(QStringLiteral("--pulse")) } });
     view.setSource(QUrl(QStringLiteral("qrc:/floor.qml")));
     view.showFullScreen();
 

@@ -12,6 +12,8 @@ Page {
 
     /// true to show the time, as the clock view does
     property bool showsClock: false
+    /// true to pulse a rectangle, as large as the button that glows in a question
+    property bool pulses: false
     /// the entries of the list; refresh() replaces them all
     property var entries: []
 
@@ -29,6 +31,30 @@ Page {
 
         anchors.fill: parent
         initialItem: root.showsClock ? clockView : contentView
+    }
+
+    Rectangle {
+        anchors.centerIn: parent
+        color: Material.accent
+        height: 60
+        visible: root.pulses
+        width: 220
+
+        SequentialAnimation on opacity {
+            loops: Animation.Infinite
+            running: root.pulses
+
+            NumberAnimation {
+                from: 0
+                to: 1
+                duration: 500
+            }
+            NumberAnimation {
+                from: 1
+                to: 0
+                duration: 500
+            }
+        }
     }
 
     InputPanel {

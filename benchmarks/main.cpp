@@ -18,11 +18,12 @@ int main(int argc, char *argv[])
         const char *name;
         void (*run)(Table &, bool);
     };
-    constexpr std::array<Benchmark, 5> benchmarks { {
+    constexpr std::array<Benchmark, 6> benchmarks { {
         { "schedule", benchSchedule },
         { "startup", benchStartup },
         { "refresh", benchRefresh },
         { "attendance", benchAttendance },
+        { "question", benchQuestion },
         { "drain", benchDrain },
     } };
 

@@ -20,60 +20,64 @@
         <translation>Ihre Anwesenheit konnte nicht erfasst werden. Bitte wenden Sie sich an eine zuständige Person und fragen Sie, was zu tun ist.</translation>
     </message>
     <message>
-        <source>Unknown error</source>
-        <translation>Unbekannter Fehler</translation>
-    </message>
-    <message>
         <source>Error</source>
         <translation>Fehler</translation>
     </message>
     <message>
-        <source>Failed to remove an attendance log request from the queue. Attendance logging has been stopped.
-
-%1</source>
-        <translation>Ein Anwesenheitseintrag konnte nicht aus der Warteschlange entfernt werden. Die Erfassung der Anwesenheit wurde angehalten.
-
-%1</translation>
+        <source>Too many cards at once.</source>
+        <translation>Zu viele Transponder auf einmal.</translation>
     </message>
     <message>
-        <source>Too many cards at once.</source>
-        <translation>Zu viele Karten auf einmal.</translation>
+        <source>Failed to remove an attendance log request from the queue. Attendance logging has been stopped.</source>
+        <translation>Ein Anwesenheitseintrag konnte nicht aus der Warteschlange entfernt werden. Die Erfassung der Anwesenheit wurde angehalten.</translation>
     </message>
 </context>
 <context>
     <name>AttendanceResponse</name>
     <message>
         <source>Invalid server response (1).</source>
-        <translation>Ungültige Antwort des Servers (1).</translation>
+        <translation>Die Antwort des Dienstes ist unlesbar (1).</translation>
     </message>
     <message>
         <source>Invalid server response (2).</source>
-        <translation>Ungültige Antwort des Servers (2).</translation>
+        <translation>Die Antwort des Dienstes ist unlesbar (2).</translation>
     </message>
     <message>
         <source>Invalid server response (3).</source>
-        <translation>Ungültige Antwort des Servers (3).</translation>
+        <translation>Die Antwort des Dienstes ist unlesbar (3).</translation>
     </message>
 </context>
 <context>
     <name>AttendanceWorker</name>
     <message>
         <source>Serial port error</source>
-        <translation>Fehler an der seriellen Schnittstelle</translation>
+        <translation>Fehler am Lesegerät</translation>
     </message>
     <message>
         <source>Failed to parse transponder ID. :O</source>
-        <translation>Die Nummer der Karte ist unleserlich. :O</translation>
+        <translation>Die Nummer des Transponders ist unlesbar.</translation>
     </message>
     <message>
         <source>No serial port found.</source>
-        <translation>Keine serielle Schnittstelle gefunden.</translation>
+        <translation>Kein Lesegerät gefunden.</translation>
     </message>
     <message>
-        <source>%1 %2
-Retrying in %3 seconds.</source>
-        <translation>%1 %2
-Neuer Versuch in %3 s.</translation>
+        <source>The card reader has been disconnected.</source>
+        <translation>Das Lesegerät wurde getrennt.</translation>
+    </message>
+    <message>
+        <source>Another program uses the card reader, or access is denied.</source>
+        <translation>Ein anderes Programm benutzt das Lesegerät, oder der Zugriff ist gesperrt.</translation>
+    </message>
+    <message>
+        <source>The card reader is out of order.</source>
+        <translation>Das Lesegerät ist gestört.</translation>
+    </message>
+    <message>
+        <source>%1
+Retrying in %2 seconds.</source>
+        <translation>%1
+Neuer Versuch in %2 s.</translation>
     </message>
 </context>
 <context>
@@ -100,58 +104,23 @@ Neuer Versuch in %3 s.</translation>
     <name>Event</name>
     <message>
         <source>%1 - %2</source>
-        <translation>%1 - %2 Uhr</translation>
+        <extracomment>Two times. No-break spaces and a word joiner (U+2060) behind the dash keep them on one line.</extracomment>
+        <translation>%1&#xa0;-⁠&#xa0;%2&#xa0;Uhr</translation>
     </message>
 </context>
 <context>
     <name>EventData</name>
     <message>
-        <source>No error</source>
-        <translation>Kein Fehler</translation>
-    </message>
-    <message>
-        <source>WTF?! Network reply is NULL! :O</source>
-        <translation>Keine Antwort vom Netzwerk erhalten! :O</translation>
-    </message>
-    <message>
-        <source>failed to fetch eventdata: (%1) %2</source>
-        <translation>Die Veranstaltungsdaten konnten nicht abgerufen werden: (%1) %2</translation>
-    </message>
-    <message>
         <source>this doesn&apos;t look like event data</source>
-        <translation>Das sieht nicht nach Veranstaltungsdaten aus.</translation>
+        <translation>Der Dienst liefert keinen Veranstaltungsplan.</translation>
     </message>
     <message>
-        <source>Error reading event data: (%1) %2 (line %3, column %4)</source>
-        <translation>Fehler beim Lesen der Veranstaltungsdaten: (%1) %2 (Zeile %3, Spalte %4)</translation>
+        <source>The schedule could not be fetched.</source>
+        <translation>Der Veranstaltungsplan ist nicht verfügbar.</translation>
     </message>
     <message>
-        <source>invalid or missing value for &quot;%2&quot; at &quot;%1&quot;</source>
-        <translation>ungültiger oder fehlender Wert für „%2“ in „%1“</translation>
-    </message>
-    <message>
-        <source>Error transferring %1 - server replied: %2</source>
-        <translation>Fehler beim Abruf von %1 – Antwort des Servers: %2</translation>
-    </message>
-    <message>
-        <source>a tag is too long</source>
-        <translation>ein Element ist zu lang</translation>
-    </message>
-    <message>
-        <source>the elements are nested too deep</source>
-        <translation>die Elemente sind zu tief verschachtelt</translation>
-    </message>
-    <message>
-        <source>a document type definition is not allowed</source>
-        <translation>eine Dokumenttypdefinition ist nicht erlaubt</translation>
-    </message>
-    <message>
-        <source>reading takes too long</source>
-        <translation>das Lesen dauert zu lange</translation>
-    </message>
-    <message>
-        <source>no thread could be started</source>
-        <translation>es ließ sich kein Thread starten</translation>
+        <source>The schedule is damaged and therefore incomplete.</source>
+        <translation>Der Veranstaltungsplan ist fehlerhaft und deshalb unvollständig.</translation>
     </message>
 </context>
 <context>
@@ -168,6 +137,13 @@ Neuer Versuch in %3 s.</translation>
     </message>
 </context>
 <context>
+    <name>EventList</name>
+    <message>
+        <source>Events</source>
+        <translation>Veranstaltungen</translation>
+    </message>
+</context>
+<context>
     <name>EventSummary</name>
     <message>
         <source>Mandatory for: %1</source>
@@ -178,6 +154,13 @@ Neuer Versuch in %3 s.</translation>
         <source>Optional for: %1</source>
         <extracomment>%1 is a list of audience groups</extracomment>
         <translation>Offen für %1</translation>
+    </message>
+</context>
+<context>
+    <name>Failure</name>
+    <message>
+        <source>Unknown error</source>
+        <translation>Unbekannter Fehler</translation>
     </message>
 </context>
 <context>
@@ -200,10 +183,122 @@ Neuer Versuch in %3 s.</translation>
     </message>
 </context>
 <context>
+    <name>Main</name>
+    <message>
+        <source>Menu</source>
+        <translation>Menü</translation>
+    </message>
+    <message>
+        <source>Lumenboard</source>
+        <translation>Lumenboard</translation>
+    </message>
+</context>
+<context>
     <name>MainDrawer</name>
     <message>
         <source>Register transponder</source>
         <translation>Transponder registrieren</translation>
+    </message>
+    <message>
+        <source>Menu</source>
+        <translation>Menü</translation>
+    </message>
+</context>
+<context>
+    <name>NotificationControls</name>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>Confirm</source>
+        <translation>Bestätigen</translation>
+    </message>
+    <message>
+        <source>Stop the countdown</source>
+        <translation>Countdown anhalten</translation>
+    </message>
+    <message>
+        <source>Countdown</source>
+        <translation>Countdown</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+</context>
+<context>
+    <name>Notifications</name>
+    <message>
+        <source>Notices</source>
+        <translation>Meldungen</translation>
+    </message>
+    <message>
+        <source>Scroll the notices</source>
+        <translation>Meldungen blättern</translation>
+    </message>
+</context>
+<context>
+    <name>Reason</name>
+    <message>
+        <source>The response of the service is incomplete.</source>
+        <translation>Die Antwort des Dienstes ist unvollständig.</translation>
+    </message>
+    <message>
+        <source>The service does not answer.</source>
+        <translation>Der Dienst antwortet nicht.</translation>
+    </message>
+    <message>
+        <source>The service accepts no connection.</source>
+        <translation>Der Dienst nimmt keine Verbindung an.</translation>
+    </message>
+    <message>
+        <source>The connection to the service is not secure. Are its certificate and the clock right?</source>
+        <translation>Die Verbindung zum Dienst ist nicht sicher. Stimmen sein Zertifikat und die Uhrzeit?</translation>
+    </message>
+    <message>
+        <source>The address of the service is set wrongly.</source>
+        <translation>Die Adresse des Dienstes ist falsch eingestellt.</translation>
+    </message>
+    <message>
+        <source>The service cannot be found. Is this device connected to the network?</source>
+        <translation>Der Dienst ist nicht zu finden. Ist dieses Gerät mit dem Netz verbunden?</translation>
+    </message>
+    <message>
+        <source>The service cannot be reached.</source>
+        <translation>Der Dienst ist nicht erreichbar.</translation>
+    </message>
+    <message>
+        <source>The service does not admit this device (error %1).</source>
+        <translation>Der Dienst lässt dieses Gerät nicht zu (Fehler %1).</translation>
+    </message>
+    <message>
+        <source>The service does not find what it was asked for (error %1).</source>
+        <translation>Der Dienst findet das Gesuchte nicht (Fehler %1).</translation>
+    </message>
+    <message>
+        <source>The service gives an unreadable response.</source>
+        <translation>Die Antwort des Dienstes ist unlesbar.</translation>
+    </message>
+    <message>
+        <source>The service refers to another address (error %1).</source>
+        <translation>Der Dienst verweist auf eine andere Adresse (Fehler %1).</translation>
+    </message>
+    <message>
+        <source>The service refuses the request (error %1).</source>
+        <translation>Der Dienst lehnt die Anfrage ab (Fehler %1).</translation>
+    </message>
+    <message>
+        <source>The service is out of order (error %1).</source>
+        <translation>Der Dienst ist gestört (Fehler %1).</translation>
+    </message>
+    <message>
+        <source>The storage of this device is full.</source>
+        <translation>Der Speicher dieses Geräts ist voll.</translation>
+    </message>
+    <message>
+        <source>The storage of this device cannot be written to.</source>
+        <translation>Auf den Speicher dieses Geräts kann nicht geschrieben werden.</translation>
     </message>
 </context>
 <context>
@@ -239,6 +334,10 @@ Neuer Versuch in %3 s.</translation>
         <source>Alternatively, you can push the button below to scan a QR code and login online.</source>
         <translation>Oder scannen Sie mit der Taste unten einen QR-Code und melden Sie sich online an.</translation>
     </message>
+    <message>
+        <source>Log in with a QR code</source>
+        <translation>Mit QR-Code anmelden</translation>
+    </message>
 </context>
 <context>
     <name>RegistrationQrCode</name>
@@ -249,6 +348,22 @@ Neuer Versuch in %3 s.</translation>
     <message>
         <source>Alternatively, you can push the button below to login using an on-screen keyboard.</source>
         <translation>Oder melden Sie sich mit der Taste unten über eine Bildschirmtastatur an.</translation>
+    </message>
+    <message>
+        <source>Try again</source>
+        <translation>Erneut versuchen</translation>
+    </message>
+    <message>
+        <source>The QR code cannot be shown.</source>
+        <translation>Der QR-Code kann nicht angezeigt werden.</translation>
+    </message>
+    <message>
+        <source>QR code</source>
+        <translation>QR-Code</translation>
+    </message>
+    <message>
+        <source>Log in on the on-screen keyboard</source>
+        <translation>Über die Bildschirmtastatur anmelden</translation>
     </message>
 </context>
 <context>
@@ -277,10 +392,6 @@ Neuer Versuch in %3 s.</translation>
     <message>
         <source>Failed to log your presence. Please call on a staff member in charge and ask for instructions.</source>
         <translation>Ihre Präsenz konnte nicht gebucht werden. Bitte wenden Sie sich an eine zuständige Person und fragen Sie, was zu tun ist.</translation>
-    </message>
-    <message>
-        <source>Unknown error</source>
-        <translation>Unbekannter Fehler</translation>
     </message>
 </context>
 <context>
@@ -322,19 +433,11 @@ Neuer Versuch in %3 s.</translation>
     </message>
     <message>
         <source>Too many cards at once.</source>
-        <translation>Zu viele Karten auf einmal.</translation>
+        <translation>Zu viele Transponder auf einmal.</translation>
     </message>
     <message>
-        <source>Authentication unavailable.</source>
-        <translation>Keine Anmeldung am Dienst möglich.</translation>
-    </message>
-    <message>
-        <source>Failed to remove a log request from the queue. Logging has been stopped.
-
-%1</source>
-        <translation>Eine Buchung konnte nicht aus der Warteschlange entfernt werden. Die Erfassung wurde angehalten.
-
-%1</translation>
+        <source>Failed to remove a log request from the queue. Logging has been stopped.</source>
+        <translation>Eine Buchung konnte nicht aus der Warteschlange entfernt werden. Die Erfassung wurde angehalten.</translation>
     </message>
 </context>
 <context>
@@ -367,12 +470,27 @@ Neuer Versuch in %3 s.</translation>
         <source>Close</source>
         <translation>Schließen</translation>
     </message>
+    <message>
+        <source>Please wait.</source>
+        <translation>Bitte warten.</translation>
+    </message>
+</context>
+<context>
+    <name>ViewHeader</name>
+    <message>
+        <source>Back</source>
+        <translation>Zurück</translation>
+    </message>
 </context>
 <context>
     <name>tallyxservice</name>
     <message>
         <source>Authentication unavailable.</source>
-        <translation>Keine Anmeldung am Dienst möglich.</translation>
+        <translation>Dieses Gerät ist beim Dienst nicht angemeldet.</translation>
+    </message>
+    <message>
+        <source>The service has not confirmed the booking.</source>
+        <translation>Der Dienst hat die Buchung nicht bestätigt.</translation>
     </message>
 </context>
 </TS>

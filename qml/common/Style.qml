@@ -50,6 +50,8 @@ QtObject {
     readonly property color cHighlight1: "#93b1bb"
     readonly property color cEdBg: "#222"
     readonly property color cWarningBg: "#8a3324"
+    /// the hint in an empty text field, legible on the dark style's background
+    readonly property color cPlaceholder: "#b0b0b0"
 
     readonly property var fLH1: new S.FontStyle(3, S.RelSize, Font.Bold)
     readonly property var fLH2: new S.FontStyle(2.4, S.RelSize, Font.Bold)

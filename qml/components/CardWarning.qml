@@ -14,6 +14,11 @@ Rectangle {
     implicitHeight: label.implicitHeight
     color: Style.cWarningBg
 
+    Announcement {
+        anchors.fill: parent
+        text: label.text
+    }
+
     CenteredText {
         id: label
 

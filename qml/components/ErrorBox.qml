@@ -18,6 +18,11 @@ Rectangle {
     height: message.height + 20
     color: "red"
 
+    Announcement {
+        anchors.fill: parent
+        text: message.text
+    }
+
     StyledText {
         id: message
 

@@ -4,6 +4,7 @@
 import QtQuick 2.15
 
 import "../common"
+import "../elements"
 
 /** All events in large type, one per page: a swipe turns the page, a tap anywhere closes it. */
 Item {
@@ -18,18 +19,22 @@ Item {
         state = "shown";
     }
 
-    /** Id of the event on the open page, -1 if the carousel is closed. */
-    function currentId(): int {
-        return shown && pages.currentIndex >= 0 ? events[pages.currentIndex].id : -1;
+    /** What a person is reading, for keep(); null if the carousel is closed. */
+    function place() {
+        return shown && pages.currentItem ? {
+            "id": pages.currentItem.modelData.id,
+            "position": pages.currentItem.detail.position()
+        } : null;
     }
 
-    /** Call after a change of events: stays on the event with @p id, or closes if it is gone. */
-    function keep(id: int) {
+    /** Call after a change of events: stays at @p place, or closes if its event is gone. */
+    function keep(place) {
         if (!shown)
             return;
-        for (let i = 0; i < events.length; ++i) {
-            if (events[i].id === id) {
+        for (let i = 0; place && i < events.length; ++i) {
+            if (events[i].id === place.id) {
                 pages.positionViewAtIndex(i, ListView.SnapPosition);
+                pages.itemAtIndex(i).detail.scrollTo(place.position);
                 return;
             }
         }
@@ -46,12 +51,12 @@ Item {
     visible: opacity > 0
 
     // A tap beside the carousel closes it and does not reach the items below.
-    MouseArea {
+    TapArea {
         anchors {
             fill: parent
             margins: -Math.max(root.width, root.height) / 2
         }
-        onClicked: root.close()
+        onTapped: root.close()
     }
 
     ListView {
@@ -68,11 +73,15 @@ Item {
             id: page
 
             required property var modelData
+            property alias detail: detail
 
             width: ListView.view.width
             height: ListView.view.height
 
             EventDetail {
+                id: detail
+
+                Accessible.onPressAction: root.close()
                 anchors {
                     fill: parent
                     leftMargin: 0.05 * page.width
@@ -82,13 +91,14 @@ Item {
                 bgOpacity: 0.985
                 contentMargin: 0.05 * height
                 event: page.modelData
+                scrolls: true
                 onTapped: root.close()
             }
 
-            MouseArea {
+            TapArea {
                 anchors.fill: parent
                 z: -1
-                onClicked: root.close()
+                onTapped: root.close()
             }
         }
     }

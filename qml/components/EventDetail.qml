@@ -7,7 +7,10 @@ import Lumenboard 1.0
 import "../common"
 import "../elements"
 
-/** All details of one event in large type; a long description can be scrolled. */
+/**
+ * All details of one event in large type. A long description can be scrolled below the other lines.
+ * These are cut where they leave no room, or the whole page can be scrolled.
+ */
 Item {
     id: root
 
@@ -17,20 +20,41 @@ Item {
     property alias bgColor: background.color
     property alias bgOpacity: background.opacity
     property int contentMargin: 5
-    /// maximum height of the lines above the description, px
+    /// scrolls what does not fit, instead of cutting it
+    property bool scrolls: false
+    /// maximum height of the lines above the description where they are cut, px
     readonly property real roomAbove: content.height * 0.9
+    /// too little room is left to scroll the description alone
+    readonly property bool scrollsAll: scrolls && details.room < Math.min(details.contentHeight, content.height * 0.3)
+    readonly property Flickable scrolled: scrollsAll ? content : details
 
     signal tapped
 
-    /** How many lines in @p item's font fit into @p share of roomAbove; at least one. */
+    /** How many lines of @p item, of those that fit into @p share of roomAbove; at least one. */
     function linesWithin(item: Item, share: real): int {
+        if (scrolls)
+            return 0x7fffffff; // all
         // Do not use fontInfo: it changes during the layout that depends on this result.
         return Math.max(1, Math.floor(roomAbove * share / (item.font.pixelSize * 1.25)));
     }
 
+    /** How far a person has scrolled; for scrollTo(). */
+    function position(): point {
+        return Qt.point(details.contentY, content.contentY);
+    }
+
+    function scrollTo(position: point) {
+        details.contentY = position.x;
+        content.contentY = position.y;
+    }
+
+    Accessible.description: event ? event.description : ""
+    Accessible.name: Array.from(lines.children, line => line.text).filter(Boolean).join(", ")
+    Accessible.role: Accessible.Paragraph
     enabled: Boolean(event)
     visible: enabled
     clip: true
+    onVisibleChanged: scrollTo(Qt.point(0, 0)) // the next person starts at the top
 
     Rectangle {
         id: background
@@ -44,17 +68,26 @@ Item {
         opacity: 0.5
     }
 
-    MouseArea {
+    TapArea {
         anchors.fill: parent
-        onClicked: root.tapped()
+        onTapped: root.tapped()
     }
 
-    Item {
+    Flickable {
         id: content
 
         anchors {
             fill: parent
             margins: root.contentMargin
+        }
+        clip: root.scrollsAll
+        contentHeight: root.scrollsAll ? details.y + details.height : height
+        interactive: root.scrollsAll
+
+        TapArea {
+            width: content.width
+            height: content.contentHeight
+            onTapped: root.tapped()
         }
 
         Column {
@@ -102,20 +135,22 @@ Item {
         }
 
         Flickable {
+            id: details
+
             readonly property real room: content.height - y
             readonly property real lineHeight: description.contentHeight / Math.max(1, description.lineCount)
 
             anchors {
                 top: lines.bottom
-                topMargin: 20
+                topMargin: details.contentHeight > 0 ? 20 : 0
                 horizontalCenter: parent.horizontalCenter
             }
             width: description.width
             // Whole lines only: half a line at the lower edge looks broken.
-            height: Math.min(contentHeight, Math.floor(room / lineHeight) * lineHeight)
+            height: root.scrollsAll ? contentHeight : Math.min(contentHeight, Math.floor(room / lineHeight) * lineHeight)
             clip: true
             visible: height > 0
-            contentHeight: description.height
+            contentHeight: description.text === "" ? 0 : description.height
             contentWidth: width
             interactive: contentHeight > height
 
@@ -137,10 +172,27 @@ Item {
                 xstyle: Style.edDescription
             }
 
-            MouseArea {
+            TapArea {
                 anchors.fill: description
-                onClicked: root.tapped()
+                onTapped: root.tapped()
             }
+        }
+    }
+
+    Item {
+        x: parent.width - (root.contentMargin + bar.width) / 2
+        y: content.y + (root.scrollsAll ? 0 : details.y)
+        width: bar.width
+        height: root.scrolled.height
+
+        VScrollbar {
+            id: bar
+
+            barColor: "white"
+            // Where people come to read, it tells that there is more.
+            moving: root.scrolled.interactive && (root.scrolls || root.scrolled.moving)
+            visibleAreaRatio: root.scrolled.visibleArea.heightRatio
+            visibleAreaY: root.scrolled.visibleArea.yPosition
         }
     }
 }

@@ -12,20 +12,24 @@ ListView {
 
     signal tapped(int index)
 
+    Accessible.name: qsTr("Events")
+    Accessible.role: Accessible.List
     clip: true
     section {
         property: "startDateStr"
         delegate: Item {
-            required property string section
-
             width: root.width
             height: heading.implicitHeight + 10
 
             CenteredText {
                 id: heading
 
+                Accessible.name: text
+                Accessible.role: Accessible.Heading
                 anchors.bottom: parent.bottom
-                text: parent.section
+                // Not a required property: the list reuses a heading for another day and would set
+                // that only once.
+                text: section
                 xstyle: Style.eoSection
             }
         }
@@ -34,6 +38,7 @@ ListView {
         required property int index
         required property var modelData
 
+        Accessible.onPressAction: root.tapped(index)
         bgColor: index % 2 === 0 ? Style.list.cEven : Style.list.cOdd
         event: modelData
 

@@ -15,6 +15,8 @@ Item {
     property var event
     property alias bgColor: background.color
 
+    Accessible.name: Array.from(content.children, line => line.text).filter(Boolean).join(", ")
+    Accessible.role: Accessible.ListItem
     width: parent ? parent.width : 0
     height: content.height + 26
 

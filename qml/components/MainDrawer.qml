@@ -14,6 +14,8 @@ Drawer {
     /// the stack on which menu entries push their views
     property StackView stackView
 
+    // The popup's own item has no other access; a drawer has no title.
+    Component.onCompleted: contentItem.parent.Accessible.name = qsTr("Menu")
     width: parent.width / 3
     height: parent.height
     // The dark style would dim the page with a light colour.
@@ -22,6 +24,7 @@ Drawer {
     }
 
     Page {
+        Accessible.name: qsTr("Menu")
         anchors.fill: parent
         background: null
 

@@ -8,6 +8,8 @@ import "../elements"
 
 /** The text shown in place of a missing event. */
 StyledText {
+    Accessible.name: text
+    Accessible.role: Accessible.StaticText
     elide: Text.ElideRight
     horizontalAlignment: Text.AlignHCenter
     verticalAlignment: Text.AlignVCenter

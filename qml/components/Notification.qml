@@ -26,7 +26,11 @@ Item {
     readonly property bool isLoading: Boolean(notification) && notification.type === LBNotification.LOADING
 
     height: layoutHeight + extraHeight
-    onYChanged: moved.restart()
+    onYChanged: guard.restart()
+    onScaleChanged: guard.restart()
+    transform: Translate {
+        x: guard.offset
+    }
 
     // The list keeps the height that a new notice had before its last layout pass. One more pixel
     // makes the list lay it out again once the add transition is over.
@@ -36,17 +40,15 @@ Item {
         onTriggered: root.extraHeight += 1
     }
 
-    // A notice that has just moved may now lie under a finger aimed at its neighbour.
-    Timer {
-        id: moved
-
-        interval: 300
-    }
-
     Rectangle {
         id: background
 
         anchors.fill: parent
+    }
+
+    Announcement {
+        anchors.fill: parent
+        text: root.notification ? [root.notification.title, root.notification.message].filter(Boolean).join("\n") : ""
     }
 
     ColumnLayout {
@@ -63,20 +65,29 @@ Item {
             Image {
                 id: icon
 
+                readonly property bool isTurning: root.isLoading
+                property real start: 0
+
+                function turn() {
+                    rotation = isTurning ? (Date.now() - start) % 2500 * 360 / 2500 : 0;
+                    if (isTurning)
+                        frame.schedule();
+                }
+
+                onIsTurningChanged: {
+                    start = Date.now();
+                    turn();
+                }
                 Layout.alignment: Qt.AlignTop
                 Layout.preferredHeight: 2 * root.buttonSize
                 Layout.preferredWidth: 2 * root.buttonSize
                 source: root.notification ? "qrc:/icons/" + Style.notification.icon(root.notification.type) + ".svg" : ""
                 sourceSize: Qt.size(2 * root.buttonSize, 2 * root.buttonSize)
 
-                RotationAnimation on rotation {
-                    duration: 2500
-                    from: 0
-                    loops: Animation.Infinite
-                    running: root.isLoading
-                    to: 360
-                    onRunningChanged: if (!running)
-                        icon.rotation = 0
+                FrameTimer {
+                    id: frame
+
+                    onTriggered: icon.turn()
                 }
             }
 
@@ -103,6 +114,8 @@ Item {
             }
 
             NotificationControls {
+                id: controls
+
                 Layout.alignment: Qt.AlignTop
                 notification: root.notification
                 size: root.buttonSize
@@ -132,11 +145,18 @@ Item {
                         required property var modelData
 
                         button: modelData
-                        onPressedWhenEnabled: if (!moved.running)
-                            root.notification.clickButton(index)
+                        onPressedWhenEnabled: root.notification.clickButton(index)
                     }
                 }
             }
         }
+    }
+
+    // A notice that has just come or moved may lie under a finger aimed at its neighbour.
+    PressGuard {
+        id: guard
+
+        objectName: "guard"
+        items: [controls, buttonRow]
     }
 }

@@ -28,6 +28,30 @@ Item {
     RectangularGlow {
         id: glow
 
+        readonly property bool isPulsing: Boolean(root.button) && root.button.flashing
+        /// ms, up and down
+        readonly property int period: 1000
+        property real start: 0
+        property real end: 0
+
+        /** Eases out to 1 in half a period and in to 0 in the other; the last pulse runs to its end. */
+        function fade() {
+            const now = Date.now();
+            const isOver = now >= end && !isPulsing;
+            // The clock can be set back meanwhile.
+            const phase = ((now - start) % period + period) % period / period;
+            opacity = isOver ? 0 : 1 - Math.pow(2 * phase - 1, 2);
+            if (!isOver)
+                frame.schedule();
+        }
+
+        onIsPulsingChanged: {
+            const now = Date.now();
+            if (isPulsing && opacity === 0)
+                start = now;
+            end = start + Math.ceil((now - start) / period) * period;
+            fade();
+        }
         anchors.fill: control
         color: control.Material.accent
         glowRadius: 15
@@ -35,29 +59,19 @@ Item {
         spread: 0.2
         visible: opacity > 0
 
-        SequentialAnimation on opacity {
-            alwaysRunToEnd: true
-            loops: Animation.Infinite
-            running: Boolean(root.button) && root.button.flashing
+        FrameTimer {
+            id: frame
 
-            NumberAnimation {
-                from: 0
-                to: 1
-                duration: 500
-                easing.type: Easing.OutQuad
-            }
-            NumberAnimation {
-                from: 1
-                to: 0
-                duration: 500
-                easing.type: Easing.InQuad
-            }
+            onTriggered: glow.fade()
         }
     }
 
     Button {
         id: control
 
+        Accessible.checkable: true
+        Accessible.checked: highlighted
+        Accessible.name: label.text
         anchors.fill: parent
         // A disabled but highlighted button shows the person's choice, so keep its full colours.
         enabled: Boolean(root.button) && (root.button.enabled || root.button.highlighted)

@@ -11,6 +11,11 @@ import "../common"
 Drawer {
     id: root
 
+    Component.onCompleted: {
+        contentItem.parent.Accessible.name = qsTr("Notices"); // a drawer has no title
+        scrollView.ScrollBar.vertical.Accessible.name = qsTr("Scroll the notices");
+    }
+    focus: false // a notice must not interrupt a person who types
     width: parent.width / 2
     height: parent.height
     closePolicy: Popup.NoAutoClose
@@ -36,6 +41,8 @@ Drawer {
     }
 
     ScrollView {
+        id: scrollView
+
         anchors {
             fill: parent
             margins: 6

@@ -11,7 +11,7 @@ QtObject {
         Scanning, // waits for a card
         Checking, // queries the card's status
         Owned,
-        ByPhone, // the card is free: a QR code leads to the log-in
+        ByPhone, // the card is free: a QR code leads to the log-in, if it can be shown
         ByLogin, // the card is free: the log-in takes place on this screen
         Registered,
         Refused, // for good, unlike a wrong password
@@ -25,8 +25,6 @@ QtObject {
     property var request
     /// prefers ByLogin to ByPhone
     property bool useKeyboard: false
-    /// the image at qrCode could not be loaded
-    property bool hasQrCodeFailed: false
 
     /// the card as the reader sent it; empty while scanning
     property string tid
@@ -50,9 +48,7 @@ QtObject {
             return RegistrationFlow.Checking;
         if (transponderStatus.owned)
             return RegistrationFlow.Owned;
-        if (useKeyboard)
-            return RegistrationFlow.ByLogin;
-        return qrCode === "" || hasQrCodeFailed ? RegistrationFlow.Failed : RegistrationFlow.ByPhone;
+        return useKeyboard ? RegistrationFlow.ByLogin : RegistrationFlow.ByPhone;
     }
     /// null after success, undefined before a response
     readonly property var loginError: registrationReponse !== null ? registrationReponse.error : undefined
@@ -117,7 +113,15 @@ QtObject {
             transponderStatus = status;
             if (status && typeof status.owned !== "boolean")
                 requestError = result;
+            if (state === RegistrationFlow.ByPhone && qrCode === "")
+                console.warn("The registration service sent no QR code that can be shown.");
         });
+    }
+
+    /** Queries the card's status again. */
+    function refresh() {
+        transponderStatus = null;
+        fetchStatus();
     }
 
     function register(username: string, password: string) {
@@ -137,9 +141,7 @@ QtObject {
     /** Returns to the log-in after its request failed; otherwise queries the card's status again. */
     function retry() {
         requestError = null;
-        if (state !== RegistrationFlow.Failed && state !== RegistrationFlow.Checking)
-            return;
-        transponderStatus = null;
-        fetchStatus();
+        if (state === RegistrationFlow.Checking)
+            refresh();
     }
 }

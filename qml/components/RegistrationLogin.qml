@@ -3,7 +3,9 @@
 
 import QtQuick 2.15
 import QtQuick.Controls 2.15
+import QtQuick.Controls.Material 2.15
 
+import "../common"
 import "../elements"
 
 /** The log-in on this screen: user name and password, typed on the on-screen keyboard. */
@@ -74,6 +76,11 @@ Grid {
         PlainLabel {
             width: parent.width
             text: root.message === "" ? qsTr("Please login with your DeskHub account.") : root.message
+
+            Announcement {
+                anchors.fill: parent
+                text: root.message
+            }
         }
 
         Button {
@@ -89,6 +96,14 @@ Grid {
             enabled: username.text !== "" && password.text !== "" && !root.isBusy
             highlighted: true
             text: qsTr("Register")
+            // The style's white is hard to read on its accent colour.
+            contentItem: PlainLabel {
+                color: registerButton.enabled ? Style.cMainBg : registerButton.Material.hintTextColor
+                font: registerButton.font
+                horizontalAlignment: Text.AlignHCenter
+                text: registerButton.text
+                verticalAlignment: Text.AlignVCenter
+            }
             onClicked: submit()
         }
     }
@@ -105,6 +120,7 @@ Grid {
 
         Button {
             objectName: "useQrCode"
+            Accessible.name: qsTr("Log in with a QR code")
             enabled: !root.isBusy
             font {
                 family: "Font Awesome"
@@ -117,8 +133,11 @@ Grid {
     }
 
     component LoginField: TextField {
+        Accessible.name: placeholderText
         width: parent.width
         inputMethodHints: Qt.ImhSensitiveData | Qt.ImhNoAutoUppercase | Qt.ImhNoPredictiveText
+        placeholderTextColor: Style.cPlaceholder
         selectByMouse: true
+        selectedTextColor: Style.cMainBg
     }
 }

@@ -28,5 +28,10 @@ Column {
         id: label
 
         width: parent.width
+
+        Announcement {
+            anchors.fill: parent
+            text: root.visible ? (heading.text + " " + label.text).trim() : ""
+        }
     }
 }

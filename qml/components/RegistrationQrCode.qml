@@ -16,10 +16,11 @@ Column {
     property url source
     /// the person can log in on this screen instead
     property bool offersKeyboard: true
-    /// the image could not be loaded
-    readonly property bool hasFailed: image.status === Image.Error
+    /// there is no image, or it could not be loaded
+    readonly property bool isBroken: source.toString() === "" || image.status === Image.Error
 
     signal keyboardWanted
+    signal retryWanted
 
     width: 2 * size
     spacing: 16
@@ -28,11 +29,13 @@ Column {
         anchors.horizontalCenter: parent.horizontalCenter
         width: root.size
         height: root.size
-        color: "white"
+        color: root.isBroken ? "transparent" : "white"
 
         Image {
             id: image
 
+            Accessible.name: qsTr("QR code")
+            Accessible.role: Accessible.Graphic
             anchors {
                 fill: parent
                 margins: 4
@@ -42,6 +45,16 @@ Column {
             // Decode no more than is visible, however large the image is.
             sourceSize: Qt.size(width, height)
         }
+
+        // In place of the image, so that the buttons below stay where they are.
+        Button {
+            anchors.centerIn: parent
+            objectName: "reload"
+            font.capitalization: Font.MixedCase
+            text: qsTr("Try again")
+            visible: root.isBroken
+            onClicked: root.retryWanted()
+        }
     }
 
     PlainLabel {
@@ -49,7 +62,7 @@ Column {
 
         width: parent.width
         horizontalAlignment: Text.AlignHCenter
-        text: qsTr("Please scan the QR code and visit the contained web address.")
+        text: root.isBroken ? qsTr("The QR code cannot be shown.") : qsTr("Please scan the QR code and visit the contained web address.")
     }
 
     PlainLabel {
@@ -62,6 +75,7 @@ Column {
     Button {
         anchors.horizontalCenter: parent.horizontalCenter
         objectName: "useKeyboard"
+        Accessible.name: qsTr("Log in on the on-screen keyboard")
         font {
             family: "Font Awesome"
             pointSize: 2 * hint.font.pointSize

@@ -12,6 +12,8 @@ CenteredText {
 
     property bool faded: false
 
+    Accessible.name: text
+    Accessible.role: Accessible.Heading
     opacity: faded ? 0 : 1
     xstyle: Style.edHeading
 

@@ -25,6 +25,7 @@ ToolBar {
             id: backButton
 
             objectName: "back"
+            Accessible.name: qsTr("Back")
             font {
                 family: "Font Awesome"
                 pointSize: root.font.pointSize

@@ -3,7 +3,7 @@
 
 import QtQuick 2.15
 
-/** Centres a column of items. If the column is too high, scrolls to the focused field. */
+/** A centred column of items, as wide as this item. If too high, scrolls to the focused field. */
 Flickable {
     id: root
 
@@ -32,6 +32,8 @@ Flickable {
     Column {
         id: block
 
-        anchors.centerIn: parent
+        // As wide as the longest item, the column would itself move when one of its items changes.
+        width: parent.width
+        anchors.verticalCenter: parent.verticalCenter
     }
 }

@@ -19,6 +19,9 @@ Canvas {
     property color progressColor: "white"
     property color remainingColor: "gray"
     readonly property real margin: Math.max(0.05 * Math.min(width, height), 3)
+    readonly property real radius: (Math.min(width, height) - lineWidth) / 2 - margin
+    /// the length of the reached part in whole pixels: a smaller change is not worth a repaint
+    readonly property int reachedLength: Math.round(fraction() * Math.abs(angleDelta) * radius)
 
     /** The reached part of the span, 0..1. */
     function fraction(): real {
@@ -29,9 +32,7 @@ Canvas {
         return (currentValue - minValue) / (Math.abs(maxValue - minValue) || 1);
     }
 
-    onMinValueChanged: requestPaint()
-    onMaxValueChanged: requestPaint()
-    onCurrentValueChanged: requestPaint()
+    onReachedLengthChanged: frame.schedule()
     onStartAngleChanged: requestPaint()
     onAngleDeltaChanged: requestPaint()
     onAnticlockwiseChanged: requestPaint()
@@ -41,7 +42,6 @@ Canvas {
     onPaint: {
         const context = getContext("2d");
         context.reset();
-        const radius = (Math.min(width, height) - lineWidth) / 2 - margin;
         if (radius <= 0)
             return;
         const sweep = Math.abs(angleDelta) * (anticlockwise ? -1 : 1);
@@ -62,4 +62,10 @@ Canvas {
     width: 100
     height: 100
     antialiasing: true
+
+    FrameTimer {
+        id: frame
+
+        onTriggered: root.requestPaint()
+    }
 }

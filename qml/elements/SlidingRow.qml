@@ -3,14 +3,18 @@
 
 import QtQuick 2.15
 
-/** A row that slides to its new place when its items change; new items fade in. */
+/** A row that slides to a new x, which must not be held by anchors; new items fade in. */
 Row {
     id: root
 
     /// ms
     property int animationDuration: 500
+    /// false: moves at once
+    property bool slides: true
 
     Behavior on x {
+        enabled: root.slides
+
         NumberAnimation {
             duration: root.animationDuration
         }

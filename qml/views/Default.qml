@@ -60,6 +60,8 @@ Item {
             StyledText {
                 id: time
 
+                Accessible.name: text
+                Accessible.role: Accessible.StaticText
                 // On a narrow screen the time leaves room for the logo.
                 width: Math.min(Math.ceil(timeMetrics.advanceWidth), 0.58 * block.width)
                 height: contentHeight
@@ -78,12 +80,16 @@ Item {
             StyledText {
                 id: date
 
+                Accessible.name: text
+                Accessible.role: Accessible.StaticText
                 anchors.horizontalCenter: time.horizontalCenter
                 xstyle: Style.dvDate
             }
         }
 
         StyledText {
+            Accessible.name: text
+            Accessible.role: Accessible.StaticText
             anchors {
                 left: parent.left
                 right: parent.right

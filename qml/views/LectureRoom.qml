@@ -20,11 +20,11 @@ FocusScope {
     // Fresh data may come while somebody scrolls or reads: keep the position and the open page.
     onLocationChanged: {
         const place = eventList.contentY;
-        const shownId = carousel.currentId();
+        const reading = carousel.place();
         events = location ? location.events : [];
         eventList.contentY = place;
         eventList.returnToBounds();
-        carousel.keep(shownId);
+        carousel.keep(reading);
     }
     Component.onCompleted: events = location ? location.events : []
 
@@ -88,6 +88,8 @@ FocusScope {
     CenteredText {
         id: roomName
 
+        Accessible.name: text
+        Accessible.role: Accessible.Heading
         anchors {
             top: parent.top
             topMargin: 0.2 * height
@@ -118,6 +120,8 @@ FocusScope {
         id: asOf
 
         objectName: "asOf"
+        Accessible.name: text
+        Accessible.role: Accessible.StaticText
         anchors {
             left: eventList.left
             right: eventList.right
@@ -142,7 +146,7 @@ FocusScope {
     ErrorBox {
         anchors.centerIn: parent
         maximumTextWidth: 0.6 * root.width
-        text: LBAPI.eventData.errorMessage
+        text: LBAPI.eventData.shownError
         visible: LBAPI.eventData.error
     }
 }

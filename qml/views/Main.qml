@@ -28,6 +28,7 @@ Page {
         stackView.push(Qt.resolvedUrl(config.initialItem), {}, StackView.Immediate);
     }
 
+    Accessible.name: qsTr("Lumenboard")
     background: null // the window is cleared in the same colour
     width: LBAPI.debug ? 1920 : Screen.width
     height: LBAPI.debug ? 1200 : Screen.height
@@ -80,6 +81,7 @@ Page {
         id: menuButton
 
         objectName: "menuButton"
+        Accessible.name: qsTr("Menu")
         font {
             family: "Font Awesome"
             pointSize: 2 * Qt.application.font.pointSize

@@ -35,6 +35,7 @@ Page {
         login.clear();
     }
 
+    Accessible.name: qsTr("Register transponder")
     font.pointSize: 1.5 * config.fontBaseSize
     Component.onCompleted: LBAPI.scanTransponder = true
     Component.onDestruction: leave()
@@ -43,7 +44,6 @@ Page {
     RegistrationFlow {
         id: flow
 
-        hasQrCodeFailed: qrView.hasFailed
         request: (path, method, body, onLoad, onError) => Requests.request(root.endpoint + path, method, body, onLoad, onError, busy)
         useKeyboard: (root.config.tpRegModeVK && root.config.preferredTpRegMode === LBConfig.TpRegVK) || !root.config.tpRegModeQR
         onLoginFinished: {
@@ -83,8 +83,9 @@ Page {
         SlidingRow {
             id: row
 
-            anchors.horizontalCenter: parent.horizontalCenter
+            x: (parent.width - width) / 2
             animationDuration: root.animationDuration
+            slides: flow.state !== RegistrationFlow.Scanning // not while the page finds its size
             spacing: 2 * root.font.pixelSize
 
             ScanIndicator {
@@ -109,14 +110,13 @@ Page {
             }
 
             RegistrationQrCode {
-                id: qrView
-
                 anchors.verticalCenter: parent.verticalCenter
                 size: 0.2 * root.width
                 source: flow.useKeyboard ? "" : flow.qrCode
                 offersKeyboard: root.config.tpRegModeVK
                 visible: flow.state === RegistrationFlow.ByPhone
                 onKeyboardWanted: flow.useKeyboard = true
+                onRetryWanted: flow.refresh()
             }
 
             RegistrationLogin {
@@ -148,7 +148,7 @@ Page {
                 anchors.verticalCenter: parent.verticalCenter
                 width: 0.35 * root.width
                 heading: qsTr("Error")
-                text: qsTr("The request failed.")
+                text: qsTr("The request failed.") + (flow.requestError ? "\n\n" + LBAPI.requestFailure(flow.requestError.status) : "")
                 visible: flow.state === RegistrationFlow.Failed
 
                 Button {
@@ -171,6 +171,7 @@ Page {
         BusyIndicator {
             id: busy
 
+            Accessible.name: qsTr("Please wait.")
             anchors.horizontalCenter: parent.horizontalCenter
             running: false
             visible: running

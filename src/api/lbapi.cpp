@@ -4,6 +4,7 @@
 #include "api/lbapi.h"
 
 #include "base/connections.h"
+#include "base/reason.h"
 
 #include <QCoreApplication>
 #include <QDebug>
@@ -25,6 +26,7 @@ LBAPI::LBAPI(QObject *parent)
     , m_boundaryTimer(this)
     , m_scheduleAge(this)
     , m_cardReadiness(this)
+    , m_clockWatch(this)
 {
     const QPointer<LBAPI> self(this);
     Config::setLocationLookup(
@@ -33,6 +35,7 @@ LBAPI::LBAPI(QObject *parent)
     // Watch a new room at once, not only after the next schedule.
     connect(config(), &Config::configChanged, this,
             [this] { m_boundaryTimer.watch(config()->plenarLocation()); });
+    connect(&m_clockWatch, &ClockWatch::mustLook, this, &LBAPI::followClock);
     connect(&m_scheduleAge, &ScheduleAge::asOfChanged, this, &LBAPI::scheduleAsOfChanged);
     connect(&m_cardReadiness, &CardReadiness::warningChanged, this, &LBAPI::cardWarningChanged);
     connect(config(), &Config::configChanged, this, &LBAPI::cardWarningChanged);
@@ -83,6 +86,11 @@ int LBAPI::inactivityTimerRemaining() const
 void LBAPI::setInactivityTimer(QTimer *timer)
 {
     m_inactivityTimer = timer;
+}
+
+QString LBAPI::requestFailure(int httpStatus) const
+{
+    return Reason::ofStatus(httpStatus);
 }
 
 void LBAPI::emitReset()
@@ -179,6 +187,19 @@ void LBAPI::removeNotification(Notification *n)
         return;
     // The view still reads the notification while it fades out.
     QTimer::singleShot(1000ms, n, &QObject::deleteLater);
+}
+
+/** Keeps the day and its times true when the clock or the time zone was set. */
+void LBAPI::followClock(bool isZoneNew)
+{
+    const EventData *newest = m_loading ? m_loading : m_eventData;
+    const QDate day = config()->scheduleDate();
+    // A new zone moves every time that the document gives with an offset.
+    if (newest && (isZoneNew || newest->day() != day)) {
+        qInfo() << "The day or the time zone has changed, fetching the schedule of" << day;
+        refreshEventData();
+    }
+    m_boundaryTimer.lookAtClock();
 }
 
 EventLocation *LBAPI::findLocation(qint64 id)

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "api/cardreadiness.h"
+#include "base/clockwatch.h"
 #include "config/config.h"
 #include "notifications/notification.h"
 #include "notifications/notificationboard.h"
@@ -65,6 +66,8 @@ public:
     /** Milliseconds until the start view returns; -1 if no timer is set or it is not running. */
     Q_INVOKABLE int inactivityTimerRemaining() const;
     void setInactivityTimer(QTimer *timer);
+    /** Why a request of a view failed, for the person; see Reason::ofStatus(). */
+    Q_INVOKABLE QString requestFailure(int httpStatus) const;
 
     /**
      * True for the first card after a view has asked for one; that card goes to
@@ -104,6 +107,7 @@ public Q_SLOTS:
 private Q_SLOTS:
     void newEventDataFinishedReading(EventData *ed);
     void removeNotification(Notification *n);
+    void followClock(bool isZoneNew);
 
 private:
     [[nodiscard]] QObject *context() override { return this; }
@@ -118,5 +122,6 @@ private:
     EventBoundaryTimer m_boundaryTimer;
     ScheduleAge m_scheduleAge;
     CardReadiness m_cardReadiness;
+    ClockWatch m_clockWatch;
     std::atomic<bool> m_isScanOpen = false; ///< true until a card takes the scan
 };

@@ -23,6 +23,12 @@ void CheckReport::add(Verdict verdict, const QString &what, const QString &resul
     print(QStringLiteral("%1  %2: %3").arg(QLatin1String(word), what, result));
 }
 
+void CheckReport::addProblem(const EffectiveSetting &setting)
+{
+    if (!setting.problem.isEmpty())
+        add(Verdict::Notice, QStringLiteral("setting ") + setting.key, setting.problem);
+}
+
 void CheckReport::print(const QString &line)
 {
     constexpr int maxLength = 300;

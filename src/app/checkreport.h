@@ -5,6 +5,8 @@
 
 #include <QTextStream>
 
+struct EffectiveSetting;
+
 /** The output of the self-check for an operator, one line per finding. */
 class CheckReport
 {
@@ -15,6 +17,8 @@ public:
 
     /** Prints a finding: what was checked, and its @p result. */
     void add(Verdict verdict, const QString &what, const QString &result);
+    /** Prints a finding if the stored value of @p setting is not used. */
+    void addProblem(const EffectiveSetting &setting);
     /** Prints a line without a verdict. */
     void print(const QString &line);
 

@@ -39,9 +39,11 @@ bool isReaderNeeded()
 
 void localchecks::checkSettings(CheckReport &report, const ScratchSettings &settings)
 {
-    for (const EffectiveSetting &setting : effectiveSettings(*Config::instance()))
+    for (const EffectiveSetting &setting : effectiveSettings(*Config::instance())) {
         report.print(
             QStringLiteral("%1 = %2  [%3]").arg(setting.key, setting.shown, setting.origin));
+        report.addProblem(setting);
+    }
     const QStringList behind = settings.fallbackFiles();
     for (const QString &file : behind)
         report.print(QStringLiteral("        behind the user's file: ") + file);

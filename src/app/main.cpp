@@ -9,6 +9,7 @@
 #include "app/workercontroller.h"
 #include "base/loglimit.h"
 #include "config/config.h"
+#include "config/effectivesettings.h"
 #include "net/addresswarnings.h"
 #include "supervision/journal.h"
 
@@ -54,8 +55,10 @@ int main(int argc, char *argv[])
     registerMetaTypes();
     registerQmlTypes();
     LBAPI::instance();
-    warnOfAddresses();
-    QObject::connect(Config::instance(), &Config::configChanged, &warnOfAddresses);
+    for (const auto warn : { warnOfSettings, warnOfAddresses }) {
+        warn();
+        QObject::connect(Config::instance(), &Config::configChanged, warn);
+    }
 
     int code = EXIT_FAILURE;
     try {

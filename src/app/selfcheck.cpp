@@ -140,9 +140,11 @@ void SelfCheck::applyToCopy(const QJsonDocument &document)
     warnOfAddresses();
     const auto after = effectiveSettings(*config);
     for (int i = 0; i < after.size(); ++i) {
-        if (after[i].shown != before[i].shown)
-            m_report.print(QStringLiteral("        %1 = %2  [configuration service]")
-                               .arg(after[i].key, after[i].shown));
+        if (after[i].shown == before[i].shown)
+            continue;
+        m_report.print(QStringLiteral("        %1 = %2  [configuration service]")
+                           .arg(after[i].key, after[i].shown));
+        m_report.addProblem(after[i]);
     }
 }
 

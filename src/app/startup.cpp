@@ -22,6 +22,7 @@
 #include <QQmlEngine>
 #include <QQuickStyle>
 #include <QSslError>
+#include <QSurfaceFormat>
 
 #include <initializer_list>
 #include <sys/stat.h>
@@ -74,6 +75,31 @@ void prepareRendering()
     setDefaultVariable("QT_QPA_UPDATE_IDLE_TIME", "2"); // ms
 }
 
+/** Without it Qt takes 16 bits a pixel where they are offered, as by Mesa under Wayland. */
+void prepareColours()
+{
+    auto format = QSurfaceFormat::defaultFormat();
+    format.setRedBufferSize(8);
+    format.setGreenBufferSize(8);
+    format.setBlueBufferSize(8);
+    QSurfaceFormat::setDefaultFormat(format);
+}
+
+/**
+ * Makes the window a native and bare one under a Wayland compositor.
+ *
+ * Left alone, Qt looks for an X server unless the session calls itself a Wayland one, which that of
+ * a compositor started by a service manager does not. It also draws a title bar where the
+ * compositor does not, even on a window that the compositor has stretched over the whole screen
+ * without calling it full screen.
+ */
+void prepareWindowSystem()
+{
+    if (!qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
+        setDefaultVariable("QT_QPA_PLATFORM", "wayland;xcb"); // the first one that works
+    setDefaultVariable("QT_WAYLAND_DISABLE_WINDOWDECORATION", "1");
+}
+
 } // namespace
 
 void prepareEnvironment()
@@ -86,12 +112,15 @@ void prepareEnvironment()
     qputenv("QT_VIRTUALKEYBOARD_DESKTOP_DISABLE", "1");
     qputenv("QML_XHR_ALLOW_FILE_READ", "0");
     qputenv("QML_XHR_ALLOW_FILE_WRITE", "0");
-    // Without TZ the C library checks the zone file for every local time.
+    // Without TZ the C library checks the zone file for every local time. ClockWatch does it once a
+    // minute.
     setDefaultVariable("TZ", ":/etc/localtime");
     // By default Qt polls all network interfaces every 10 s. Nothing depends on that: requests
     // succeed or fail at the moment they are sent.
     setDefaultVariable("QT_BEARER_POLL_TIMEOUT", "86400000"); // ms
+    prepareWindowSystem();
     prepareRendering();
+    prepareColours();
 
     QQuickStyle::setStyle(QStringLiteral("Material"));
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling, true);

@@ -14,12 +14,25 @@
 #include "config/config.h"
 #include "supervision/servicemanager.h"
 
+#include <QDebug>
 #include <QGuiApplication>
+#include <QOpenGLContext>
+#include <QOpenGLFunctions>
 #include <QQmlEngine>
 
 #include <utility>
 
 namespace {
+
+/** Tells a technician what the picture depends on. Runs in the thread that draws. */
+void logDisplay(const QString &platform)
+{
+    const QOpenGLContext *context = QOpenGLContext::currentContext();
+    const char *renderer = context
+        ? reinterpret_cast<const char *>(context->functions()->glGetString(GL_RENDERER))
+        : "software without OpenGL";
+    qInfo().noquote() << "Display:" << platform << "drawn by" << renderer;
+}
 
 void showWindow(QuickWindow &window)
 {
@@ -47,6 +60,10 @@ int runWindowPass(const TerminationSignals &termination)
     QuickWindow::applyHideMouseCursor(Config::instance()->hideMouseCursor());
     wireWindow(window, *monitor);
     QObject::connect(&termination, &TerminationSignals::requested, &window, &QuickWindow::close);
+    QObject::connect(
+        &window, &QQuickWindow::sceneGraphInitialized, &window,
+        [platform = QGuiApplication::platformName()] { logDisplay(platform); },
+        Qt::DirectConnection);
     LBAPI::instance()->setInactivityTimer(window.inactivityTimer());
 
     startAttendanceThread();

@@ -50,7 +50,8 @@ void AttendanceQueue::log(quint64 transponderId)
     if (!failure)
         failure = catchFailure([&] { request->setSpoolPath(spool().commit(*file)); });
     if (!failure && m_fresh.size() + resentCount() >= noticelimits::maxCards)
-        failure = Failure::temporary(tr("Too many cards at once."));
+        failure = Failure::temporary(QStringLiteral("Too many cards at once."),
+                                     tr("Too many cards at once."));
     if (!failure)
         failure = catchFailure([&] { send(request); });
     if (failure)
@@ -60,7 +61,7 @@ void AttendanceQueue::log(quint64 transponderId)
 void AttendanceQueue::reportFailure(const Failure &failure)
 {
     logFailure(failure);
-    NotificationHandle::showError(tr("Error"), messageFor(failure), timeoutFor(failure));
+    NotificationHandle::showError(tr("Error"), failureText(false, failure), noticelimits::staffMs);
 }
 
 bool AttendanceQueue::isFresh(const QString &path) const
@@ -93,12 +94,11 @@ void AttendanceQueue::logResendFailure(const Failure &failure) const
     qCritical() << "Error logging attendance:" << true << failure.logText();
 }
 
-QString AttendanceQueue::logRemovalFailure(const QString &reason) const
+QString AttendanceQueue::logRemovalFailure(const Failure &failure) const
 {
-    qCritical() << "Failed to remove a sent attendance record:" << reason;
-    return tr("Failed to remove an attendance log request from the queue. Attendance logging has "
-              "been stopped.\n\n%1")
-        .arg(reason);
+    qCritical() << "Failed to remove a sent attendance record:" << failure.text;
+    return failure.below(tr("Failed to remove an attendance log request from the queue. Attendance "
+                            "logging has been stopped."));
 }
 
 /** Shows the notice for a card, with the name that the service last returned. */
@@ -145,13 +145,16 @@ void AttendanceQueue::onSucceeded(AttendanceRequest *request, const AttendanceRe
 void AttendanceQueue::onFailed(AttendanceRequest *request, const Failure &failure)
 {
     logFailure(failure);
+    const bool isQueued = failure.isTemporary() && request->isOnDisk();
     request->notification().changeOrShow(
         [title = tr("Error")] {
             return new Notification(Notification::LOADING, title, {}, 0, false, true);
         },
-        [message = messageFor(failure), timeout = timeoutFor(failure),
-         type = failure.isTemporary() ? Notification::WARNING : Notification::ERR](
-            Notification &notice) { notice.set(type, notice.title(), message, timeout); });
+        [message = failureText(isQueued, failure),
+         timeout = isQueued ? noticelimits::temporaryMs : noticelimits::staffMs,
+         type = isQueued ? Notification::WARNING : Notification::ERR](Notification &notice) {
+            notice.set(type, notice.title(), message, timeout);
+        });
     if (!failure.isTemporary())
         complete(request->spoolPath(), SpoolRemover::Sync::AtOnce);
     release(request);
@@ -163,20 +166,14 @@ void AttendanceQueue::logFailure(const Failure &failure)
     processIn(60s);
 }
 
-QString AttendanceQueue::messageFor(const Failure &failure)
+QString AttendanceQueue::failureText(bool isQueued, const Failure &failure)
 {
-    const QString advice = failure.isTemporary()
-        ? tr("A temporary error occurred. However, the logging of your attendance has been "
-             "successfully queued for later execution.")
-        : tr("Failed to log your attendance. Please call on a staff member in charge and ask for "
-             "instructions.");
-    return advice + QLatin1String("\n\n")
-        + (failure.text.isEmpty() ? tr("Unknown error") : failure.text);
-}
-
-uint AttendanceQueue::timeoutFor(const Failure &failure)
-{
-    return failure.isTemporary() ? noticelimits::temporaryMs : noticelimits::staffMs;
+    return failure.below(
+        isQueued
+            ? tr("A temporary error occurred. However, the logging of your attendance has been "
+                 "successfully queued for later execution.")
+            : tr("Failed to log your attendance. Please call on a staff member in charge and ask "
+                 "for instructions."));
 }
 
 void AttendanceQueue::release(AttendanceRequest *request)

@@ -42,7 +42,7 @@ protected:
     [[nodiscard]] bool isFresh(const QString &path) const override;
     void resend(const QString &path) override;
     void logResendFailure(const Failure &failure) const override;
-    [[nodiscard]] QString logRemovalFailure(const QString &reason) const override;
+    [[nodiscard]] QString logRemovalFailure(const Failure &failure) const override;
 
 private:
     void greet(AttendanceRequest *request) const;
@@ -51,8 +51,7 @@ private:
     void onFailed(AttendanceRequest *request, const Failure &failure);
     void release(AttendanceRequest *request);
     void logFailure(const Failure &failure);
-    [[nodiscard]] static QString messageFor(const Failure &failure);
-    [[nodiscard]] static uint timeoutFor(const Failure &failure);
+    [[nodiscard]] static QString failureText(bool isQueued, const Failure &failure);
 
     QNetworkAccessManager &m_manager;
     AttendanceNameCache &m_names;

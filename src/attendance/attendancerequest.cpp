@@ -6,6 +6,7 @@
 #include "attendance/attendanceresponse.h"
 #include "attendance/attendancesignature.h"
 #include "base/exceptions.h"
+#include "base/reason.h"
 #include "config/config.h"
 #include "config/keys.h"
 #include "net/errortext.h"
@@ -61,6 +62,11 @@ AttendanceRequest::AttendanceRequest(const QString &spoolPath, QObject *parent)
     read(reader);
 }
 
+bool AttendanceRequest::isOnDisk() const
+{
+    return !m_spoolPath.isEmpty() && QFile::exists(m_spoolPath);
+}
+
 void AttendanceRequest::build()
 {
     m_data.clear();
@@ -98,7 +104,7 @@ void AttendanceRequest::onFinished()
     std::unique_ptr<AttendanceResponse> response;
     const QString error = networkError(*reply);
     if (!error.isEmpty())
-        outcome.failure = Failure::temporary(error);
+        outcome.failure = Failure::temporary(error, Reason::ofReply(*reply));
     else
         outcome.failure = catchFailure(
             [&] { response = std::make_unique<AttendanceResponse>(reply->readAll()); });

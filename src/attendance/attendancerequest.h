@@ -45,6 +45,8 @@ public:
     /** The file with this record; empty until it is on disk. */
     [[nodiscard]] QString spoolPath() const { return m_spoolPath; }
     void setSpoolPath(const QString &path) { m_spoolPath = path; }
+    /** True if the file of the record exists. */
+    [[nodiscard]] bool isOnDisk() const;
     /** The document of the latest build(). */
     [[nodiscard]] const QByteArray &data() const { return m_data; }
 

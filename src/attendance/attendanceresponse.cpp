@@ -47,13 +47,19 @@ uint AttendanceResponse::timeout() const
     return static_cast<uint>(std::min(m_timeout, maximum));
 }
 
+/** Throws @p source, an untranslated message, for the log and translated for the person. */
+void AttendanceResponse::refuse(const char *source)
+{
+    throw AttendanceErrorException(QString::fromLatin1(source), tr(source));
+}
+
 void AttendanceResponse::read(const QByteArray &body)
 {
     QXmlStreamReader reader;
     if (!xmlguard::readRoot(reader, body) || reader.name() != QLatin1String("attendanceResponse")) {
         qWarning() << "AttendanceResponse(): unexpected document" << reader.name()
                    << reader.errorString();
-        throw AttendanceErrorException(tr("Invalid server response (1)."));
+        refuse(QT_TR_NOOP("Invalid server response (1)."));
     }
     while (reader.readNextStartElement())
         readElement(reader);
@@ -62,7 +68,7 @@ void AttendanceResponse::read(const QByteArray &body)
     if (reader.hasError()) {
         qWarning() << "AttendanceResponse(): error reading XML" << reader.error()
                    << reader.errorString();
-        throw AttendanceErrorException(tr("Invalid server response (2)."));
+        refuse(QT_TR_NOOP("Invalid server response (2)."));
     }
 }
 
@@ -97,5 +103,5 @@ void AttendanceResponse::check() const
         return;
     qWarning() << "AttendanceResponse(): invalid values" << m_serverTime << m_clientTime << "Type"
                << m_type << "Timeout" << m_timeout << m_hasTimeout;
-    throw AttendanceErrorException(tr("Invalid server response (3)."));
+    refuse(QT_TR_NOOP("Invalid server response (3)."));
 }

@@ -30,6 +30,7 @@ public:
     [[nodiscard]] uint timeout() const;
 
 private:
+    [[noreturn]] static void refuse(const char *source);
     void read(const QByteArray &body);
     void readElement(QXmlStreamReader &reader);
     void check() const;

@@ -9,23 +9,27 @@
 #include <exception>
 
 /**
- * Base class of our exceptions.
- *
- * The message is complete and ready to be shown or logged. Throw by value, catch by reference.
+ * Base class of our exceptions, with a text for each of its readers: what() for the log, shown()
+ * for the person at the screen. Throw by value, catch by reference.
  */
 class Exception : public std::exception
 {
 public:
-    explicit Exception(const QString &message)
+    /** @p message is in English, @p shown in the language of the interface. */
+    explicit Exception(const QString &message, const QString &shown = {})
         : m_message(message.toUtf8())
+        , m_shown(shown)
     {
     }
 
     /** The message as UTF-8, valid while this object exists. */
     [[nodiscard]] const char *what() const noexcept override { return m_message.constData(); }
+    /** The reason in one sentence, see Reason; empty if no person is told of it. */
+    [[nodiscard]] const QString &shown() const { return m_shown; }
 
 private:
     QByteArray m_message;
+    QString m_shown;
 };
 
 /** A failure of the token client. */
@@ -40,8 +44,8 @@ class AttendanceException : public Exception
 {
 public:
     /** @p type is a value of Notification::Type. */
-    AttendanceException(int type, const QString &message)
-        : Exception(message)
+    AttendanceException(int type, const QString &message, const QString &shown = {})
+        : Exception(message, shown)
         , m_type(type)
     {
     }
@@ -57,8 +61,8 @@ private:
 class AttendanceErrorException : public AttendanceException
 {
 public:
-    explicit AttendanceErrorException(const QString &message)
-        : AttendanceException(notificationType, message)
+    explicit AttendanceErrorException(const QString &message, const QString &shown = {})
+        : AttendanceException(notificationType, message, shown)
     {
     }
 
@@ -70,8 +74,8 @@ public:
 class AttendanceWarningException : public AttendanceException
 {
 public:
-    explicit AttendanceWarningException(const QString &message)
-        : AttendanceException(notificationType, message)
+    explicit AttendanceWarningException(const QString &message, const QString &shown = {})
+        : AttendanceException(notificationType, message, shown)
     {
     }
 

@@ -5,9 +5,9 @@
 
 #include "base/exceptions.h"
 
-Failure Failure::temporary(const QString &text)
+Failure Failure::temporary(const QString &text, const QString &shown)
 {
-    return { text, AttendanceWarningException::notificationType };
+    return { text, shown, AttendanceWarningException::notificationType };
 }
 
 bool Failure::isTemporary() const
@@ -20,15 +20,20 @@ QString Failure::logText() const
     return text.isEmpty() ? QStringLiteral("unknown exception") : text;
 }
 
+QString Failure::below(const QString &advice) const
+{
+    return advice + QLatin1String("\n\n") + (shown.isEmpty() ? tr("Unknown error") : shown);
+}
+
 Failure currentFailure()
 {
     try {
         throw;
     } catch (const AttendanceException &e) {
-        return { QString::fromUtf8(e.what()), e.type() };
+        return { QString::fromUtf8(e.what()), e.shown(), e.type() };
     } catch (const std::exception &e) {
-        return { QString::fromUtf8(e.what()), AttendanceErrorException::notificationType };
+        return { QString::fromUtf8(e.what()), {}, AttendanceErrorException::notificationType };
     } catch (...) {
-        return { {}, AttendanceErrorException::notificationType };
+        return { {}, {}, AttendanceErrorException::notificationType };
     }
 }

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include <QCoreApplication>
 #include <QString>
 
 #include <cxxabi.h>
@@ -11,15 +12,21 @@
 /** A failure to log a card, as a value. */
 struct Failure
 {
-    QString text; ///< ready to be shown; empty if the reason is unknown
+    Q_DECLARE_TR_FUNCTIONS(Failure)
+
+public:
+    QString text; ///< for the log; empty if the reason is unknown
+    QString shown; ///< the reason for the person, see Reason; empty if unknown
     int type; ///< the Notification::Type that shows it
 
     /** A failure after which the record stays queued. */
-    [[nodiscard]] static Failure temporary(const QString &text);
+    [[nodiscard]] static Failure temporary(const QString &text, const QString &shown);
     /** True if the record stays queued and is sent later. */
     [[nodiscard]] bool isTemporary() const;
     /** The text for the log; never empty. */
     [[nodiscard]] QString logText() const;
+    /** The message for the person: @p advice, and the reason below it. */
+    [[nodiscard]] QString below(const QString &advice) const;
 };
 
 /** The result of sending a record. */

@@ -17,6 +17,9 @@ namespace xmlguard {
  */
 constexpr int maxTagBytes = 2048;
 
+/** The limit of open elements. QXmlStreamReader keeps each of them in memory. */
+constexpr int maxDepth = 64;
+
 enum class Obstacle {
     None,
     DocumentType, ///< can add attributes to every element

@@ -3,6 +3,7 @@
 
 #include "config/config.h"
 
+#include "base/fileidentity.h"
 #include "config/keys.h"
 #include "config/refreshgrid.h"
 #include "config/settingsfile.h"
@@ -15,7 +16,6 @@
 #include <QTime>
 
 #include <algorithm>
-#include <optional>
 #include <utility>
 
 namespace {
@@ -27,18 +27,6 @@ QPointer<Config> s_instance;
 
 /** Process-wide like the schedule, so that every Config object finds the location. */
 Config::LocationLookup s_locationLookup;
-
-/** A stored number, clamped if it is huge; nothing if the value is not a number. */
-std::optional<qint64> toInteger(const QVariant &value)
-{
-    bool ok = false;
-    if (value.type() != QVariant::Double) {
-        const qint64 number = value.toLongLong(&ok);
-        return ok ? std::optional(number) : std::nullopt;
-    }
-    constexpr double bound = 1e15; // converting a larger number could be undefined
-    return qRound64(std::clamp(value.toDouble(), -bound, bound));
-}
 
 } // namespace
 
@@ -89,12 +77,13 @@ EventLocation *Config::plenarLocation() const
 int Config::number(const QString &key) const
 {
     const Setting &setting = settingOf(key);
+    const int defaultNumber = setting.fixedDefault.toInt();
     if (setting.type != Setting::Type::Choice)
-        return intSetting(key, setting.fixedDefault.toInt(), setting.minimum, setting.maximum);
+        return intSetting(key, defaultNumber, setting.minimum, setting.maximum);
 
-    const auto choice = toInteger(value(key));
-    if (!choice || *choice != static_cast<int>(*choice))
-        return setting.ifNoNumber;
+    const auto choice = wholeNumber(value(key));
+    if (!choice)
+        return defaultNumber;
     const bool isKnown = *choice >= setting.minimum && *choice <= setting.maximum;
     return isKnown ? static_cast<int>(*choice) : setting.ifOutOfBounds;
 }
@@ -111,7 +100,7 @@ QVariant Config::value(const QString &key, const QVariant &defaultValue) const
 
 int Config::intSetting(const QString &key, int defaultValue, int min, int max) const
 {
-    const auto number = toInteger(m_settings.value(key, defaultValue));
+    const auto number = wholeNumber(m_settings.value(key, defaultValue));
     return number ? static_cast<int>(std::clamp<qint64>(*number, min, max)) : defaultValue;
 }
 
@@ -225,9 +214,9 @@ bool Config::applyKey(const QJsonObject &object, const QString &key)
 /** Writes to disk now, so that a power cut loses no change. */
 void Config::writeThrough()
 {
-    // The status of QSettings stays bad after its first error, so look at the file instead.
-    const auto before = settingsFileIdentity(m_settings.fileName());
+    // The status of QSettings stays bad after its first error. The file changes with each write.
+    const auto before = fileIdentity(m_settings.fileName());
     m_settings.sync();
-    if (settingsFileIdentity(m_settings.fileName()) == before)
+    if (fileIdentity(m_settings.fileName()) == before)
         qCritical() << "Failed to write settings to" << m_settings.fileName();
 }

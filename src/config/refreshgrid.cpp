@@ -3,6 +3,8 @@
 
 #include "config/refreshgrid.h"
 
+#include <algorithm>
+
 using namespace std::chrono_literals;
 
 std::chrono::milliseconds timeToNextRefresh(QTime now, std::chrono::milliseconds interval)
@@ -12,5 +14,6 @@ std::chrono::milliseconds timeToNextRefresh(QTime now, std::chrono::milliseconds
 
     const std::chrono::milliseconds sinceMidnight(now.msecsSinceStartOfDay());
     const auto remaining = interval - sinceMidnight % interval + pastGridPoint;
-    return remaining > soonest ? remaining : remaining + interval;
+    const auto wait = remaining > soonest ? remaining : remaining + interval;
+    return std::min(wait, 24h - sinceMidnight + pastGridPoint);
 }

@@ -10,8 +10,6 @@
 #include <QRegularExpression>
 #include <QSaveFile>
 
-#include <sys/stat.h>
-
 void protectSettingsFile(const QString &path)
 {
     constexpr QFile::Permissions ownerOnly
@@ -36,21 +34,86 @@ void protectSettingsFile(const QString &path)
         qWarning() << "Settings file is open to others and can not be restricted:" << path;
 }
 
+namespace {
+
+/** What the loader of settings makes of an escape; @p from stands after the backslash and moves on.
+ */
+QByteArray readEscape(const QByteArray &text, int &from)
+{
+    static const QByteArray letters("abfnrtv\"?'\\");
+    static const QByteArray meanings("\a\b\f\n\r\t\v\"?'\\");
+
+    const char first = from < text.size() ? text.at(from++) : '\0';
+    if (const int letter = letters.indexOf(first); letter >= 0)
+        return meanings.mid(letter, 1);
+    const bool isHex = first == 'x';
+    if (!isHex && (first < '0' || first > '7'))
+        return {}; // among them the end of a line that goes on
+    const QByteArray digits = isHex ? "0123456789abcdefABCDEF" : "01234567";
+    const int start = isHex ? from : from - 1;
+    while (from < text.size() && digits.contains(text.at(from)))
+        ++from;
+    // Only the last digits count, as for a 16-bit character; more than one byte is no type.
+    bool ok = false;
+    const uint value = text.mid(start, from - start).right(4).toUInt(&ok, isHex ? 16 : 8);
+    return ok && value < 0x100 ? QByteArray(1, static_cast<char>(value))
+                               : QByteArrayLiteral("\xff");
+}
+
+/** @p line as the loader sees its value: without quotes and escapes. */
+QByteArray unescaped(const QByteArray &line)
+{
+    QByteArray text;
+    for (int at = 0; at < line.size();) {
+        const char c = line.at(at++);
+        if (c == '\\')
+            text += readEscape(line, at);
+        else if (c != '"')
+            text += c;
+    }
+    return text;
+}
+
+/** Takes the next line off @p file, with those that a backslash at its end adds. */
+QByteArray readLogicalLine(QIODevice &file)
+{
+    QByteArray line;
+    bool isEscaped = false;
+    for (char c = 0; file.getChar(&c);) {
+        line += c;
+        if ((c == '\n' || c == '\r') && !isEscaped)
+            break;
+        isEscaped = c == '\\' && !isEscaped;
+    }
+    return line;
+}
+
+/**
+ * True if the line has a serialised value other than a number, a date or a time. Only these have a
+ * fixed size; the others hold lengths and types of their own, for which Qt reserves gigabytes or
+ * calls loaders that trust them.
+ */
+bool isDamaged(const QByteArray &line)
+{
+    static const QRegularExpression damaged(
+        QStringLiteral(R"((Variant|DateTime)\((?!\x00\x00\x00[\x00-\x06\x0e-\x10]))"));
+    const QByteArray text = unescaped(line);
+    // With the size: a text may hold NUL.
+    return damaged.match(QLatin1String(text.constData(), text.size())).hasMatch();
+}
+
+} // namespace
+
 bool removeDamagedValues(const QString &path)
 {
-    // Only numbers, dates and times have a fixed size. The others hold lengths and types of their
-    // own, for which Qt reserves gigabytes or calls loaders that trust them.
-    static const QRegularExpression damaged(QStringLiteral(
-        R"((Variant|DateTime)\((?!\\0\\0\\0\\(x([1-6ef]|10)(?![0-9a-fA-F])|0(?![0-7]))))"));
-
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         return false;
     QByteArray kept;
     int removed = 0;
     while (!file.atEnd()) {
-        const QByteArray line = file.readLine();
-        if (damaged.match(QString::fromLatin1(line)).hasMatch())
+        const QByteArray line = readLogicalLine(file);
+        if (isDamaged(line))
             ++removed;
         else
             kept += line;
@@ -64,14 +127,4 @@ bool removeDamagedValues(const QString &path)
         return true;
     qCritical() << "Failed to repair settings file" << path << repaired.errorString();
     return false;
-}
-
-std::pair<quint64, qint64> settingsFileIdentity(const QString &path)
-{
-    struct stat info
-    {
-    };
-    if (stat(QFile::encodeName(path).constData(), &info) != 0)
-        return {};
-    return { info.st_ino, info.st_mtim.tv_sec * 1000000000LL + info.st_mtim.tv_nsec };
 }

@@ -5,8 +5,6 @@
 
 #include <QString>
 
-#include <utility>
-
 /**
  * Makes the settings file @p path readable by its owner only, since it holds a secret.
  *
@@ -21,6 +19,3 @@ void protectSettingsFile(const QString &path);
  * Returns true if the file has changed.
  */
 bool removeDamagedValues(const QString &path);
-
-/** Inode and modification time of a settings file, which change whenever QSettings writes it. */
-[[nodiscard]] std::pair<quint64, qint64> settingsFileIdentity(const QString &path);

@@ -43,16 +43,16 @@ QVector<Setting> makeTable()
 
     // clang-format off
     return {
-        // key, type, remote, default, minimum, maximum, if out of bounds, if no number
+        // key, type, remote, default, minimum, maximum, if out of bounds
         { keys::locationId,                Type::Number, atTop,  0, lowest, highest },
         { keys::locationName,              Type::TranslatedText, atTop,  unknownLocation },
         { keys::plenarLocationId,          Type::Number, atTop,  0, lowest, highest },
 
-        { keys::defaultView,               Type::Choice, nested, 1, 0, 1, 1, 0 },
+        { keys::defaultView,               Type::Choice, nested, 1, 0, 1, 1 },
         { keys::inactivityTimeout,         Type::Number, nested, 60, 10, 3600 }, // s
         { keys::attendanceEnabled,         Type::Flag,   nested, true },
         { keys::attendanceLogUrl,          Type::Url,    nested, attendanceUrl },
-        { keys::tallyxMode,                Type::Choice, nested, 2, 0, 2, 1, 1 },
+        { keys::tallyxMode,                Type::Choice, nested, 2, 0, 2, 1 },
         { keys::tallyxLogUrl,              Type::Url,    nested, tallyxUrl },
         { keys::tallyxGetStatusTimeout,    Type::Number, nested, 2500, 1000, 30000 }, // ms
         { keys::tallyxConfirmTimeout,      Type::Number, nested, 6000, 3000, 30000 }, // ms
@@ -60,7 +60,7 @@ QVector<Setting> makeTable()
         { keys::tpRegModeQR,               Type::Flag,   nested, true },
         { keys::tpRegModeVK,               Type::Flag,   nested, true },
         // 2 is not a mode, but has always been passed to the views.
-        { keys::preferredTpRegMode,        Type::Choice, nested, 1, 0, 2, 1, 0 },
+        { keys::preferredTpRegMode,        Type::Choice, nested, 1, 0, 2, 1 },
 
         { keys::hideMouseCursor,           Type::Flag,   local,  true },
         { keys::fontBaseSize,              Type::Number, local,  12, 1, 1000 }, // pt
@@ -105,4 +105,13 @@ const Setting &settingOf(const QString &key)
     if (row == table.end())
         qFatal("Setting \"%s\" is not in the table", qPrintable(key));
     return *row;
+}
+
+std::optional<qint64> wholeNumber(const QVariant &stored)
+{
+    // The file holds only text. A value of the configuration service must not count as something
+    // else until the next start.
+    bool ok = false;
+    const qint64 number = stored.toString().toLongLong(&ok);
+    return ok ? std::optional(number) : std::nullopt;
 }

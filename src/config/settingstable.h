@@ -8,13 +8,14 @@
 #include <QVector>
 
 #include <limits>
+#include <optional>
 
 /** One row of the table of settings: the only place for a default, a bound or a remote key. */
 struct Setting
 {
     enum class Type {
         Flag,
-        Number, ///< clamped to its bounds; the default if the stored value is not a number
+        Number, ///< clamped to its bounds
         Choice, ///< one of the numbers within the bounds, an enumeration of Config
         Text,
         TranslatedText, ///< its default is in the language of the interface
@@ -34,9 +35,10 @@ struct Setting
     int minimum = std::numeric_limits<int>::min();
     int maximum = std::numeric_limits<int>::max();
     int ifOutOfBounds = 0; ///< replaces a number out of bounds; choices only
-    int ifNoNumber = 0; ///< replaces a stored value that is not an int; choices only
 
     [[nodiscard]] QVariant defaultValue() const;
+    /** True if a value that is no whole number gives the default. */
+    [[nodiscard]] bool isNumber() const { return type == Type::Number || type == Type::Choice; }
 };
 
 /** All settings, in the order in which a document from the configuration service is applied. */
@@ -44,3 +46,6 @@ struct Setting
 
 /** The row of @p key, one of the names in keys.h. Callable from any thread. */
 [[nodiscard]] const Setting &settingOf(const QString &key);
+
+/** A stored value as a number; nothing if it is not a whole number. */
+[[nodiscard]] std::optional<qint64> wholeNumber(const QVariant &stored);

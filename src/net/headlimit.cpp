@@ -85,7 +85,7 @@ public:
         , m_timer(this)
     {
         connect(&m_timer, &QTimer::timeout, this, &HeadLimit::look);
-        connect(reply, &QNetworkReply::metaDataChanged, this, &HeadLimit::onHead);
+        connect(reply, &QNetworkReply::metaDataChanged, &m_timer, &QTimer::stop);
         connect(reply, &QNetworkReply::downloadProgress, this, &HeadLimit::countBody);
         connect(reply, &QNetworkReply::readyRead, this, [this] {
             countBody(m_reply->bytesAvailable()); // progress signals are throttled
@@ -143,19 +143,6 @@ private:
                 busiest = { socket, more };
         }
         return { busiest.first, received - bodies };
-    }
-
-    void onHead()
-    {
-        m_timer.stop();
-        const auto headers = m_reply->rawHeaderPairs();
-        qint64 size = 0;
-        for (const auto &[name, value] : headers)
-            size += name.size() + value.size();
-        if (size <= maxHeadBytes || m_reply->isFinished())
-            return;
-        qWarning() << "Giving up request for" << m_reply->url() << "since its head is too large";
-        m_reply->abort();
     }
 
     void onEnd()

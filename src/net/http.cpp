@@ -3,6 +3,7 @@
 
 #include "net/http.h"
 
+#include "net/headfilter.h"
 #include "net/headlimit.h"
 #include "net/webaddress.h"
 
@@ -98,6 +99,7 @@ QNetworkReply *send(QNetworkRequest request, const RequestLimits &limits,
     QNetworkReply *reply = transport(request);
     limitTime(reply, limits.deadline);
     limitBody(reply, limits.maxBodyBytes);
+    filterHead(reply);
     limitHead(reply);
     return reply;
 }

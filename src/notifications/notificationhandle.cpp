@@ -19,12 +19,13 @@ void NotificationHandle::showError(const QString &title, const QString &message,
         board->context(),
         [=] {
             Notification *newest = board->notifications()->newest();
-            if (newest && newest->type() == Notification::ERR && newest->title() == title
-                && newest->message() == message)
-                newest->setTimeout(timeout);
-            else
+            const bool isRepeated = newest && newest->type() == Notification::ERR
+                && newest->title() == title && newest->message() == message;
+            if (!isRepeated)
                 board->addNotification(
                     new Notification(Notification::ERR, title, message, timeout, true, true));
+            else if (newest->timeout() > 0) // nobody has stopped its countdown
+                newest->setTimeout(timeout);
         },
         Qt::QueuedConnection);
 }

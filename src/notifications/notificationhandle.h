@@ -26,7 +26,8 @@ public:
 
     /**
      * Shows a closable error for @p timeout ms. If the newest notification is the same error,
-     * restarts its countdown instead: a repeated fault must not fill the screen.
+     * restarts its countdown instead, unless a person has stopped it: a repeated fault must not
+     * fill the screen.
      */
     static void showError(const QString &title, const QString &message, uint timeout);
 

@@ -153,9 +153,8 @@ void TallyxFlow::decide(QNetworkReply &reply)
     QString message = tallyxservice::text(status, "message");
     if (failure) {
         qWarning().noquote() << "Failed to query presence status:" << failure->text;
-        message = tr("Failed to query your presence status. Please select \"enter\" or \"leave\" "
-                     "below.")
-            + QLatin1String("\n\n") + failure->text;
+        message = failure->below(tr("Failed to query your presence status. Please select \"enter\" "
+                                    "or \"leave\" below."));
     }
     const QJsonValue isPresent = status.value(QLatin1String("present"));
     if (isPresent.isBool())
@@ -189,7 +188,7 @@ void TallyxFlow::removeRecord()
 {
     const QString path = m_record.spoolPath();
     if (const auto failure = Spool::remove(path))
-        qCritical() << "Failed to remove a presence record that is out of date:" << *failure;
+        qCritical() << "Failed to remove a presence record that is out of date:" << failure->text;
     else if (!Disk::instance().syncFolder(QFileInfo(path).path()))
         qCritical() << "Failed to sync the removal of" << path << qt_error_string(errno);
 }
@@ -207,19 +206,19 @@ void TallyxFlow::fail(const Failure &failure)
     const bool isQueued = isChoiceOnDisk();
     if (!isQueued && m_record.isOnDisk())
         removeRecord();
-    m_notice.fail(failureText(isQueued, failure.text),
+    m_notice.fail(failureText(isQueued, failure),
                   isQueued ? noticelimits::temporaryMs : noticelimits::staffMs);
     end(Failed);
 }
 
-QString TallyxFlow::failureText(bool isQueued, const QString &reason)
+QString TallyxFlow::failureText(bool isQueued, const Failure &failure)
 {
-    const QString advice = isQueued
-        ? tr("A temporary error occurred. However, the logging of your presence has been "
-             "successfully queued for later execution.")
-        : tr("Failed to log your presence. Please call on a staff member in charge and ask for "
-             "instructions.");
-    return advice + QLatin1String("\n\n") + (reason.isEmpty() ? tr("Unknown error") : reason);
+    return failure.below(
+        isQueued
+            ? tr("A temporary error occurred. However, the logging of your presence has been "
+                 "successfully queued for later execution.")
+            : tr("Failed to log your presence. Please call on a staff member in charge and ask for "
+                 "instructions."));
 }
 
 void TallyxFlow::end(State state)

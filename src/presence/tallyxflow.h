@@ -35,7 +35,7 @@ public:
     /** The type of a record before the service or the person has chosen a direction. */
     [[nodiscard]] static TallyxLogEntity::Type initialType();
     /** Message for the person: the record waits in the queue, or the staff must help. */
-    [[nodiscard]] static QString failureText(bool isQueued, const QString &reason);
+    [[nodiscard]] static QString failureText(bool isQueued, const Failure &failure);
 
     /** Saves the record and queries the status. */
     void start();

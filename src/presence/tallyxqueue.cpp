@@ -52,18 +52,18 @@ void TallyxQueue::begin(quint64 transponderId)
 /** Saves the record for a pass without asking: too many questions are already open. */
 void TallyxQueue::postpone(quint64 transponderId)
 {
-    const auto failure = catchFailure(
+    auto failure = catchFailure(
         [transponderId] { TallyxLogEntity(transponderId, TallyxFlow::initialType()).save(); });
+    const bool isQueued = !failure;
     if (failure) {
         qCritical().noquote() << "Error logging presence:" << failure->logText();
     } else {
+        failure = Failure::temporary({}, tr("Too many cards at once."));
         qWarning() << "Too many presence questions at once, leaving the record to the queue.";
         processIn(60s);
     }
-    NotificationHandle::showError(
-        tr("Presence"),
-        TallyxFlow::failureText(!failure, failure ? failure->text : tr("Too many cards at once.")),
-        failure ? noticelimits::staffMs : noticelimits::temporaryMs);
+    NotificationHandle::showError(tr("Presence"), TallyxFlow::failureText(isQueued, *failure),
+                                  isQueued ? noticelimits::temporaryMs : noticelimits::staffMs);
 }
 
 bool TallyxQueue::hasFresh() const
@@ -91,7 +91,7 @@ bool TallyxQueue::canSend() const
     if (!accesstoken::current().isEmpty() || spool().count() == 0)
         return true;
     // One log line instead of one per record.
-    qWarning() << "Error logging presence:" << tr("Authentication unavailable.");
+    qWarning() << "Error logging presence: Authentication unavailable.";
     return false;
 }
 
@@ -126,11 +126,11 @@ void TallyxQueue::completeBooking(const QString &path, SpoolRemover::Sync sync)
         qDebug() << "Presence logged:" << path;
 }
 
-QString TallyxQueue::logRemovalFailure(const QString &reason) const
+QString TallyxQueue::logRemovalFailure(const Failure &failure) const
 {
-    qCritical() << "FATAL ERROR" << reason;
-    return tr("Failed to remove a log request from the queue. Logging has been stopped.\n\n%1")
-        .arg(reason);
+    qCritical() << "FATAL ERROR" << failure.text;
+    return failure.below(
+        tr("Failed to remove a log request from the queue. Logging has been stopped."));
 }
 
 void TallyxQueue::onFlowEnded(TallyxFlow *flow)

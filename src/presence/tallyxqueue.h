@@ -40,7 +40,7 @@ protected:
     [[nodiscard]] bool canSend() const override;
     void resend(const QString &path) override;
     void logResendFailure(const Failure &failure) const override;
-    [[nodiscard]] QString logRemovalFailure(const QString &reason) const override;
+    [[nodiscard]] QString logRemovalFailure(const Failure &failure) const override;
 
 private:
     void postpone(quint64 transponderId);

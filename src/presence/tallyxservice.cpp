@@ -5,6 +5,7 @@
 
 #include "base/exceptions.h"
 #include "base/json.h"
+#include "base/reason.h"
 #include "config/config.h"
 #include "config/keys.h"
 #include "net/accesstoken.h"
@@ -26,7 +27,12 @@ namespace {
     {
         const QString error = networkError(reply);
         if (!error.isEmpty())
-            throw AttendanceWarningException(error);
+            throw AttendanceWarningException(error, Reason::ofReply(reply));
+    }
+
+    [[noreturn]] void throwUnreadable(const QNetworkReply &reply, const QString &message)
+    {
+        throw AttendanceWarningException(message, Reason::ofReply(reply));
     }
 
 } // namespace
@@ -54,6 +60,7 @@ QNetworkReply *postLog(QNetworkAccessManager &manager, const TallyxLogEntity &re
     request.setHeader(QNetworkRequest::ContentTypeHeader, QStringLiteral("application/json"));
     if (!accesstoken::authorize(request))
         throw AttendanceWarningException(
+            QStringLiteral("Authentication unavailable."),
             QCoreApplication::translate("tallyxservice", "Authentication unavailable."));
     return http::post(manager, request, record.toJson().toJson(), limits);
 }
@@ -64,11 +71,11 @@ QJsonObject readStatus(QNetworkReply &reply)
     QJsonParseError error;
     const QJsonDocument document = readJson(reply.readAll(), &error);
     if (error.error != QJsonParseError::NoError)
-        throw AttendanceWarningException(
-            QStringLiteral("Failed to parse response: %1 %2")
-                .arg(error.errorString(), QString::number(error.offset)));
+        throwUnreadable(reply,
+                        QStringLiteral("Failed to parse response: %1 %2")
+                            .arg(error.errorString(), QString::number(error.offset)));
     if (!document.isObject())
-        throw AttendanceWarningException(QStringLiteral("Response is not an object."));
+        throwUnreadable(reply, QStringLiteral("Response is not an object."));
     return document.object();
 }
 
@@ -77,7 +84,10 @@ QJsonObject readAcknowledgement(QNetworkReply &reply)
     throwOnNetworkError(reply);
     const QJsonObject response = readJson(reply.readAll()).object();
     if (response.isEmpty() || response.contains(QLatin1String("error")))
-        throw AttendanceWarningException(QStringLiteral("Error parsing response."));
+        throw AttendanceWarningException(
+            QStringLiteral("Error parsing response."),
+            QCoreApplication::translate("tallyxservice",
+                                        "The service has not confirmed the booking."));
     return response;
 }
 

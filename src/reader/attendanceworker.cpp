@@ -42,6 +42,20 @@ void showSerialError(const QString &message, std::chrono::milliseconds timeout)
                                   static_cast<uint>(timeout.count()));
 }
 
+/** What is wrong with the reader, in the language of the interface. */
+QString shownReason(QSerialPort::SerialPortError error)
+{
+    switch (error) {
+    case QSerialPort::ResourceError:
+    case QSerialPort::DeviceNotFoundError:
+        return AttendanceWorker::tr("The card reader has been disconnected.");
+    case QSerialPort::PermissionError:
+        return AttendanceWorker::tr("Another program uses the card reader, or access is denied.");
+    default:
+        return AttendanceWorker::tr("The card reader is out of order.");
+    }
+}
+
 /** The number of a card. Checks each digit, since toULongLong() also accepts signs and prefixes. */
 quint64 parseTransponderId(const QByteArray &line)
 {
@@ -50,7 +64,9 @@ quint64 parseTransponderId(const QByteArray &line)
     });
     if (!isHex) {
         qCritical() << "Failed to parse transponder ID" << line;
-        throw AttendanceErrorException(AttendanceWorker::tr("Failed to parse transponder ID. :O"));
+        constexpr auto source
+            = QT_TRANSLATE_NOOP("AttendanceWorker", "Failed to parse transponder ID. :O");
+        throw AttendanceErrorException(QString::fromLatin1(source), AttendanceWorker::tr(source));
     }
     return line.toULongLong(nullptr, 16);
 }
@@ -64,6 +80,8 @@ AttendanceWorker::AttendanceWorker(const RequestLimits &limits)
 
 AttendanceWorker::~AttendanceWorker()
 {
+    if (m_port)
+        m_port->close(); // while the slot that logs it can still be called
     // Process a card that is still buffered after an invalid line.
     if (m_cards && !m_cards->isStopped())
         processAllLines();
@@ -174,7 +192,8 @@ void AttendanceWorker::onSerialPortError(QSerialPort::SerialPortError err)
         reason = m_port->errorString();
         if (m_port->isOpen() && !s_isDiscarding)
             Q_EMIT readerStateChanged(false);
-        m_port->disconnect(this); // an unplugged port repeats its error endlessly
+        // An unplugged port repeats its error endlessly; its end is still worth a log line.
+        disconnect(m_port, &QSerialPort::errorOccurred, this, nullptr);
         m_port->deleteLater();
         m_port.clear();
         processAllLines();
@@ -184,9 +203,10 @@ void AttendanceWorker::onSerialPortError(QSerialPort::SerialPortError err)
     const bool isQuick = s_serialErrors++ < quickRetries;
     const std::chrono::seconds delay = isQuick ? 1s : retryInterval;
     m_retryTimer->start(delay);
-    showSerialError(tr("%1 %2\nRetrying in %3 seconds.")
-                        .arg(QString::number(err), reason, QString::number(delay.count())),
-                    isQuick ? 5s : 60s);
+    qWarning() << "Serial port error:" << err << reason << "Retrying in" << delay.count() << "s.";
+    showSerialError(
+        tr("%1\nRetrying in %2 seconds.").arg(shownReason(err), QString::number(delay.count())),
+        isQuick ? 5s : 60s);
 }
 
 void AttendanceWorker::onSerialPortAboutToClose()

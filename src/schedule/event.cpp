@@ -57,6 +57,7 @@ QString Event::startEndTimeStr() const
     const auto shown = [](const QDateTime &moment) {
         return QLocale().toString(moment.toLocalTime().time(), QLocale::ShortFormat);
     };
+    //: Two times. No-break spaces and a word joiner (U+2060) behind the dash keep them on one line.
     return tr("%1 - %2").arg(shown(m_fields.start), shown(m_fields.end));
 }
 

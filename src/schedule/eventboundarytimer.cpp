@@ -13,9 +13,8 @@ using namespace std::chrono_literals;
 
 namespace {
 
-// Timers run on the monotonic clock. Read the wall clock once a minute, too: it may be set while
-// the program runs, for example after a start without network.
-constexpr std::chrono::milliseconds maxWait = 60s;
+/** A schedule may name any year, but a timer does not run for longer than 24 days. */
+constexpr std::chrono::milliseconds maxWait = 24h;
 
 } // namespace
 
@@ -26,7 +25,7 @@ EventBoundaryTimer::EventBoundaryTimer(QObject *parent)
 {
     m_timer.setSingleShot(true);
     m_timer.setTimerType(Qt::PreciseTimer);
-    connect(&m_timer, &QTimer::timeout, this, &EventBoundaryTimer::onTimeout);
+    connect(&m_timer, &QTimer::timeout, this, &EventBoundaryTimer::lookAtClock);
 }
 
 void EventBoundaryTimer::setClock(Clock clock)
@@ -44,16 +43,14 @@ void EventBoundaryTimer::arm(const QDateTime &now)
 {
     m_timer.stop();
     m_lastTime = now;
-    if (!m_location || m_location->events().isEmpty())
+    m_boundary = m_location ? m_location->nextBoundary(now) : QDateTime();
+    if (!m_boundary.isValid())
         return;
-    m_boundary = m_location->nextBoundary(now);
-    const qint64 wait = m_boundary.isValid()
-        ? std::clamp<qint64>(now.msecsTo(m_boundary), 1, maxWait.count())
-        : maxWait.count();
+    const auto wait = std::clamp<qint64>(now.msecsTo(m_boundary), 1, maxWait.count());
     m_timer.start(static_cast<int>(wait));
 }
 
-void EventBoundaryTimer::onTimeout()
+void EventBoundaryTimer::lookAtClock()
 {
     const QDateTime now = m_clock();
     const bool passed = m_boundary.isValid() && now >= m_boundary;

@@ -14,7 +14,8 @@ class EventLocation;
 
 /**
  * Keeps the current and the next event of the shown location up to date between two refreshes:
- * emits the location's eventsChanged() whenever one of its events starts or ends. GUI thread.
+ * emits the location's eventsChanged() whenever one of its events starts or ends. The timer runs on
+ * the monotonic clock, so somebody must call lookAtClock() now and then. GUI thread.
  */
 class EventBoundaryTimer : public QObject
 {
@@ -32,10 +33,11 @@ public:
 public Q_SLOTS:
     /** Watches @p location, or nothing if it is null; it may be deleted at any time. */
     void watch(EventLocation *location);
+    /** Takes the time anew. Call it when the clock may have been set. */
+    void lookAtClock();
 
 private:
     void arm(const QDateTime &now);
-    void onTimeout();
 
     Clock m_clock;
     QTimer m_timer;

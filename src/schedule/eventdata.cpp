@@ -4,6 +4,7 @@
 #include "schedule/eventdata.h"
 
 #include "base/connections.h"
+#include "base/reason.h"
 #include "base/slices.h"
 #include "config/config.h"
 #include "net/errortext.h"
@@ -18,23 +19,6 @@
 #include <utility>
 
 using namespace std::chrono_literals;
-
-namespace {
-
-/** The reply's error text in the language of the interface. */
-QString shownError(const QNetworkReply &reply)
-{
-    const QString text = errorText(reply);
-    // Qt does not translate this message.
-    const QString untranslated = QStringLiteral(" - server replied: ");
-    const int split = text.indexOf(untranslated);
-    if (!text.startsWith(QLatin1String("Error transferring")) || split < 0)
-        return text;
-    return EventData::tr("Error transferring %1 - server replied: %2")
-        .arg(reply.url().toDisplayString(), text.mid(split + untranslated.size()));
-}
-
-} // namespace
 
 RequestLimits EventData::scheduleLimits()
 {
@@ -58,13 +42,13 @@ EventData::EventData(const RequestLimits &limits, QObject *parent)
     const Config *config = Config::instance();
     if (!config->isScheduleDateValid())
         qWarning() << "Setting" << keys::overrideDateDate << "is no date, showing today";
-    const QUrl url = config->eventDataUrl(config->scheduleDate());
-    http::get(*m_manager, QNetworkRequest(url), limits);
+    m_day = config->scheduleDate();
+    http::get(*m_manager, QNetworkRequest(config->eventDataUrl(m_day)), limits);
 }
 
 EventData::EventData(NoDownload, QObject *parent)
     : QObject(parent)
-    , m_errorMessage(tr("No error"))
+    , m_errorMessage(QStringLiteral("No error"))
 {
 }
 
@@ -137,13 +121,12 @@ void EventData::readEventData(QNetworkReply *nr)
 bool EventData::isGood(QNetworkReply *reply)
 {
     if (!reply) {
-        constexpr auto source = QT_TR_NOOP("WTF?! Network reply is NULL! :O");
-        setFailure(QString::fromLatin1(source), tr(source));
+        setFailure(QStringLiteral("WTF?! Network reply is NULL! :O"), {});
     } else if (reply->error() != QNetworkReply::NoError) {
-        constexpr auto source = QT_TR_NOOP("failed to fetch eventdata: (%1) %2");
-        const QString code = QString::number(reply->error());
-        setFailure(QString::fromLatin1(source).arg(code, errorText(*reply)),
-                   tr(source).arg(code, shownError(*reply)));
+        setFailure(QStringLiteral("failed to fetch eventdata: (%1) %2")
+                       .arg(QString::number(reply->error()), errorText(*reply)),
+                   tr("The schedule could not be fetched.") + QLatin1Char('\n')
+                       + Reason::ofReply(*reply));
     }
     return !m_error;
 }
@@ -163,8 +146,7 @@ void EventData::read(const QByteArray &document)
     m_thread->start(QThread::InheritPriority);
     if (m_thread->isRunning() || m_thread->isFinished())
         return;
-    constexpr auto source = QT_TR_NOOP("no thread could be started");
-    setFailure(QString::fromLatin1(source), tr(source));
+    setFailure(QStringLiteral("no thread could be started"), {});
     m_thread->deleteLater();
     endDownload();
 }
@@ -225,15 +207,17 @@ void EventData::finish()
     Q_EMIT dataChanged();
 }
 
+/** An empty @p shown tells that the schedule could not be fetched. */
 void EventData::setFailure(const QString &logged, const QString &shown)
 {
     if (!m_error) {
         m_error = true;
         Q_EMIT errorChanged(true);
     }
-    if (m_errorMessage != shown) {
-        m_errorMessage = shown;
-        Q_EMIT errorMessageChanged(shown);
+    m_shownError = shown.isEmpty() ? tr("The schedule could not be fetched.") : shown;
+    if (m_errorMessage != logged) {
+        m_errorMessage = logged;
+        Q_EMIT errorMessageChanged(logged);
     }
     qCritical().noquote() << logged;
 }

@@ -11,6 +11,7 @@
 #include "schedule/scheduleobjects.h"
 #include "schedule/schedulethread.h"
 
+#include <QDate>
 #include <QDeadlineTimer>
 #include <QObject>
 #include <QPointer>
@@ -34,6 +35,7 @@ class EventData : public QObject
     Q_PROPERTY(QQmlListProperty<Event> events READ eventsProperty NOTIFY dataChanged)
     Q_PROPERTY(QQmlListProperty<EventLocation> locations READ locationsProperty NOTIFY dataChanged)
     Q_PROPERTY(QQmlListProperty<EventAudience> audiences READ audiencesProperty NOTIFY dataChanged)
+    Q_PROPERTY(QString shownError READ shownError NOTIFY errorMessageChanged)
 
 public:
     /** A schedule may be larger and slower than any other response. */
@@ -50,7 +52,7 @@ public:
 
     /** True if the download or the reading failed. */
     [[nodiscard]] bool error() const { return m_error; }
-    /** The failure, in the language of the interface. */
+    /** The failure as it is logged. */
     [[nodiscard]] QString errorMessage() const { return m_errorMessage; }
     [[nodiscard]] QQmlListProperty<Event> eventsProperty() { return { this, &m_objects.events }; }
     [[nodiscard]] QQmlListProperty<EventLocation> locationsProperty()
@@ -61,6 +63,11 @@ public:
     {
         return { this, &m_objects.audiences };
     }
+
+    /** The day that the download asks for. */
+    [[nodiscard]] QDate day() const { return m_day; }
+    /** What the failure means for a visitor, in the language of the interface. */
+    [[nodiscard]] QString shownError() const { return m_shownError; }
 
     [[nodiscard]] const ScheduleObjects &objects() const { return m_objects; }
 
@@ -105,6 +112,8 @@ private:
     bool m_error = false;
     bool m_isDiscarded = false;
     QString m_errorMessage;
+    QDate m_day;
+    QString m_shownError;
     ScheduleObjects m_objects;
     ScheduleIndex m_index;
     ScheduleObjects m_incoming; ///< read, but no children yet

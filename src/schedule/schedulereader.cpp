@@ -3,12 +3,12 @@
 
 #include "schedule/schedulereader.h"
 
+#include "base/exceptions.h"
 #include "base/xmlguard.h"
 #include "schedule/event.h"
 #include "schedule/eventaudience.h"
 #include "schedule/eventeaudience.h"
 #include "schedule/eventlocation.h"
-#include "schedule/scheduleexception.h"
 #include "schedule/scheduleobjects.h"
 
 #include <QDebug>
@@ -23,9 +23,6 @@ namespace {
 // More than a screen shows. Laying out a title of several megabytes would block the interface for
 // minutes.
 constexpr int maxTextLength = 10000;
-
-// Real documents have six levels. QXmlStreamReader keeps each open element in memory.
-constexpr int maxDepth = 64;
 
 // Further unexpected elements are not logged: they would fill the disk.
 constexpr int maxWarnings = 1000;
@@ -56,29 +53,27 @@ ScheduleReader::ScheduleReader(const QByteArray &document, ScheduleObjects &obje
     : m_objects(objects)
     , m_mustStop(std::move(mustStop))
 {
-    m_document.setData(document);
-    m_document.open(QIODevice::ReadOnly);
-    if (const QTextCodec *codec = xmlguard::foreignCodec(document)) {
-        const QString text = codec->toUnicode(document);
-        m_document.close();
-        m_document.setData(text.toUtf8());
-        m_xml.addData(text); // which ignores the declared encoding
+    const QTextCodec *codec = xmlguard::foreignCodec(document);
+    QByteArray xml = codec ? codec->toUnicode(document).toUtf8() : document;
+    m_excess = cutExcess(xml, { "id", "displayOrder" });
+    m_isForeign = m_excess.hasDocumentType && !xml.contains("<!DOCTYPE schedule");
+    if (codec) {
+        m_xml.addData(QString::fromUtf8(xml)); // which ignores the declared encoding
     } else {
         // From bytes instead of a device, QXmlStreamReader would decode everything at once.
+        m_document.setData(xml);
+        m_document.open(QIODevice::ReadOnly);
         m_xml.setDevice(&m_document);
     }
+    m_xml.setNamespaceProcessing(false); // compares each prefix with all that are declared
 }
 
 void ScheduleReader::read()
 {
-    const xmlguard::Obstacle obstacle = xmlguard::findObstacle(m_document.data());
-    if (obstacle == xmlguard::Obstacle::DocumentType) {
-        if (!m_document.data().contains("<!DOCTYPE schedule"))
-            refuseForeignDocument(); // the log-in page of a guest network
-        raise(QT_TR_NOOP("a document type definition is not allowed"));
-    } else if (obstacle == xmlguard::Obstacle::LongTag) {
-        raise(QT_TR_NOOP("a tag is too long"));
-    }
+    if (m_isForeign)
+        refuseForeignDocument(); // the log-in page of a guest network
+    if (m_excess.hasDocumentType)
+        raise(QStringLiteral("a document type definition is not allowed"));
     if (readNextElement()) {
         if (m_xml.name() != QLatin1String("schedule"))
             refuseForeignDocument();
@@ -87,6 +82,7 @@ void ScheduleReader::read()
         std::sort(m_objects.audiences.begin(), m_objects.audiences.end(),
                   &EventAudience::sortsBefore);
     }
+    logSkipped();
     if (m_xml.hasError())
         failAtError();
 }
@@ -94,21 +90,21 @@ void ScheduleReader::read()
 void ScheduleReader::refuseForeignDocument()
 {
     constexpr auto source = QT_TR_NOOP("this doesn't look like event data");
-    throw ScheduleException(QString::fromLatin1(source), tr(source));
+    throw Exception(QString::fromLatin1(source), tr(source));
 }
 
 bool ScheduleReader::readNextElement()
 {
-    return !isStopped() && m_xml.readNextStartElement();
+    stopInTime();
+    return m_xml.readNextStartElement(); // false after an error
 }
 
-/** True after an error; looks now and then whether there has to be one. */
-bool ScheduleReader::isStopped()
+/** To be called for each element; looks now and then. */
+void ScheduleReader::stopInTime()
 {
     constexpr int elementsPerLook = 256;
     if (++m_elements % elementsPerLook == 0 && m_mustStop())
-        raise(QT_TR_NOOP("reading takes too long"));
-    return m_xml.hasError();
+        raise(QStringLiteral("reading takes too long"));
 }
 
 void ScheduleReader::readSchedule()
@@ -288,55 +284,55 @@ QDateTime ScheduleReader::readDateTime()
 /** Logs the current element and skips it with its content. */
 void ScheduleReader::skipUnexpected()
 {
-    if (m_warnings++ < maxWarnings)
+    if (m_unexpected++ < maxWarnings)
         qWarning().noquote() << QStringLiteral("Event data: ignoring unexpected element \"%1\" at "
                                                "line %2, column %3")
                                     .arg(m_xml.name().toString().left(xmlguard::maxTagBytes),
                                          QString::number(m_xml.lineNumber()),
                                          QString::number(m_xml.columnNumber()));
-    else if (m_warnings == maxWarnings + 1)
-        qWarning() << "Event data: further unexpected elements are ignored silently";
 
     int depth = 1;
-    while (depth > 0 && !isStopped()) {
+    while (depth > 0 && !m_xml.hasError()) {
+        stopInTime();
         const QXmlStreamReader::TokenType token = m_xml.readNext();
-        if (token == QXmlStreamReader::StartElement && ++depth > maxDepth)
-            raise(QT_TR_NOOP("the elements are nested too deep"));
+        if (token == QXmlStreamReader::StartElement)
+            ++depth;
         else if (token == QXmlStreamReader::EndElement)
             --depth;
     }
 }
 
+/** Logs how much has been skipped without a line of its own. */
+void ScheduleReader::logSkipped() const
+{
+    const int unexpected = std::max(0, m_unexpected - maxWarnings);
+    if (m_excess.attributes + m_excess.elements + unexpected == 0)
+        return;
+    qWarning().noquote() << QStringLiteral("Event data: ignoring %1 attributes of long tags, %2 "
+                                           "elements nested too deep and %3 more unexpected ones")
+                                .arg(m_excess.attributes)
+                                .arg(m_excess.elements)
+                                .arg(unexpected);
+}
+
 void ScheduleReader::reportInvalid(const char *field)
 {
-    raise(QT_TR_NOOP("invalid or missing value for \"%2\" at \"%1\""), m_xml.name().toString(),
-          QString::fromLatin1(field));
+    raise(QStringLiteral("invalid or missing value for \"%2\" at \"%1\"")
+              .arg(m_xml.name().toString(), QLatin1String(field)));
 }
 
 /** Ends reading: after an error m_xml returns no further element. Keeps the first error. */
-template <typename... Arguments>
-void ScheduleReader::raise(const char *source, const Arguments &...arguments)
+void ScheduleReader::raise(const QString &error)
 {
-    if (m_xml.hasError())
-        return;
-    const auto fill = [&arguments...](const QString &text) {
-        if constexpr (sizeof...(arguments) > 0)
-            return text.arg(arguments...);
-        else
-            return text;
-    };
-    m_shownError = fill(tr(source));
-    m_xml.raiseError(fill(QString::fromLatin1(source)));
+    if (!m_xml.hasError())
+        m_xml.raiseError(error);
 }
 
 void ScheduleReader::failAtError() const
 {
-    constexpr auto source = QT_TR_NOOP("Error reading event data: (%1) %2 (line %3, column %4)");
-    const auto fill = [this](const QString &text, const QString &detail) {
-        return text.arg(QString::number(m_xml.error()), detail, QString::number(m_xml.lineNumber()),
-                        QString::number(m_xml.columnNumber()));
-    };
-    const QString logged = m_xml.errorString();
-    throw ScheduleException(fill(QString::fromLatin1(source), logged),
-                            fill(tr(source), m_shownError.isEmpty() ? logged : m_shownError));
+    throw Exception(QStringLiteral("Error reading event data: (%1) %2 (line %3, column %4)")
+                        .arg(QString::number(m_xml.error()), m_xml.errorString(),
+                             QString::number(m_xml.lineNumber()),
+                             QString::number(m_xml.columnNumber())),
+                    tr("The schedule is damaged and therefore incomplete."));
 }

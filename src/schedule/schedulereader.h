@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "base/xmlexcess.h"
+
 #include <QBuffer>
 #include <QCoreApplication>
 #include <QDateTime>
@@ -21,8 +23,8 @@ struct ScheduleObjects;
 /**
  * Reads the XML document of one day, as the events service sends it, into objects.
  *
- * Skips unknown elements with a warning. Stops at the first invalid value; objects read before it
- * stay.
+ * Skips unknown elements with a warning, and what would make reading slow. Stops at the first
+ * invalid value; objects read before it stay.
  */
 class ScheduleReader
 {
@@ -36,14 +38,14 @@ public:
     ScheduleReader(const QByteArray &document, ScheduleObjects &objects,
                    std::function<bool()> mustStop);
 
-    /** Throws ScheduleException. */
+    /** Throws Exception. */
     void read();
 
 private:
     template <typename ReadChild> void readChildren(QLatin1String name, ReadChild readChild);
     [[noreturn]] static void refuseForeignDocument();
     [[nodiscard]] bool readNextElement();
-    [[nodiscard]] bool isStopped();
+    void stopInTime();
     void readSchedule();
     void readLocation();
     void readAudience();
@@ -55,8 +57,9 @@ private:
     [[nodiscard]] int readDisplayOrder();
     [[nodiscard]] QDateTime readDateTime();
     void skipUnexpected();
+    void logSkipped() const;
     void reportInvalid(const char *field);
-    template <typename... Arguments> void raise(const char *source, const Arguments &...arguments);
+    void raise(const QString &error);
     [[noreturn]] void failAtError() const;
 
     QBuffer m_document;
@@ -67,6 +70,7 @@ private:
     // has one place: a document cannot make the search slow.
     std::array<std::pair<QString, QDateTime>, 1024> m_knownTimes;
     int m_elements = 0;
-    int m_warnings = 0;
-    QString m_shownError; ///< in the language of the interface; empty for errors of m_xml
+    int m_unexpected = 0;
+    XmlExcess m_excess; ///< not in m_xml
+    bool m_isForeign = false; ///< a document of somebody else's type
 };

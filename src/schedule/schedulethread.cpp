@@ -3,10 +3,10 @@
 
 #include "schedule/schedulethread.h"
 
+#include "base/exceptions.h"
 #include "schedule/event.h"
 #include "schedule/eventaudience.h"
 #include "schedule/eventlocation.h"
-#include "schedule/scheduleexception.h"
 #include "schedule/schedulereader.h"
 
 #include <QDeadlineTimer>
@@ -40,7 +40,7 @@ ReadSchedule readSchedule(const QByteArray &document, const std::function<bool()
     try {
         try {
             ScheduleReader(document, schedule.objects, mustStop).read();
-        } catch (const ScheduleException &e) {
+        } catch (const Exception &e) {
             schedule.failure = QString::fromUtf8(e.what());
             schedule.shownFailure = e.shown();
         }
@@ -49,7 +49,7 @@ ReadSchedule readSchedule(const QByteArray &document, const std::function<bool()
             event->linkAudiences(schedule.index);
     } catch (const std::exception &e) {
         // Out of memory, for example. The receivers still wait for an end.
-        schedule.failure = schedule.shownFailure = QString::fromUtf8(e.what());
+        schedule.failure = QString::fromUtf8(e.what());
     }
     return schedule;
 }

@@ -18,7 +18,7 @@ struct ReadSchedule
     ScheduleObjects objects; ///< to be deleted by whoever takes them
     ScheduleIndex index;
     QString failure; ///< for the log; empty after success
-    QString shownFailure; ///< the same in the language of the interface
+    QString shownFailure; ///< for the person at the screen; empty if unknown
 };
 
 /**

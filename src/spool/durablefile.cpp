@@ -4,6 +4,7 @@
 #include "spool/durablefile.h"
 
 #include "base/exceptions.h"
+#include "base/reason.h"
 #include "spool/disk.h"
 
 #include <QFileDevice>
@@ -20,9 +21,11 @@ namespace {
 /** Throws the reason in errno, with the code that QFile uses. */
 [[noreturn]] void fail(const char *what, const QString &path, QFileDevice::FileError code)
 {
+    const int error = errno; // building texts may change it
     throw AttendanceErrorException(
         QStringLiteral("failed to %1 file \"%2\": %3 %4")
-            .arg(QLatin1String(what), path, QString::number(code), qt_error_string(errno)));
+            .arg(QLatin1String(what), path, QString::number(code), qt_error_string(error)),
+        Reason::ofDisk(error));
 }
 
 [[noreturn]] void failToWrite(const QString &path)

@@ -63,7 +63,7 @@ protected:
     virtual void resend(const QString &path) = 0;
     virtual void logResendFailure(const Failure &failure) const = 0;
     /** Logs that a sent record cannot be removed, and returns the message for the person. */
-    [[nodiscard]] virtual QString logRemovalFailure(const QString &reason) const = 0;
+    [[nodiscard]] virtual QString logRemovalFailure(const Failure &failure) const = 0;
 
     /** Number of records of the pass in flight. */
     [[nodiscard]] int resentCount() const { return m_resent.size(); }

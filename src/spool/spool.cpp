@@ -4,6 +4,7 @@
 #include "spool/spool.h"
 
 #include "base/exceptions.h"
+#include "base/reason.h"
 #include "config/config.h"
 #include "spool/disk.h"
 
@@ -124,13 +125,16 @@ void Spool::replace(const QString &path, const QByteArray &record)
     file.commitReplacing();
 }
 
-std::optional<QString> Spool::remove(const QString &path)
+std::optional<Failure> Spool::remove(const QString &path)
 {
     // Do not ask first whether the file exists: without access to the folder the answer is no.
     if (Disk::instance().unlink(path) || errno == ENOENT)
         return {};
-    return QStringLiteral("%1 %2 %3")
-        .arg(path, QString::number(QFileDevice::RemoveError), qt_error_string(errno));
+    const int error = errno; // building texts may change it
+    return Failure { QStringLiteral("%1 %2 %3")
+                         .arg(path, QString::number(QFileDevice::RemoveError),
+                              qt_error_string(error)),
+                     Reason::ofDisk(error), AttendanceErrorException::notificationType };
 }
 
 void Spool::removeLeftovers() const
@@ -141,7 +145,7 @@ void Spool::removeLeftovers() const
     while (each.hasNext()) {
         const QString file = each.next();
         if (const auto failure = remove(file))
-            qWarning() << "Failed to remove unfinished record" << *failure;
+            qWarning() << "Failed to remove unfinished record" << failure->text;
         else
             qInfo() << "Removed unfinished record" << file;
     }

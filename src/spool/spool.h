@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "base/failure.h"
 #include "spool/durablefile.h"
 
 #include <QByteArray>
@@ -63,8 +64,8 @@ public:
     /** Replaces the content of @p path; the disk always holds the old or the new one. Throws. */
     static void replace(const QString &path, const QByteArray &record);
 
-    /** Removes @p path if it exists. On failure returns path, error code and reason. */
-    [[nodiscard]] static std::optional<QString> remove(const QString &path);
+    /** Removes @p path if it exists. A failure's text has path, error code and reason. */
+    [[nodiscard]] static std::optional<Failure> remove(const QString &path);
 
     /**
      * Removes unfinished records that a crash left behind, and makes the removals of the run before

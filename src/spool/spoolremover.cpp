@@ -28,7 +28,7 @@ SpoolRemover::~SpoolRemover()
     sync();
 }
 
-std::optional<QString> SpoolRemover::remove(const QString &path, Sync when)
+std::optional<Failure> SpoolRemover::remove(const QString &path, Sync when)
 {
     auto failure = Spool::remove(path);
     if (!failure) {

@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "base/failure.h"
+
 #include <QObject>
 #include <QSet>
 #include <QString>
@@ -28,10 +30,10 @@ public:
     ~SpoolRemover() override;
 
     /**
-     * Removes @p path if it exists. On failure returns path, error code and reason. "At once" means
-     * in the next turn of the event loop, so that the screen does not wait for the disk.
+     * Removes @p path if it exists, like Spool::remove(). "At once" means in the next turn of the
+     * event loop, so that the screen does not wait for the disk.
      */
-    [[nodiscard]] std::optional<QString> remove(const QString &path, Sync when);
+    [[nodiscard]] std::optional<Failure> remove(const QString &path, Sync when);
 
 private:
     void sync();

@@ -8,8 +8,11 @@
 
 #include <QAbstractItemModelTester>
 #include <QElapsedTimer>
+#include <QProcess>
 #include <QQmlComponent>
 #include <QQmlEngine>
+#include <QScopeGuard>
+#include <QTemporaryDir>
 #include <QThread>
 
 using namespace simulator;
@@ -135,8 +138,66 @@ private Q_SLOTS:
             Q_EMIT api->config()->configChanged();
         const QSignalSpy changes(api->config()->plenarLocation(), &EventLocation::eventsChanged);
         now = now.addSecs(3600);
-        QMetaObject::invokeMethod(boundary->findChild<QTimer *>(), "timeout");
+        passMinute();
         QCOMPARE(changes.count(), 1);
+    }
+
+    void showsTheDayOfTheClock_data()
+    {
+        columns<Fault, int, Fault, int>("at first", "days", "then", "refreshes");
+        row("same day", Fault::None, 0, Fault::None, 0);
+        row("set back", Fault::None, -9, Fault::None, 1);
+        row("loads the wrong day", Fault::Hang, 1, Fault::None, 1);
+        row("loads the right day", Fault::None, 1, Fault::Hang, 1);
+        row("fails", Fault::None, 1, Fault::Empty, 2);
+        row("failed", Fault::Empty, 1, Fault::None, 1);
+    }
+
+    void showsTheDayOfTheClock()
+    {
+        const auto faults = { at<Fault>("at first"), at<Fault>("then"), at<Fault>("then") };
+        QDate day(2024, 2, 28);
+        log().allow("Error reading event data"_s);
+        settings::set("overrideDate"_s, true);
+        for (const Fault fault : faults) {
+            services().setFault(Route::Schedule, fault);
+            settings::set("overrideDateDate"_s, day);
+            passMinute();
+            QVERIFY(LBAPI::instance()->eventData() && (fault == Fault::Hang || isIdle()));
+            day = QDate(2024, 2, 28).addDays(at<int>("days"));
+        }
+        QCOMPARE(log().lines().filter("fetching the schedule"_s).size(), at<int>("refreshes"));
+        QCOMPARE(LBAPI::instance()->eventData()->day() == day, at<Fault>("then") == Fault::None);
+    }
+
+    void followsTheTimeZone_data()
+    {
+        columns<QString, QString, int, int>("TZ", "change", "hour", "refreshes");
+        row("link replaced", ":%1", "ln -sf $PWD/America/New_York $0", 8, 3);
+        row("file replaced", ":%1", "cp America/New_York $0.new; mv $0.new $0", 8, 3);
+        row("missing", ":%1", "rm $0", 14, 1);
+        row("named", "Europe/Berlin", "ln -sf $PWD/America/New_York $0", 14, 0);
+    }
+
+    void followsTheTimeZone()
+    {
+        const QTemporaryDir folder;
+        const QString file = folder.filePath("zone"_s);
+        const auto hourAfter = [&file](const QString &change) {
+            QProcess::execute("sh"_s, { "-c"_s, "cd /usr/share/zoneinfo; "_s + change, file });
+            passMinute();
+            return QDateTime({ 2024, 5, 13 }, { 12, 0 }, Qt::UTC).toLocalTime().time().hour();
+        };
+        const auto restore = qScopeGuard([] { qputenv("TZ", "Europe/Berlin"); });
+        qputenv("TZ", at("TZ").replace("%1"_s, file).toUtf8());
+        services();
+        QVERIFY(LBAPI::instance()->eventData());
+        const QString berlin = "ln -sf $PWD/Europe/Berlin $0"_s;
+        QCOMPARE(hourAfter(berlin), 14);
+        QCOMPARE(hourAfter(at("change")), at<int>("hour"));
+        QCOMPARE(hourAfter(berlin), 14);
+        QCOMPARE(log().lines().filter("fetching the schedule"_s).size(), at<int>("refreshes"));
+        QVERIFY(isIdle());
     }
 
     void takesNotificationsOfTheCallingThread()
@@ -233,6 +294,12 @@ private:
         services().setFault(Route::Schedule, fault);
         LBAPI::instance()->refreshEventData();
         return isIdle();
+    }
+
+    static void passMinute()
+    {
+        QMetaObject::invokeMethod(
+            LBAPI::instance()->findChild<ClockWatch *>()->findChild<QTimer *>(), "timeout");
     }
 
     /** Waits until no download is pending and only the current schedule is left. */

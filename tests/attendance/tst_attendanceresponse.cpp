@@ -27,6 +27,8 @@ private Q_SLOTS:
         row("good", withTimeout("8000"_s), "0 Jürgen & Co T M 8000");
         row("one more", document(time + rest + "<x><y/></x><timeout>5</timeout>"_s),
             "0 Jürgen & Co T M 5 unknown element");
+        row("foreign prefix", withTimeout("5"_s).replace("<name"_s, "<name a:b='c'"_s),
+            "0 Jürgen & Co T M 5");
         row("past timeout", withTimeout("-5"_s), "0 Jürgen & Co T M 20000");
         row("endless timeout", withTimeout("99999999999"_s), "0 Jürgen & Co T M 2147483647");
         row("no timeout", document(time + rest), "Invalid server response (3).");

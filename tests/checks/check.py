@@ -85,7 +85,7 @@ def translations():
 
 
 # A property or an assignment of text that a person sees, and its value.
-VISIBLE = r"\b(?:text|title|heading|placeholderText|message|property string \w+)\"?\s*(?::|\+?=)\s*(\{[^}]*\}|[^=\n].*)"
+VISIBLE = r"\b(?:Accessible\.(?:name|description)|text|title|heading|placeholderText|message|property string \w+)\"?\s*(?::|\+?=)\s*(\{[^}]*\}|[^=\n].*)"
 STRING = r'"(?:\\.|[^"\\])*"'
 
 
@@ -106,13 +106,78 @@ def qml_texts():
         for place, _ in located(path, r"\b(?:Text|Label|TextArea|TextEdit) \{|\btextFormat\b", text):
             if not is_base:
                 yield f"{place}: markup would be interpreted; use StyledText or PlainLabel"
-        for place, found in located(path, r"\bconsole\.\w+", text):
+        for place, found in located(path, r"\bconsole\.(?!warn\b)\w+", text):
             yield f"{place}: {found[0]}"
         for place, found in located(path, VISIBLE, text):
             # Ignore date formats, escapes and single letters: none of them is a word.
             rest = re.sub(r"(qsTr|toLocale\w+|formatDateTime)\([^)]*\)", "", found[1])
             if any(re.search(r"[^\W\d_]{2}", re.sub(r"\\u?\w*", "", each)) for each in re.findall(STRING, rest)):
                 yield f"{place}: untranslated: {found[1]}"
+            if re.search(r"\b(?:statusText|responseText|errorString)\b", rest):
+                yield f"{place}: a text for the log: {found[1]}"
+
+
+# Calls that show their arguments to a person; the first one of an exception or a failure is logged instead.
+SHOWS = {r"\bnew Notification|\bshow(?:Fatal)?Error|\bbelow|[.>]set(?:Title|Message|Text)?": 0,
+         r"\b(?:Attendance\w*)?Exception|\bFailure::temporary|\bFailure |\bsetFailure": 1}
+# A text of the program, or of Qt, that no translation touches.
+UNTRANSLATED = r"(?:QStringLiteral|QLatin1String|QString::from\w+)\(W\)|\bN\b|" \
+    r"\b(?:errorString|errorText|networkError|qt_error_string|what|logText)\(|\bfailure(?:\.|->)text\b"
+
+
+def skeleton(path):
+    """C++ without comments, where W is a text with words, N one to be translated, T a translated one, O any other."""
+    text = re.sub(rf"({STRING}|'.')|//.*|/\*(?s:.*?)\*/", lambda found: found[1] or "", (ROOT / path).read_text())
+    text = re.sub(rf"{STRING}(?:\s*{STRING})*", lambda found: "W" if re.search(r"[^\W\d_]{2}", re.sub(
+        r"\\.|qrc:.*", "", found[0])) else "O", text)
+    text = re.sub(r"\bQT_TR\w*_NOOP\([WO, ]*\)", "N", re.sub(r"\s+", " ", text))
+    return re.sub(r"\b(?:tr|translate)\([\w, ]*\)", "T", text)
+
+
+def arguments(text, start):
+    """The arguments of the call, or the content of the braces, that open before @start."""
+    depth, found = 0, [""]
+    for c in text[start:]:
+        depth += (c in "({[") - (c in ")}]")
+        if depth < 0:
+            break
+        found = [*found, ""] if c == "," and depth == 0 else [*found[:-1], found[-1] + c]
+    return found
+
+
+@check
+def notices():
+    """Follows what is shown back through variables, parameters and results, by their names."""
+    units = {}
+    for path in sorted(files("src", suffixes={".cpp", ".h"})):
+        units[path.with_suffix("")] = units.get(path.with_suffix(""), "") + skeleton(path)
+
+    def passed(pattern, first, last=None, among=None):
+        return [(unit, value) for unit, text in (among or units).items() for call in re.finditer(rf"(?:{pattern})[({{]", text)
+                for value in arguments(text, call.end())[first:last]]
+
+    qml = "".join((ROOT / path).read_text() for path in files("qml", suffixes={".qml"}))
+    shown = re.findall(r"\.(\w+)", " ".join(re.findall(VISIBLE, qml)))
+    waiting = [(unit, name) for unit, text in units.items() for name in re.findall(r"\(QString (\w+) READ", text) if name in shown]
+    waiting += [each for pattern, first in SHOWS.items() for each in passed(pattern, first)]
+    seen = set()
+    while waiting:
+        unit, value = waiting.pop()
+        if re.search(UNTRANSLATED, value):
+            yield f"{unit}: a person would read an untranslated text: {value.strip()}"
+        for name in set(re.findall(r"\b[a-z]\w+\b", value)) - {each for where, each in seen if where == unit}:
+            seen.add((unit, name))
+            own = {unit: units[unit]}
+            if re.search(rf"\b(?:QString|constexpr auto) &?{name}\b", own[unit]):
+                waiting += [(unit, each) for each in re.findall(rf"\b{name} \+?= ([^;{{}}]*)", own[unit])]
+            for function, before in re.findall(rf"\b(\w+)\(([^(){{}};]*)\bQString &?{name}\b[^;{{}}]*\{{", own[unit]):
+                at = before.count(",")
+                waiting += passed(rf"[.>:]{function}", at, at + 1) + passed(rf"\b{function}", at, at + 1, own)
+            for each, text in units.items():
+                owner = r"(?:\w+::)?" if each == unit else r"\w+::"
+                for found in re.finditer(rf"\bQString {owner}{name}\([^;{{}}]*\{{", text):
+                    results = re.findall(r"\breturn ([^;]*);", ",".join(arguments(text, found.end())))
+                    waiting += [(each, result) for result in results]
 
 
 @check

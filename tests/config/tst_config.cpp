@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "config/config.h"
+#include "config/effectivesettings.h"
 #include "config/keys.h"
 #include "config/refreshgrid.h"
 #include "config/settingstable.h"
@@ -64,22 +65,26 @@ private Q_SLOTS:
         const QStringList noNumbers
             = R"(|abc|20.5|20, 21|@Invalid()|@ByteArray(\xff\0)|@Rect(1 2))"_s.split(
                 QLatin1Char('|'));
+        // Lists and maps, their type as an octal digit, spelt with escapes, and over two lines.
         const QStringList damaged
-            = R"(@Variant(\0\0\0\x7f\xff)|@Variant(\0\0\0\v\xff\0\0\0))"_s.split(QLatin1Char('|'));
+            = R"(@Variant(\0\0\0\x7f\xff)|@Variant(\0\0\0\v\xff\0\0\0)|@Variant(\0\0\0\013))"
+              R"(|@V\x61r\151a"n"t(\0\0\0\t)|@Varia\#nt(\0\0\0\b))"_s
+                  .replace(QLatin1Char('#'), QLatin1Char('\n'))
+                  .split(QLatin1Char('|'));
         for (const Setting &setting : settingsTable()) {
+            if (setting.isNumber())
+                addAll(setting.key, noNumbers + damaged, setting.fixedDefault.toInt());
             if (setting.type != Setting::Type::Number)
                 continue;
-            addAll(setting.key, noNumbers + damaged, setting.fixedDefault.toInt());
             for (const int bound : { setting.minimum, setting.maximum }) {
                 const qint64 beyond = bound + (bound == setting.minimum ? -1LL : 1LL);
                 addAll(setting.key, { QString::number(bound), QString::number(beyond) }, bound);
             }
         }
-        addAll(keys::tallyxMode, noNumbers + QStringList { "99999999999"_s, "3"_s, "-1"_s }, 1);
-        addAll(keys::preferredTpRegMode, { "abc"_s }, 0);
+        addAll(keys::tallyxMode, { "99999999999"_s, "3"_s, "-1"_s }, 1);
         addAll(keys::preferredTpRegMode, { "3"_s, "-1"_s }, 1);
         addAll(keys::preferredTpRegMode, { "2"_s }, 2);
-        add("initialItem"_s, "defaultView=abc"_s, "Default.qml"_s);
+        add("initialItem"_s, "defaultView=0"_s, "Default.qml"_s);
         for (const auto &line : { ""_s, "defaultView=2"_s, "defaultView=-1"_s })
             add("initialItem"_s, line, "LectureRoom.qml"_s);
         add("tpRegModeQR"_s, "tpRegModeQR=maybe"_s, "true"_s);
@@ -106,6 +111,27 @@ private Q_SLOTS:
         log().allow("QVariant::load"_s); // Qt's own complaint
         log().allow("Removing 1 damaged lines"_s);
         QTEST(valueOf(*config, at("name")), "expected");
+    }
+
+    void warnsOnceOfWhatIsNoNumber()
+    {
+        log().allow(" is no whole number, using "_s);
+        settings::startWith("tallyxMode=http://me:secret@x\nrefreshInterval=1, 2\nfontBaseSize="_s
+                            + QString(101, QLatin1Char('9')));
+        warnOfSettings();
+        for (const char *value : { R"("a\n")", "null", "1.5", "true", "3" }) {
+            const QByteArray json = R"({"settings":{"defaultView":)" + QByteArray(value) + "}}";
+            Config::instance()->applyConfiguration(QJsonDocument::fromJson(json));
+            warnOfSettings();
+            warnOfSettings();
+        }
+        QCOMPARE(log().lines().filter("Setting "_s).join(QLatin1Char('|')),
+                 R"(Setting tallyxMode: "http://********@x" is no whole number, using 2|)"
+                 R"(Setting fontBaseSize: a text of 101 characters is no whole number, using 12|)"
+                 R"(Setting refreshInterval: "1, 2" is no whole number, using 300|)"
+                 R"(Setting defaultView: "a\n" is no whole number, using 1|)"
+                 R"(Setting defaultView: "1.5" is no whole number, using 1|)"
+                 R"(Setting defaultView: "true" is no whole number, using 1)"_s);
     }
 
     void storesOnlyWhatDiffers_data()
@@ -137,7 +163,8 @@ private Q_SLOTS:
         row("10 s ahead", QTime(10, 4, 50, 500), 300, 10000);
         row("less than 10 s ahead", QTime(10, 4, 50, 501), 300, 309999);
         row("shortest interval", QTime(10, 4, 45), 30, 15500);
-        row("no part of the day", QTime(23, 59), 1000, 660500);
+        row("no part of the day", QTime(23, 59), 1000, 60500);
+        row("just before midnight", QTime(23, 59, 59, 999), 300, 501);
     }
 
     void refreshesAtTheNextPointOfTheGrid()

@@ -97,7 +97,8 @@ class CommandLine(unittest.TestCase):
         self.assertEqual(status, 1)
         self.assertNotRegex(text, r"\x1b|^ok +token")
         self.assertNotRegex(text, "p@s|s/s@")
-        self.assertRegex(text, r"(?m)^tallyxMode = \d \(stored: 1.5\)")
+        self.assertRegex(text, r"(?m)^tallyxMode = 2 \(stored: 1.5\)")
+        self.assertIn('note    setting tallyxMode: "1.5" is no whole number, using 2', text)
         self.assertRegex(text, r"(?m)^attendanceEnabled = true \(stored: maybe\)")
         self.assertEqual(path.stat().st_mode & 0o777, 0o644)
 

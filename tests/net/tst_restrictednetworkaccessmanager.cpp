@@ -127,7 +127,7 @@ private:
         return std::unique_ptr<QObject>(component.create());
     }
 
-    RestrictedNetworkAccessManagerFactory m_factory { RequestLimits { 5s, 1s, 5000 } };
+    RestrictedNetworkAccessManagerFactory m_factory { RequestLimits { 5s, 2s, 5000 } };
     std::unique_ptr<QQmlEngine> m_engine;
 };
 

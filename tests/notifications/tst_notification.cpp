@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: The Lumenboard developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "notifications/notification.h"
+#include "notifications/notificationhandle.h"
+#include "support/notices.h"
 #include "support/testcase.h"
 
 #include <QDeadlineTimer>
@@ -87,6 +88,20 @@ private Q_SLOTS:
             const bool restarts = qstrcmp(property.name(), "timeout") == 0;
             QVERIFY2(changes.count() == (restarts ? 2 : 1), property.name());
         }
+    }
+
+    void showsARepeatedErrorOnce()
+    {
+        QCOMPARE(notices().length(), 0);
+        const auto repeat = [] {
+            NotificationHandle::showError("Error"_s, "Again"_s, 60000);
+            return notice();
+        };
+        Notification *error = repeat();
+        error->findChild<QTimer *>()->start(1000);
+        QVERIFY(repeat() == error && error->remainingTime() > 1000);
+        error->setTimeout(0); // somebody wants to read it
+        QVERIFY(repeat() == error && error->timeout() == 0 && notices().length() == 1);
     }
 
     void deletesButtonsOfItsOwn()

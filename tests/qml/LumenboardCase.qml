@@ -47,9 +47,9 @@ TestCase {
         return Object.assign(object, properties);
     }
 
-    /** A schedule of room 1 with an event per hour; the second is on now. */
-    function schedule(titles) {
-        const time = i => new Date(Date.now() + (i - 1.5) * 3600000).toISOString();
+    /** A schedule of room 1 with an event per hour; the second is on @p hours from now. */
+    function schedule(titles, hours = 0) {
+        const time = i => new Date(Date.now() + (hours + i - 1.5) * 3600000).toISOString();
         const events = titles.map((title, i) => `<event id="${i + 1}"><title>${title}</title><start>${time(i)}</start><end>${time(i + 1)}</end><locationId>1</locationId></event>`);
         return `<schedule><locations><location id="1" displayOrder="1"><name>Hörsaal</name><shortName>H</shortName></location></locations><events>${events.join("")}</events></schedule>`;
     }

@@ -42,5 +42,31 @@ LumenboardCase {
         }
     }
 
+    function test_everyWordCanBeRead_data() {
+        const audiences = Array.from({ length: 40 }, (_, i) => "Bauingenieurwesen, Semester " + i).join(", ");
+        return [
+            { tag: "description", event: { description: longTitle.repeat(20) } },
+            { tag: "audiences", event: { mAudiencesStr: audiences, description: "Worum es geht" } },
+            { tag: "all", event: { title: longTitle.repeat(20), speakers: longTitle, mAudiencesStr: audiences, oAudiencesStr: audiences, description: longTitle.repeat(20) } },
+        ];
+    }
+
+    function test_everyWordCanBeRead(data) {
+        const item = make("components/EventDetail.qml", { event: Object.assign({}, bare, data.event), scrolls: true, width: 840, height: 500 });
+        let taps = 0;
+        item.tapped.connect(() => taps += 1);
+        waitForRendering(root);
+        const lines = all(item, each => isText(each) && each.visible);
+        const isCut = each => each.truncated || each.mapToItem(item, 0, each.height).y > item.height;
+        const before = lines.filter(isCut);
+        compare([before.some(each => each.truncated), before.length > 0], [false, true]);
+        for (let i = 0; i < 100 && !item.scrolled.atYEnd; ++i)
+            mouseDrag(item, 400, 400, 0, -300);
+        tryVerify(() => !item.scrolled.moving && item.scrolled.atYEnd);
+        compare([lines.filter(isCut), taps], [[], 0]);
+        mouseClick(item, 400, 400);
+        compare(taps, 1);
+    }
+
     name: "EventDetail"
 }

@@ -50,8 +50,13 @@ LumenboardCase {
             verify(isShown(text), text);
         for (const text of data.hidden)
             verify(!isShown(text), text);
-        compare(readable(view).some(text => /^\d\d:\d\d - \d\d:\d\d Uhr$/.test(text)), data.shown.includes("B"));
+        compare(readable(view).some(text => /^\d\d:\d\d\W+\d\d:\d\d\sUhr$/.test(text)), data.shown.includes("B"));
         compare(find(view, item => String(item.color) === "#ff0000").visible, false);
+    }
+
+    function test_headsTheListWithItsDay() {
+        verify(bench.show(schedule(["A"], 72)));
+        compare(readable(list)[0], LBAPI.config.plenarLocation.events[0].startDateStr);
     }
 
     function test_tapClosesTheCarousel_data() {
@@ -74,6 +79,8 @@ LumenboardCase {
 
     function test_swipeTurnsThePage() {
         open(2);
+        mouseDrag(pages, 300, 300, 0, 200);
+        compare(carousel.shown, true);
         mousePress(pages, 1000, 300);
         for (let x = 950; x >= 200; x -= 50)
             mouseMove(pages, x, 300, 5);
@@ -88,6 +95,23 @@ LumenboardCase {
         open(3);
         LBAPI.config.plenarLocation.eventsChanged();
         compare([list.contentY, pages.currentIndex, carousel.shown], [scrolled, 3, true]);
+    }
+
+    function test_staysWhereTheVisitorReadsWhenDataCome() {
+        const detail = () => pages.currentItem.detail;
+        const day = schedule(["A", "B", "C", "Wort ".repeat(400)]);
+        verify(bench.show(day));
+        carousel.open(3);
+        tryCompare(carousel, "scale", 1);
+        mouseDrag(pages, 600, 500, 0, -300);
+        tryVerify(() => detail().scrolled.contentY > 100 && !detail().scrolled.moving);
+        const place = detail().scrolled.contentY;
+        verify(bench.show(day));
+        waitForRendering(view);
+        compare([pages.currentIndex, detail().scrolled.contentY], [3, place]);
+        mouseClick(pages, 600, 500);
+        tryCompare(carousel, "visible", false);
+        compare(detail().scrolled.contentY, 0);
     }
 
     name: "LectureRoom"

@@ -49,14 +49,15 @@ LumenboardCase {
     }
 
     function test_responses_data() {
-        const failed = (route, fault) => ({ tag: route + " " + fault, route: route, fault: fault, username: route === "registration" ? "kim" : "", shown: "Die Anfrage ist fehlgeschlagen." });
+        const failed = (route, fault, reason) => ({ tag: route + " " + fault, route: route, fault: fault, username: route === "registration" ? "kim" : "", shown: "Die Anfrage ist fehlgeschlagen.\n\n" + reason });
+        const reasons = { "server-error": "Der Dienst ist gestört (Fehler 500).", "captive-portal": "Die Antwort des Dienstes ist unlesbar." };
         return [
             { tag: "card of somebody", tid: "0A1B2C3D", shown: "Erika Beispiel" },
             { tag: "right password", username: "kim", shown: "zugeordnet" },
             { tag: "wrong password", username: "mia", shown: "Benutzername oder Passwort ist falsch.", isForm: true },
             { tag: "locked", username: "robin", shown: "gesperrt" },
-            failed("registration-status", "server-error"),
-            ...["server-error", "hang", "drip", "drop", "captive-portal", "redirect-away", "oversize"].map(fault => failed("registration", fault)),
+            failed("registration-status", "wrong-credentials", "Der Dienst lässt dieses Gerät nicht zu (Fehler 401)."),
+            ...["server-error", "hang", "drip", "drop", "captive-portal", "redirect-away", "oversize"].map(fault => failed("registration", fault, reasons[fault] || "")),
         ];
     }
 
@@ -99,6 +100,41 @@ LumenboardCase {
             mouseClick(field(each));
             tryCompare(field("username"), "visible", !data.isKeyboard);
         }
+    }
+
+    function test_brokenQrCode_data() {
+        const codes = { "missing": undefined, "relative": "/q.png", "of another host": "http://other.example/q.png", "not there": "SERVICE/q.png", "no image": "data:image/png,x" };
+        return Object.keys(codes).map(tag => ({ tag: tag, code: codes[tag] }));
+    }
+
+    function test_brokenQrCode(data) {
+        const broken = "Der QR-Code kann nicht angezeigt werden.";
+        open({ preferredTpRegMode: 0 });
+        scan();
+        tryVerify(() => page.transponderStatus);
+        page.transponderStatus = { owned: false, qrCode: data.code && data.code.replace("SERVICE", LBAPI.config.quirlUrl) };
+        tryVerify(() => shows(broken));
+        mouseClick(field("useKeyboard"));
+        tryVerify(() => field("username").visible);
+        mouseClick(field("useQrCode"));
+        tryVerify(() => shows(broken));
+        mouseClick(field("reload"));
+        tryVerify(() => shows("Bitte scannen Sie den QR-Code"));
+        bench.takeWarnings(); // of the images
+    }
+
+    function test_rowSlidesWhenItsItemsChange() {
+        open();
+        const row = find(page, item => item.slides !== undefined);
+        waitForRendering(page);
+        const centred = () => Math.abs(row.x - (page.width - row.width) / 2) < 1;
+        verify(centred());
+        const start = row.x;
+        const passed = [];
+        row.xChanged.connect(() => passed.push(row.x));
+        scan("0A1B2C3D");
+        tryVerify(() => row.x < start && centred());
+        verify(passed.some(x => x < start - 5 && x > row.x + 5), passed);
     }
 
     function test_leavesNothingBehind_data() {

@@ -29,14 +29,13 @@ LumenboardCase {
 
     function test_states_data() {
         const codes = ["https://x.example/q.png", "data:image/svg+xml," + " ".repeat(5000)];
-        const status = (data, state, properties) => ({ tag: "status " + String(JSON.stringify(data)).slice(0, 50), responses: [data], state: state, properties: properties });
+        const status = (data, state, properties, code) => ({ code: code, tag: "status " + String(JSON.stringify(data)).slice(0, 50), responses: [data], state: state, properties: properties });
         const login = (data, state) => ({ tag: "log-in " + JSON.stringify(data), responses: [{ owned: false }, data], state: state, properties: { useKeyboard: true } });
         return [
             status({ owned: true }, "Owned"),
             status({ owned: false }, "ByLogin", { useKeyboard: true }),
-            ...codes.map(each => status({ owned: false, qrCode: each }, "ByPhone")),
-            ...codes.map(each => status({ qrCode: each, owned: false }, "Failed", { hasQrCodeFailed: true })),
-            ...["file:///etc/passwd", "qrc:/icons/info.svg", "javascript:1", 5, null].map(each => status({ owned: false, qrCode: each }, "Failed")),
+            ...codes.map(each => status({ owned: false, qrCode: each }, "ByPhone", {}, each)),
+            ...["file:///etc/passwd", "qrc:/icons/info.svg", "javascript:1", "/q.png", 5, null, undefined].map(each => status({ owned: false, qrCode: each }, "ByPhone", {}, "")),
             ...[undefined, null, 5, [{ owned: false }], {}, { owned: 1 }].map(each => status(each, "Failed")),
             login({ error: null }, "Registered"),
             login({ error: "login" }, "ByLogin"),
@@ -56,6 +55,8 @@ LumenboardCase {
             respond(response);
         }
         compare(flow.state, RegistrationFlow[data.state]);
+        if (data.code !== undefined)
+            compare(flow.qrCode, data.code);
         if (data.state === "Failed") {
             flow.retry();
             compare([flow.state, requests.length], [data.responses.length === 1 ? RegistrationFlow.Checking : RegistrationFlow.ByLogin, 2]);

@@ -17,15 +17,17 @@ class TestEventData : public TestCase
 private Q_SLOTS:
     void fetchesUnderAnyFault_data()
     {
-        columns<Fault, QString>("fault", "message");
+        columns<Fault, QString, QString>("fault", "message", "shown");
         const QString fetching = "failed to fetch eventdata: (%1) "_s;
         const QString canceled = fetching.arg(QNetworkReply::OperationCanceledError);
-        row("none", Fault::None, "No error"_s);
-        row("huge", Fault::Huge, "No error"_s);
-        row("entity bomb", Fault::EntityBomb, "Error reading event data: (2) "_s);
-        row("not found", Fault::NotFound, fetching.arg(QNetworkReply::ContentNotFoundError));
-        row("oversize", Fault::Oversize, canceled);
-        row("drip", Fault::Drip, canceled);
+        row("none", Fault::None, "No error"_s, "");
+        row("huge", Fault::Huge, "No error"_s, "");
+        row("entity bomb", Fault::EntityBomb, "Error reading event data: (2) "_s,
+            "The schedule is damaged and therefore incomplete.");
+        row("not found", Fault::NotFound, fetching.arg(QNetworkReply::ContentNotFoundError),
+            "\nThe service does not find what it was asked for (error 404).");
+        row("oversize", Fault::Oversize, canceled, "is incomplete.");
+        row("drip", Fault::Drip, canceled, "is incomplete.");
     }
 
     void fetchesUnderAnyFault()
@@ -58,6 +60,7 @@ private Q_SLOTS:
         QCOMPARE(errors.count(), fails ? 1 : 0);
         QCOMPARE(data.error(), fails);
         QVERIFY2(data.errorMessage().startsWith(message), qPrintable(data.errorMessage()));
+        QCOMPARE(data.shownError().right(at("shown").size()), at("shown"));
         QCOMPARE(log().lines().filter(message).size(), fails ? 1 : 0);
         QVERIFY(fails || !data.objects().events.isEmpty());
         QCOMPARE(services().requestCount(Route::Schedule), 1);

@@ -48,7 +48,7 @@ private Q_SLOTS:
         boundary.setClock([&now] { return now; });
         boundary.watch(data->location(3));
         auto *timer = boundary.findChild<QTimer *>();
-        QCOMPARE(timer->interval(), 60000);
+        QCOMPARE(timer->interval(), 3600000);
         const auto wakeUp = [&](const QTime &time) {
             now.setTime(time);
             QMetaObject::invokeMethod(timer, "timeout");
@@ -56,10 +56,10 @@ private Q_SLOTS:
                 .arg(timer->isActive() ? timer->interval() : -1);
         };
         QCOMPARE(wakeUp(QTime(9, 59, 59, 500)), "0 changes, next in 500"_s);
-        QCOMPARE(wakeUp(QTime(10, 0)), "1 changes, next in 60000"_s);
+        QCOMPARE(wakeUp(QTime(10, 0)), "1 changes, next in 7200001"_s);
         QCOMPARE(wakeUp(QTime(12, 0)), "1 changes, next in 1"_s);
-        QCOMPARE(wakeUp(QTime(12, 0, 0, 1)), "2 changes, next in 60000"_s);
-        QCOMPARE(wakeUp(QTime(9, 0)), "3 changes, next in 60000"_s); // the clock was set back
+        QCOMPARE(wakeUp(QTime(12, 0, 0, 1)), "2 changes, next in -1"_s);
+        QCOMPARE(wakeUp(QTime(9, 0)), "3 changes, next in 3600000"_s); // the clock was set back
         data.reset();
         QCOMPARE(wakeUp(QTime(10, 0)), "3 changes, next in -1"_s);
     }

@@ -36,7 +36,7 @@ protected:
             throw AttendanceErrorException("no record"_s);
     }
     void logResendFailure(const Failure &) const override { }
-    [[nodiscard]] QString logRemovalFailure(const QString &reason) const override { return reason; }
+    [[nodiscard]] QString logRemovalFailure(const Failure &) const override { return {}; }
 };
 
 } // namespace
@@ -68,7 +68,7 @@ private Q_SLOTS:
         const int inFlight = 3; // beside the last one
         const int tries = at<int>("tries") + inFlight;
         FakeQueue queue(m_spool);
-        const RecordOutcome failed { Failure::temporary({}), at<bool>("isAnswered") };
+        const RecordOutcome failed { Failure::temporary({}, {}), at<bool>("isAnswered") };
         runPass(queue, failed, tries);
         QVERIFY(isDueIn(queue, 300s));
         queue.processIn(600s);

@@ -73,7 +73,7 @@ private Q_SLOTS:
         QVERIFY2(text.startsWith("failed to create file \"%1\": 5 "_s.arg(missing)),
                  qPrintable(text));
         const auto problem = Spool::remove(m_folder->path());
-        QVERIFY(problem && problem->startsWith(m_folder->path() + QLatin1Char(' ')));
+        QVERIFY(problem && problem->text.startsWith(m_folder->path() + QLatin1Char(' ')));
         settings::write(path("file"), {});
         settings::set("spoolDir"_s, path("file"));
         log().expect("can not be listed."_s);

@@ -26,12 +26,24 @@ namespace {
     };
 
     constexpr Folder configFolder { "XDG_CONFIG_HOME", "config" };
+    constexpr Folder runtimeFolder { "XDG_RUNTIME_DIR", "run" };
     constexpr std::array<Folder, 4> folders { {
         configFolder,
         { "XDG_DATA_HOME", "data" },
         { "XDG_CACHE_HOME", "cache" },
-        { "XDG_RUNTIME_DIR", "run" },
+        runtimeFolder,
     } };
+
+    /** Names the compositor's socket by its path, as the kiosk gets another runtime folder. */
+    void keepCompositor(QProcessEnvironment &environment)
+    {
+        const QString variable = QStringLiteral("WAYLAND_DISPLAY");
+        const QString socket = environment.value(variable);
+        if (!socket.isEmpty())
+            environment.insert(
+                variable,
+                QDir(environment.value(QLatin1String(runtimeFolder.variable))).filePath(socket));
+    }
 
 } // namespace
 
@@ -93,6 +105,7 @@ bool KioskRunner::prepare(const QMap<QString, QString> &settings)
 void KioskRunner::start(const QString &program, const QStringList &arguments)
 {
     auto environment = QProcessEnvironment::systemEnvironment();
+    keepCompositor(environment);
     for (const Folder &each : folders)
         environment.insert(QLatin1String(each.variable), folder(QLatin1String(each.name)));
     for (auto each = m_variables.begin(); each != m_variables.end(); ++each)
