@@ -28,6 +28,17 @@ QThread &attendanceThread()
     return *thread;
 }
 
+/** Lives in the attendance thread, and on while the thread is not running. */
+QObject &threadProbe()
+{
+    static auto *probe = [] {
+        auto *object = new QObject;
+        object->moveToThread(&attendanceThread());
+        return object;
+    }();
+    return *probe;
+}
+
 /** What the worker tells of the reader and of the end of logging. */
 void wireReadiness(const AttendanceWorker *worker)
 {
@@ -74,4 +85,12 @@ void stopAttendanceThread()
                                         "attendance worker thread" };
     if (stopWorkerThread(attendanceThread(), texts) == ThreadEnd::NotRunning)
         qDebug() << "Attendance worker thread is not running.";
+}
+
+void askAttendanceThread(const std::function<void()> &answer)
+{
+    if (s_isLoggingStopped) // after a rebuild of the window the thread does not run
+        answer();
+    else
+        QMetaObject::invokeMethod(&threadProbe(), answer, Qt::QueuedConnection);
 }

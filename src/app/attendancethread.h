@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include <functional>
+
 /**
  * Starts the thread of the card reader with a new worker. It starts and ends with each window, so
  * that a rebuild restarts reader and queues. Returns false if the thread is running already or
@@ -15,3 +17,9 @@ bool startAttendanceThread();
  * left behind; the thread is not started again while it runs. GUI thread.
  */
 void stopAttendanceThread();
+
+/**
+ * Calls @p answer in the attendance thread as soon as that thread gets to it, or at once in the
+ * caller's if logging was stopped for good. GUI thread.
+ */
+void askAttendanceThread(const std::function<void()> &answer);

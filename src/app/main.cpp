@@ -11,6 +11,7 @@
 #include "config/config.h"
 #include "config/effectivesettings.h"
 #include "net/addresswarnings.h"
+#include "supervision/journal.h"
 
 #include <QGuiApplication>
 
@@ -35,6 +36,7 @@ namespace {
 
 int main(int argc, char *argv[])
 {
+    prepareJournal();
     installLogLimit();
     prepareEnvironment();
     if (const auto status = runCommandLine(argc, argv))

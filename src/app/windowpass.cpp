@@ -8,9 +8,11 @@
 #include "app/exitwatchdog.h"
 #include "app/inputeventmonitor.h"
 #include "app/quickwindow.h"
+#include "app/servicereport.h"
 #include "app/terminationsignals.h"
 #include "base/connections.h"
 #include "config/config.h"
+#include "supervision/servicemanager.h"
 
 #include <QDebug>
 #include <QGuiApplication>
@@ -66,10 +68,13 @@ int runWindowPass(const TerminationSignals &termination)
 
     startAttendanceThread();
     window.reload();
+    reportToServiceManager(window);
     showWindow(window);
     const int code = QGuiApplication::exec();
-    if (isLastPass())
+    if (isLastPass()) {
+        servicemanager::stopping();
         exitwatchdog::limitTimeToEnd();
+    }
     return code;
 }
 

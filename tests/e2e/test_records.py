@@ -7,7 +7,9 @@ Usage: test_records.py KIOSK SIMULATOR SLOW_DISK [TEST...]
 
 import collections
 import os
+import select
 import signal
+import socket
 import sys
 import tempfile
 import time
@@ -105,6 +107,34 @@ class Records(unittest.TestCase):
                 self.assertIn(end, self.screen.output())
                 if commands is burst:
                     self.assertEqual(len(os.listdir(self.spool)), sum(self.count(r"Logging (\d+)").values()))
+
+    def test_tells_the_service_manager_whether_it_lives(self):
+        manager = self.enterContext(socket.socket(socket.AF_UNIX, socket.SOCK_DGRAM))
+        manager.bind(f"{self.home}/manager")
+        manager.settimeout(30)
+
+        def read_until(text):
+            states = [manager.recv(4096).decode()]
+            while text not in states[-1]:
+                states.append(manager.recv(4096).decode())
+            return states
+
+        self.start("--run", "sh", "--", "-c", """export JOURNAL_STREAM=$(stat -Lc %d:%i /proc/self/fd/2)
+                   echo kiosk is $$; LD_PRELOAD="$LD_PRELOAD $1" exec "$0" """, KIOSK, SLOW_DISK,
+                   NOTIFY_SOCKET=f"{self.home}/manager", WATCHDOG_USEC="1000000", SYNC_MS="800", DATA_SYNC_MS="0")
+        self.assertEqual(read_until("WATCHDOG=1")[0], "READY=1")
+        read_until(', all well.')
+        read_until("WATCHDOG=1")
+        self.screen.command("tap 0A1B2C3D")
+        self.wait_for(r"^<3>No sign of life: .*attendance worker")
+        while select.select([manager], [], [], 0)[0]:
+            manager.recv(4096)
+        read_until("WATCHDOG=1")  # the line below comes first, while the worker hangs it cannot
+        self.screen.wait_for("^<4>All parts answer again", seconds=2)
+        os.kill(int(self.wait_for(r"kiosk is (\d+)")[0][1]), signal.SIGTERM)
+        read_until("STOPPING=1")
+        self.assertEqual(self.screen.wait(), 0)
+        self.assertEqual(self.screen.find("^<7>"), [])
 
     def test_bounds_what_a_reader_writes_to_the_log(self):
         self.start("--configuration", '{"%s": 1}' % ("ä" * 999), "--run", KIOSK, LUMENBOARD_LOG_LINES="")

@@ -1,0 +1,121 @@
+// SPDX-FileCopyrightText: The Lumenboard developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "app/servicereport.h"
+
+#include "api/lbapi.h"
+#include "app/attendancethread.h"
+#include "app/quickwindow.h"
+#include "config/config.h"
+#include "supervision/heartbeat.h"
+#include "supervision/servicemanager.h"
+
+#include <QPointer>
+#include <QRunnable>
+
+#include <utility>
+
+namespace {
+
+bool s_isReady = false;
+
+/** Answers when the render thread runs it, or drops it since there is nothing to render. */
+class RenderAnswer : public QRunnable
+{
+public:
+    explicit RenderAnswer(Heartbeat::Answer answer)
+        : m_answer(std::move(answer))
+    {
+    }
+    Q_DISABLE_COPY_MOVE(RenderAnswer)
+    ~RenderAnswer() override { m_answer(); }
+
+    void run() override { }
+
+private:
+    Heartbeat::Answer m_answer;
+};
+
+void watchWindow(Heartbeat &heartbeat, QuickWindow &window)
+{
+    heartbeat.watch(QStringLiteral("render thread"),
+                    [window = QPointer<QuickWindow>(&window)](const Heartbeat::Answer &answer) {
+                        auto *job = new RenderAnswer(answer);
+                        if (window)
+                            window->scheduleRenderJob(job, QQuickWindow::NoStage);
+                        else
+                            delete job; // the next window is not there yet
+                    });
+}
+
+/** Never destroyed, since a worker that was left behind may still answer. */
+Heartbeat *heartbeat()
+{
+    static auto *heartbeat = []() -> Heartbeat * {
+        const auto limit = servicemanager::lifeSignLimit();
+        if (!limit)
+            return nullptr;
+        auto *object = new Heartbeat(*limit / 3, &servicemanager::alive);
+        object->watch(QStringLiteral("attendance worker"), &askAttendanceThread);
+        return object;
+    }();
+    return heartbeat;
+}
+
+QString statusText()
+{
+    LBAPI *api = LBAPI::instance();
+    QStringList parts {
+        QStringLiteral("Screen of \"%1\"").arg(Config::instance()->locationName())
+    };
+    if (api->eventData()->error())
+        parts << QStringLiteral("the schedule failed");
+    else if (!api->scheduleAsOf().isEmpty())
+        parts << QStringLiteral("the schedule is out of date");
+    if (!api->cardWarning().isEmpty())
+        parts << QStringLiteral("cards are not read");
+    if (parts.size() == 1)
+        parts << QStringLiteral("all well");
+    return parts.join(QStringLiteral(", ")) + QLatin1Char('.');
+}
+
+void updateStatus()
+{
+    static QString last;
+    const QString text = statusText();
+    if (std::exchange(last, text) != text)
+        servicemanager::status(text);
+}
+
+void reportReady()
+{
+    servicemanager::ready();
+    if (Heartbeat *beat = heartbeat())
+        beat->start();
+    LBAPI *api = LBAPI::instance();
+    for (const auto signal : { &LBAPI::scheduleAsOfChanged, &LBAPI::cardWarningChanged })
+        QObject::connect(api, signal, api, &updateStatus);
+    QObject::connect(api, &LBAPI::eventDataChanged, api, &updateStatus);
+    QObject::connect(Config::instance(), &Config::locationNameChanged, api, &updateStatus);
+    updateStatus();
+}
+
+} // namespace
+
+void reportToServiceManager(QuickWindow &window)
+{
+    if (!qEnvironmentVariableIsSet("NOTIFY_SOCKET"))
+        return;
+    if (Heartbeat *beat = heartbeat())
+        watchWindow(*beat, window);
+    if (s_isReady)
+        return;
+    // The signal comes from the render thread. A view that failed to load shows nothing.
+    QObject::connect(&window, &QQuickWindow::frameSwapped, &window, [&window] {
+        if (s_isReady || window.status() != QQuickView::Ready)
+            return;
+        s_isReady = true;
+        QObject::disconnect(&window, &QQuickWindow::frameSwapped, &window, nullptr);
+        reportReady();
+    });
+}
