@@ -216,7 +216,7 @@ def file_length():
 
 
 # The layers of src, lowest first. A file includes files of lower layers and of its own folder only.
-LAYERS = [{"base"}, {"config"}, {"net"}, {"remoteconfig", "schedule", "notifications"}, {"api", "spool"},
+LAYERS = [{"base", "supervision"}, {"config"}, {"net"}, {"remoteconfig", "schedule", "notifications"}, {"api", "spool"},
           {"attendance", "presence"}, {"reader"}, {"app"}]
 # These include each other: an event knows its location, a location its events.
 MUTUAL = {"schedule/event", "schedule/eventaudience", "schedule/eventdata", "schedule/eventlocation",
