@@ -69,10 +69,10 @@ class Week:
         self.faults = {}  # of the routes: the number of bursts that each lasts
         self.periods = [[]]  # the cards between two openings of the reader
         self.cards = self.sampled_cards = self.sampled_bytes = 0
-        self.wait_for_kiosk(1)
+        self.wait_for_kiosk(1, 0)
 
-    def wait_for_kiosk(self, number):
-        since = self.log.stat().st_size if number > 1 else 0
+    def wait_for_kiosk(self, number, since):
+        """Waits for the kiosk with this number, whose log begins behind `since`."""
         self.pid = int(self.screen.wait_for(r"kiosk is (\d+)", number)[-1][1])
         self.wait_for_reader(since)
 
@@ -154,9 +154,10 @@ class Week:
     def drain(self):
         """Restarts the kiosk, which then tries each record at once."""
         for restart in range(1, 4):
+            since = self.log.stat().st_size  # the next one can be there before this one's status is read
             os.kill(self.pid, signal.SIGTERM)
             self.screen.wait_for("status 0", restart)
-            self.wait_for_kiosk(restart + 1)
+            self.wait_for_kiosk(restart + 1, since)
             if wait_until(lambda: not any(map(self.waiting, self.spools))):
                 return
 
