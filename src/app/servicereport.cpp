@@ -87,6 +87,13 @@ void updateStatus()
         servicemanager::status(text);
 }
 
+/** The first schedule is shown while it loads, and may fail then. */
+void followSchedule(const EventData *schedule)
+{
+    QObject::connect(schedule, &EventData::errorChanged, LBAPI::instance(), &updateStatus);
+    updateStatus();
+}
+
 void reportReady()
 {
     servicemanager::ready();
@@ -95,9 +102,9 @@ void reportReady()
     LBAPI *api = LBAPI::instance();
     for (const auto signal : { &LBAPI::scheduleAsOfChanged, &LBAPI::cardWarningChanged })
         QObject::connect(api, signal, api, &updateStatus);
-    QObject::connect(api, &LBAPI::eventDataChanged, api, &updateStatus);
+    QObject::connect(api, &LBAPI::eventDataChanged, api, &followSchedule);
     QObject::connect(Config::instance(), &Config::locationNameChanged, api, &updateStatus);
-    updateStatus();
+    followSchedule(api->eventData());
 }
 
 } // namespace
