@@ -28,7 +28,7 @@ QThread &attendanceThread()
     return *thread;
 }
 
-/** Lives in the attendance thread, and on while the thread is not running. */
+/** Belongs to the attendance thread, whether that runs or not. */
 QObject &threadProbe()
 {
     static auto *probe = [] {

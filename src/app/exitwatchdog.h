@@ -11,7 +11,7 @@ namespace exitwatchdog {
 
 /** Starts the time limit; later calls change nothing. May be called in a signal handler. */
 void limitTimeToEnd();
-/** Takes the limit back. */
+/** Cancels the time limit. */
 void cancel();
 
 /** Names what the end waits for while this object exists, otherwise it is the GUI thread. */

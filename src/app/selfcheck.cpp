@@ -122,7 +122,7 @@ void SelfCheck::onConfiguration(QNetworkReply *reply)
     if (reply->error() != QNetworkReply::NoError) {
         m_report.add(Verdict::Bad, what, failureOf(*reply));
     } else if (!document.isObject()) {
-        m_report.add(Verdict::Bad, what, QStringLiteral("the answer is no JSON object"));
+        m_report.add(Verdict::Bad, what, QStringLiteral("the response is no JSON object"));
     } else {
         m_report.add(Verdict::Good, what, QStringLiteral("read"));
         applyToCopy(document);
@@ -223,7 +223,7 @@ void SelfCheck::checkConnection(const Service &service)
         end(Verdict::Bad, tls.isEmpty() ? socket->errorString() : tls);
     });
     QTimer::singleShot(m_limits.transferTimeout, socket,
-                       [end] { end(Verdict::Bad, QStringLiteral("no answer in time")); });
+                       [end] { end(Verdict::Bad, QStringLiteral("no response in time")); });
     connectTo(*socket, service.url);
 }
 

@@ -76,7 +76,7 @@ void prepareRendering()
     setDefaultVariable("QT_QPA_UPDATE_IDLE_TIME", "2"); // ms
 }
 
-/** Without it Qt takes 16 bits a pixel where they are offered, as by Mesa under Wayland. */
+/** Asks for 8 bits a colour. Qt would choose 16 bits a pixel, which Mesa offers under Wayland. */
 void prepareColours()
 {
     auto format = QSurfaceFormat::defaultFormat();

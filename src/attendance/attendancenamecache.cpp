@@ -4,6 +4,7 @@
 #include "attendance/attendancenamecache.h"
 
 #include "base/exceptions.h"
+#include "base/failure.h"
 #include "base/xmlguard.h"
 #include "config/config.h"
 #include "config/keys.h"
@@ -12,7 +13,6 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QSaveFile>
-#include <QStandardPaths>
 #include <QXmlStreamReader>
 #include <QXmlStreamWriter>
 
@@ -56,39 +56,33 @@ QString AttendanceNameCache::name(quint64 transponderId) const
 
 QString AttendanceNameCache::fileName()
 {
-    QString path = qEnvironmentVariable("LB_ATTENDANCE_NAME_CACHE_FILE");
-    if (path.isEmpty())
-        path = Config::instance()->text(keys::attendanceNameCacheFile);
-    if (path.isEmpty())
-        path = QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation)
-            + QLatin1String("/attendanceNameCache.xml");
-    return QFileInfo(path).absoluteFilePath();
+    return Config::instance()->dataPath("LB_ATTENDANCE_NAME_CACHE_FILE",
+                                        keys::attendanceNameCacheFile,
+                                        QStringLiteral("attendanceNameCache.xml"));
 }
 
 void AttendanceNameCache::save()
 {
     if (!m_isDirty)
         return;
-    try {
-        write();
+    if (const auto failure = catchFailure([this] { write(); }))
+        qWarning().noquote() << "Failed to save name cache:" << failure->text;
+    else
         m_isDirty = false;
-    } catch (const Exception &e) {
-        qWarning() << "Failed to save name cache:" << e.what();
-    }
 }
 
 void AttendanceNameCache::load()
 {
-    try {
+    const auto failure = catchFailure([this] {
         QFile file(fileName());
         if (!file.open(QIODevice::ReadOnly))
             throw Exception(
                 QStringLiteral("failed to open \"%1\": %2 %3")
                     .arg(file.fileName(), QString::number(file.error()), file.errorString()));
         read(file.readAll());
-    } catch (const Exception &e) {
-        qWarning() << "Failed to load name cache:" << e.what();
-    }
+    });
+    if (failure)
+        qWarning().noquote() << "Failed to load name cache:" << failure->text;
     m_isDirty = false;
 }
 

@@ -13,8 +13,6 @@
 #include <algorithm>
 #include <memory>
 
-using namespace std::chrono_literals;
-
 AttendanceQueue::AttendanceQueue(QNetworkAccessManager &manager, AttendanceNameCache &names,
                                  const RequestLimits &limits, QObject *parent)
     : RecordQueue(attendanceSpool(), parent)
@@ -150,8 +148,7 @@ void AttendanceQueue::onFailed(AttendanceRequest *request, const Failure &failur
         [title = tr("Error")] {
             return new Notification(Notification::LOADING, title, {}, 0, false, true);
         },
-        [message = failureText(isQueued, failure),
-         timeout = isQueued ? noticelimits::temporaryMs : noticelimits::staffMs,
+        [message = failureText(isQueued, failure), timeout = noticelimits::afterFailureMs(isQueued),
          type = isQueued ? Notification::WARNING : Notification::ERR](Notification &notice) {
             notice.set(type, notice.title(), message, timeout);
         });
@@ -163,7 +160,7 @@ void AttendanceQueue::onFailed(AttendanceRequest *request, const Failure &failur
 void AttendanceQueue::logFailure(const Failure &failure)
 {
     qCritical() << "Error logging attendance:" << false << failure.logText();
-    processIn(60s);
+    processSoon();
 }
 
 QString AttendanceQueue::failureText(bool isQueued, const Failure &failure)

@@ -13,7 +13,6 @@
 #include "net/http.h"
 
 #include <QDebug>
-#include <QFile>
 #include <QXmlStreamReader>
 #include <QXmlStreamWriter>
 
@@ -58,7 +57,7 @@ AttendanceRequest::AttendanceRequest(const QString &spoolPath, QObject *parent)
 
 bool AttendanceRequest::isOnDisk() const
 {
-    return !m_spoolPath.isEmpty() && QFile::exists(m_spoolPath);
+    return Spool::contains(m_spoolPath);
 }
 
 void AttendanceRequest::build()

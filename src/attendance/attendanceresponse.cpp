@@ -17,11 +17,10 @@
 
 namespace {
 
-constexpr int maxTextLength = 2000; // more does not fit a notice and would block the screen
-
 QString readText(QXmlStreamReader &reader)
 {
-    return reader.readElementText(QXmlStreamReader::SkipChildElements).left(maxTextLength);
+    return reader.readElementText(QXmlStreamReader::SkipChildElements)
+        .left(noticelimits::maxTextLength);
 }
 
 } // namespace

@@ -12,9 +12,9 @@
  * Tells once a minute that it is time to look at the clock: timers run on the monotonic clock and
  * notice neither a wall clock that was set nor a new time zone.
  *
- * It asks, because the kernel's notices would need one watch for the clock, one for the zone's link
- * and one for its target, and miss a machine that slept. One wake-up a minute covers them all. GUI
- * thread.
+ * It polls, because the kernel's notifications would need one watch for the clock, one for the
+ * zone's link and one for its target, and miss a machine that slept. One wake-up a minute covers
+ * them all. GUI thread.
  */
 class ClockWatch : public QObject
 {

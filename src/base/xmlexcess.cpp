@@ -62,7 +62,7 @@ private:
     std::initializer_list<std::string_view> m_wanted;
     XmlExcess m_excess;
     QByteArray m_copy;
-    const char *m_rest; ///< of the document, neither copied nor left out
+    const char *m_rest; ///< the part not processed yet
 };
 
 XmlExcess ExcessCutter::run()
@@ -97,7 +97,7 @@ XmlExcess ExcessCutter::run()
 
 void ExcessCutter::cutAttributes()
 {
-    int wantedLeft = 8; // for QXmlStreamReader to refuse one that is there twice
+    int wantedLeft = 8; // keep duplicates, so that QXmlStreamReader refuses them
     const char *at = std::find_if(m_tags.begin(), m_tags.last(), isSpace);
     for (;;) {
         const auto [name, end] = readAttribute(at, m_tags.last());

@@ -17,7 +17,7 @@ struct XmlExcess
 };
 
 /**
- * Cuts such attributes, but for those called one of @p wanted, and such elements out of @p xml,
- * which is UTF-8. Keeps the line numbers. Takes linear time whatever @p xml holds.
+ * Removes these elements, and these attributes except those named in @p wanted, from @p xml, which
+ * is UTF-8. Keeps the line numbers. Linear in the bytes of @p xml.
  */
 [[nodiscard]] XmlExcess cutExcess(QByteArray &xml, std::initializer_list<std::string_view> wanted);

@@ -11,8 +11,11 @@
 
 #include <QCoreApplication>
 #include <QDebug>
+#include <QDir>
+#include <QFileInfo>
 #include <QJsonObject>
 #include <QPointer>
+#include <QStandardPaths>
 #include <QTime>
 
 #include <algorithm>
@@ -96,6 +99,17 @@ QVariant Config::value(const QString &key) const
 QVariant Config::value(const QString &key, const QVariant &defaultValue) const
 {
     return m_settings.value(key, defaultValue);
+}
+
+QString Config::dataPath(const char *variable, const QString &key, const QString &name) const
+{
+    QString path = qEnvironmentVariable(variable);
+    if (path.isEmpty())
+        path = value(key, {}).toString();
+    if (path.isEmpty())
+        path = QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation)
+            + QLatin1Char('/') + name;
+    return QDir::cleanPath(QFileInfo(path).absoluteFilePath());
 }
 
 int Config::intSetting(const QString &key, int defaultValue, int min, int max) const

@@ -98,6 +98,13 @@ public:
     [[nodiscard]] QVariant value(const QString &key, const QVariant &defaultValue) const;
 
     /**
+     * Absolute path of a file or folder for data: the value of @p variable, else that of the
+     * setting @p key, else @p name in the local data of the program. Callable from any thread.
+     */
+    [[nodiscard]] QString dataPath(const char *variable, const QString &key,
+                                   const QString &name) const;
+
+    /**
      * An integer, clamped to [@p min, @p max]; @p defaultValue if it is missing or not a number.
      * Callable from any thread.
      */

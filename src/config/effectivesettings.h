@@ -14,7 +14,7 @@ struct EffectiveSetting
     QString key;
     QString shown; ///< the value, with secrets masked
     QString origin; ///< see Config::origin()
-    QString problem; ///< why the stored value is not used, and what is instead; empty if it is
+    QString problem; ///< why the stored value is not used and which one is; empty if it is used
 };
 
 /** Masks the user info of each address in @p text, even if a password makes the address invalid. */
@@ -24,7 +24,7 @@ struct EffectiveSetting
 [[nodiscard]] QVector<EffectiveSetting> effectiveSettings(const Config &config);
 
 /**
- * Warns once of each value in the settings that should be a number and is none. Call it in the GUI
+ * Warns once of each value in the settings that should be a number and is not. Call it in the GUI
  * thread, at start and after each change of the configuration.
  */
 void warnOfSettings();

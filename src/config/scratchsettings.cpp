@@ -46,7 +46,7 @@ ScratchSettings::ScratchSettings()
     copy(m_fileName, settingsFile(QSettings::UserScope, application));
     copy(shared, settingsFile(QSettings::UserScope));
     if (QSettings().status() != QSettings::NoError)
-        m_problem = QStringLiteral("is no settings file, or one behind it is none");
+        m_problem = QStringLiteral("is not a settings file, or a file behind it is not");
 }
 
 void ScratchSettings::copy(const QString &original, const QString &place)

@@ -4,8 +4,8 @@
 #pragma once
 
 /**
- * Warns once about each address of a service that is not used since it is neither http nor https,
- * or to which tokens or records would be sent unprotected. Call it in the GUI thread, at start and
+ * Warns once about each address that is neither http nor https, and so is not used, and about each
+ * to which tokens or records would be sent without TLS. Call it in the GUI thread, at start and
  * after each change of the configuration.
  */
 void warnOfAddresses();

@@ -129,7 +129,8 @@ private:
         m_excess.invalidate();
     }
 
-    /** The busiest connection of the window, and the bytes of all that are not of @p bodies. */
+    /** The connection that received most since m_before, and the bytes received on all connections
+     * minus @p bodies. */
     [[nodiscard]] std::pair<int, qint64> strayBytes(const BytesPerSocket &now, qint64 bodies) const
     {
         qint64 received = 0;

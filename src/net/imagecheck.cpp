@@ -34,9 +34,9 @@ bool isPlain(const QXmlStreamAttribute &attribute)
         && !attribute.value().contains(QLatin1String("url("), Qt::CaseInsensitive);
 }
 
-/** Qt's renderer calls itself for each level. */
+/** Qt's renderer recurses once per level. */
 constexpr int maxDepth = 32;
-/** QXmlStreamReader looks through all that are in force for each element; editors write seven. */
+/** For each element QXmlStreamReader searches all declarations in scope. Editors write seven. */
 constexpr int maxNamespaces = 16;
 
 /** QXmlStreamReader compares each attribute of a tag with all others. */

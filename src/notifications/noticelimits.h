@@ -12,6 +12,13 @@ namespace noticelimits {
 inline constexpr uint temporaryMs = 20 * 1000;
 /** Time-out in ms of a notice that sends the person to the staff. */
 inline constexpr uint staffMs = 60 * 1000;
+/** Time-out in ms of a notice about a record that waits on disk, or about one that is lost. */
+constexpr uint afterFailureMs(bool isQueued)
+{
+    return isQueued ? temporaryMs : staffMs;
+}
+/** Maximum length of a text from a service: more does not fit and would block the screen. */
+inline constexpr int maxTextLength = 2000;
 /** Maximum number of cards in progress; only a defective reader sends more. */
 inline constexpr int maxCards = 50;
 

@@ -8,12 +8,10 @@
 #include "config/keys.h"
 #include "notifications/noticelimits.h"
 #include "presence/tallyxservice.h"
-#include "spool/disk.h"
+#include "spool/spoolremover.h"
 
 #include <QDebug>
-#include <QFileInfo>
 
-#include <cerrno>
 #include <utility>
 
 namespace {
@@ -186,11 +184,9 @@ bool TallyxFlow::isChoiceOnDisk() const
 /** A record that contradicts the person's choice must not be booked later. */
 void TallyxFlow::removeRecord()
 {
-    const QString path = m_record.spoolPath();
-    if (const auto failure = Spool::remove(path))
+    SpoolRemover remover; // syncs when it goes
+    if (const auto failure = remover.remove(m_record.spoolPath(), SpoolRemover::Sync::Soon))
         qCritical() << "Failed to remove a presence record that is out of date:" << failure->text;
-    else if (!Disk::instance().syncFolder(QFileInfo(path).path()))
-        qCritical() << "Failed to sync the removal of" << path << qt_error_string(errno);
 }
 
 /** Runs the body of a slot; an exception ends the flow. */
@@ -206,8 +202,7 @@ void TallyxFlow::fail(const Failure &failure)
     const bool isQueued = isChoiceOnDisk();
     if (!isQueued && m_record.isOnDisk())
         removeRecord();
-    m_notice.fail(failureText(isQueued, failure),
-                  isQueued ? noticelimits::temporaryMs : noticelimits::staffMs);
+    m_notice.fail(failureText(isQueued, failure), noticelimits::afterFailureMs(isQueued));
     end(Failed);
 }
 

@@ -9,7 +9,6 @@
 #include "config/keys.h"
 
 #include <QDebug>
-#include <QFile>
 #include <QJsonObject>
 
 #include <algorithm>
@@ -95,7 +94,7 @@ void TallyxLogEntity::save()
 
 bool TallyxLogEntity::isOnDisk() const
 {
-    return !m_spoolPath.isEmpty() && QFile::exists(m_spoolPath);
+    return Spool::contains(m_spoolPath);
 }
 
 void TallyxLogEntity::read(const QByteArray &document)

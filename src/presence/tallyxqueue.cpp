@@ -14,8 +14,6 @@
 
 #include <algorithm>
 
-using namespace std::chrono_literals;
-
 TallyxQueue::TallyxQueue(QNetworkAccessManager &manager, const RequestLimits &limits,
                          QObject *parent)
     : RecordQueue(tallyxSpool(), parent)
@@ -60,10 +58,10 @@ void TallyxQueue::postpone(quint64 transponderId)
     } else {
         failure = Failure::temporary({}, tr("Too many cards at once."));
         qWarning() << "Too many presence questions at once, leaving the record to the queue.";
-        processIn(60s);
+        processSoon();
     }
     NotificationHandle::showError(tr("Presence"), TallyxFlow::failureText(isQueued, *failure),
-                                  isQueued ? noticelimits::temporaryMs : noticelimits::staffMs);
+                                  noticelimits::afterFailureMs(isQueued));
 }
 
 bool TallyxQueue::hasFresh() const
@@ -138,6 +136,6 @@ void TallyxQueue::onFlowEnded(TallyxFlow *flow)
     m_flows.remove(flow);
     flow->deleteLater();
     if (!flow->isAcknowledged())
-        processIn(60s);
+        processSoon();
     Q_EMIT freshChanged();
 }

@@ -11,6 +11,7 @@
 #include "net/accesstoken.h"
 #include "net/errortext.h"
 #include "net/http.h"
+#include "notifications/noticelimits.h"
 #include "presence/tallyxlogentity.h"
 
 #include <QCoreApplication>
@@ -93,9 +94,9 @@ QJsonObject readAcknowledgement(QNetworkReply &reply)
 
 QString text(const QJsonObject &response, const char *key)
 {
-    constexpr int maxLength = 2000; // more does not fit a notice and would block the screen
     const QJsonValue value = response.value(QLatin1String(key));
-    return value.isString() ? value.toString(QLatin1String("")).left(maxLength) : QString();
+    return value.isString() ? value.toString(QLatin1String("")).left(noticelimits::maxTextLength)
+                            : QString();
 }
 
 } // namespace tallyxservice

@@ -66,7 +66,7 @@ std::unique_ptr<EventData> EventData::fromDocument(QIODevice *document, QDeadlin
 {
     std::unique_ptr<EventData> data(new EventData(NoDownload {}, nullptr));
     data->take(readSchedule(document->readAll(), [&deadline] { return deadline.hasExpired(); }));
-    while (data->adoptNext()) { }
+    while (data->takeNext()) { }
     data->finish();
     return data;
 }
@@ -139,7 +139,7 @@ void EventData::read(const QByteArray &document)
             return; // the call was already posted
         take(m_thread->takeSchedule());
         runInSlices(
-            this, [this] { return adoptNext(); }, [this] { endDownload(); });
+            this, [this] { return takeNext(); }, [this] { endDownload(); });
     });
     // The thread may outlive this object.
     connect(m_thread, &QThread::finished, m_thread, &QObject::deleteLater);
@@ -160,20 +160,20 @@ void EventData::take(ReadSchedule schedule)
 }
 
 /** Makes one more object a child and links it. Returns false if there is none left. */
-bool EventData::adoptNext()
+bool EventData::takeNext()
 {
-    const auto adopt = [this](auto &from, auto &to) {
+    const auto take = [this](auto &from, auto &to) {
         auto *object = from.takeFirst();
         object->setParent(this);
         to.append(object);
         return object;
     };
     if (!m_incoming.locations.isEmpty())
-        adopt(m_incoming.locations, m_objects.locations)->updateRefs();
+        take(m_incoming.locations, m_objects.locations)->updateRefs();
     else if (!m_incoming.events.isEmpty())
-        adopt(m_incoming.events, m_objects.events)->updateRefs();
+        take(m_incoming.events, m_objects.events)->updateRefs();
     else if (!m_incoming.audiences.isEmpty())
-        adopt(m_incoming.audiences, m_objects.audiences);
+        take(m_incoming.audiences, m_objects.audiences);
     else
         return false;
     return true;

@@ -103,7 +103,7 @@ private:
     [[nodiscard]] bool isGood(QNetworkReply *reply);
     void read(const QByteArray &document);
     void take(ReadSchedule schedule);
-    [[nodiscard]] bool adoptNext();
+    [[nodiscard]] bool takeNext();
     [[nodiscard]] bool deleteNext();
     void endDownload();
     void finish();

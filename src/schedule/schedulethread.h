@@ -15,7 +15,7 @@
 /** What was read of a document: the objects, without parents, and the failure that ended it. */
 struct ReadSchedule
 {
-    ScheduleObjects objects; ///< to be deleted by whoever takes them
+    ScheduleObjects objects; ///< the taker deletes them
     ScheduleIndex index;
     QString failure; ///< for the log; empty after success
     QString shownFailure; ///< for the person at the screen; empty if unknown

@@ -12,7 +12,7 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr std::chrono::seconds firstWait = 60s;
-constexpr std::chrono::seconds longestWait = 6h;
+constexpr std::chrono::seconds maxWait = 6h;
 
 } // namespace
 
@@ -24,7 +24,7 @@ bool RecordBackOff::isDue(const QString &path) const
 
 void RecordBackOff::postpone(const QString &path)
 {
-    wait(path, std::clamp(m_waits.value(path).length * 2, firstWait, longestWait));
+    wait(path, std::clamp(m_waits.value(path).length * 2, firstWait, maxWait));
 }
 
 void RecordBackOff::forget(const QString &path)
@@ -34,7 +34,7 @@ void RecordBackOff::forget(const QString &path)
 
 void RecordBackOff::shelve(const QString &path)
 {
-    wait(path, longestWait);
+    wait(path, maxWait);
 }
 
 void RecordBackOff::clear()

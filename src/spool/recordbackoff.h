@@ -23,7 +23,7 @@ public:
     void postpone(const QString &path);
     /** Call it when @p path has been accepted. */
     void forget(const QString &path);
-    /** Call it when @p path turned out to be no record: it gets the longest wait at once. */
+    /** Call it when @p path is not a valid record: it waits as long as possible at once. */
     void shelve(const QString &path);
     /** Makes all records due. */
     void clear();

@@ -15,8 +15,9 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr auto deferral = 10s;
+constexpr auto freshRetry = 60s;
 constexpr auto resendRetry = 300s;
-constexpr auto longestPause = 1h; // between passes: a folder may have been mounted late
+constexpr auto maxPause = 1h; // between passes: a folder may have been mounted late
 constexpr auto longSilence = 1h;
 constexpr int maxInFlight = 4;
 constexpr int maxMisses = 3; // in a row, then the pass ends
@@ -68,6 +69,11 @@ void RecordQueue::processIn(std::chrono::milliseconds delay)
 {
     if (!m_timer.isActive() || m_timer.remainingTimeAsDuration() > delay)
         m_timer.start(delay);
+}
+
+void RecordQueue::processSoon()
+{
+    processIn(freshRetry);
 }
 
 void RecordQueue::stop()
@@ -146,8 +152,8 @@ void RecordQueue::endPass()
 {
     m_pass.reset();
     m_backOff.forgetGone();
-    processIn(std::clamp<std::chrono::milliseconds>(m_backOff.untilNextDue().value_or(longestPause),
-                                                    resendRetry, longestPause));
+    processIn(std::clamp<std::chrono::milliseconds>(m_backOff.untilNextDue().value_or(maxPause),
+                                                    resendRetry, maxPause));
     Q_EMIT passFinished();
 }
 

@@ -40,6 +40,8 @@ public:
     void process();
     /** Calls process() after @p delay, or earlier if that is already planned. */
     void processIn(std::chrono::milliseconds delay);
+    /** The same after the failure of a fresh record. */
+    void processSoon();
     /** Ends all sending for good. */
     virtual void stop();
 

@@ -14,7 +14,6 @@
 #include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
-#include <QStandardPaths>
 
 #include <cerrno>
 #include <utility>
@@ -59,13 +58,7 @@ Spool::Spool(Place place)
 
 QString Spool::folder() const
 {
-    QString path = qEnvironmentVariable(m_place.variable);
-    if (path.isEmpty())
-        path = Config::instance()->value(m_place.setting, {}).toString();
-    if (path.isEmpty())
-        path = QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation)
-            + QLatin1Char('/') + m_place.subfolder;
-    return QDir::cleanPath(QFileInfo(path).absoluteFilePath());
+    return Config::instance()->dataPath(m_place.variable, m_place.setting, m_place.subfolder);
 }
 
 bool Spool::canBeListed() const
@@ -118,6 +111,11 @@ QString Spool::commit(DurableFile &file) const
     }
     DurableFile again = write(file.content());
     return commitToFreeName(again);
+}
+
+bool Spool::contains(const QString &path)
+{
+    return !path.isEmpty() && QFile::exists(path);
 }
 
 QByteArray Spool::read(const QString &path)

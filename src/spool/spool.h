@@ -61,6 +61,9 @@ public:
      */
     [[nodiscard]] QString commit(DurableFile &file) const;
 
+    /** True if the record @p path is on disk; its path is empty before that. */
+    [[nodiscard]] static bool contains(const QString &path);
+
     /** Content of the record @p path; empty, with a log line, if it cannot be a record. */
     [[nodiscard]] static QByteArray read(const QString &path);
 

@@ -113,7 +113,7 @@ private Q_SLOTS:
         QTEST(valueOf(*config, at("name")), "expected");
     }
 
-    void warnsOnceOfWhatIsNoNumber()
+    void warnsOnceOfTextForANumber()
     {
         log().allow(" is no whole number, using "_s);
         settings::startWith("tallyxMode=http://me:secret@x\nrefreshInterval=1, 2\nfontBaseSize="_s

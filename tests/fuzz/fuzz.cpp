@@ -127,7 +127,7 @@ struct Target
     void (*read)(const QByteArray &bytes);
 };
 
-constexpr int maxBytes = 1024 * 1024; // of most answers
+constexpr int maxBytes = 1024 * 1024; // of most responses
 
 const Target targets[] = {
     { "attendance", [](const QByteArray &body) { AttendanceResponse(body).log(); } },
@@ -187,8 +187,8 @@ double seconds(const QByteArray &bytes)
 }
 
 /**
- * Repeats units of the seeds for some seconds. Doubling an input twice may cost at most 2.2 times
- * 2.2 times the time; two doublings stand out from noise. Short times do not count.
+ * Repeats units of the seeds for some seconds. Doubling an input twice may cost at most 4.84
+ * times the time; two doublings stand out from noise. Short times do not count.
  */
 bool isCheap(const QByteArrayList &seeds, int secondsToRun)
 {

@@ -34,7 +34,7 @@ private Q_SLOTS:
         QCOMPARE(settings::read(path), QString::fromUtf8(record.toJson().toJson()));
     }
 
-    void refusesWhatIsNoRecord_data()
+    void refusesInvalidRecords_data()
     {
         columns<QString>("document");
         const QString good = R"({"type":1,"time":"2026-11-23T10:00:00","logDelay":0,)"
@@ -52,7 +52,7 @@ private Q_SLOTS:
         row("no place", with("locationId", "place"));
     }
 
-    void refusesWhatIsNoRecord()
+    void refusesInvalidRecords()
     {
         const QTemporaryDir folder;
         const QString path = folder.filePath("record"_s);

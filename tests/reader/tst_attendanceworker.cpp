@@ -40,7 +40,7 @@ private Q_SLOTS:
         QVERIFY2(m_reader.isPlugged() || m_reader.plug(), qPrintable(m_reader.errorString()));
     }
 
-    void greetsByNameAndShowsTheAnswer()
+    void greetsByNameAndShowsTheResponse()
     {
         const auto running = run();
         m_reader.tap("0A1B2C3D");
@@ -125,7 +125,7 @@ private Q_SLOTS:
     void sendsPresenceRecordsWithTheFirstToken()
     {
         TallyxLogEntity(0x0A1B2C3D, TallyxLogEntity::IN).save();
-        log().allow("Network error"_s); // the token is none
+        log().allow("Network error"_s); // the token is not valid
         accesstoken::publish({});
         const auto running = run();
         accesstoken::publish("first"_s);
@@ -156,7 +156,7 @@ private Q_SLOTS:
         QCOMPARE(attendanceSpool().count(), 1);
     }
 
-    void handsCardsToWhoWaitsForOne()
+    void handsTheNextCardToTheView()
     {
         const auto running = run();
         LBAPI *api = LBAPI::instance();
@@ -171,7 +171,7 @@ private Q_SLOTS:
         QTRY_COMPARE(heard, "0a1B2c3D"_s);
     }
 
-    void tellsOfACardThatIsNone()
+    void reportsAnInvalidCard()
     {
         auto running = run();
         log().expect("Ignoring transponder ID with unusual length \"0A1B2C3\""_s);

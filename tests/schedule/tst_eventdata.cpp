@@ -69,7 +69,7 @@ private Q_SLOTS:
     void canBeDiscardedAtAnyTime_data()
     {
         columns<QString>("when");
-        for (const char *when : { "downloading", "reading", "adopting" })
+        for (const char *when : { "downloading", "reading", "linking" })
             row(when, when);
     }
 
@@ -80,10 +80,10 @@ private Q_SLOTS:
         const QString when = at("when");
         const QPointer<EventData> data(new EventData);
         const QSignalSpy finished(data, &EventData::readEventDataFinished);
-        QTimer look; // more often than a slice of adopting ends
+        QTimer look; // more often than a slice of linking ends
         connect(&look, &QTimer::timeout, this, [&] {
-            if (when == "adopting"_s ? data->objects().events.isEmpty()
-                                     : when == "reading"_s && log().lines().isEmpty())
+            if (when == "linking"_s ? data->objects().events.isEmpty()
+                                    : when == "reading"_s && log().lines().isEmpty())
                 return;
             look.stop();
             data->discard();

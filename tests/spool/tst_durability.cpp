@@ -104,7 +104,7 @@ struct Life
     AttendanceQueue attendance { services, names, {} };
     TallyxQueue presence { services, {} };
 
-    static void settle()
+    static void runEvents()
     {
         for (int i = 0; i < 6; ++i) {
             QCoreApplication::processEvents();
@@ -118,7 +118,7 @@ struct Life
     }
     void answerAll(bool isGood) const
     {
-        for (settle(); !services.open.isEmpty(); settle())
+        for (runEvents(); !services.open.isEmpty(); runEvents())
             services.answer(0, isGood);
     }
 };
@@ -187,13 +187,13 @@ private Q_SLOTS:
             life.presence.begin(2);
         if (services.sent.isEmpty() && !services.open.isEmpty()) {
             services.answer(0, true); // proposes to leave
-            life.settle();
+            life.runEvents();
             failIf(moment != Presence);
             notice()->clickButton(0);
             if (moment == ChangeOfMind)
                 notice()->clickButton(1);
             notice()->confirm();
-            life.settle();
+            life.runEvents();
         }
         failIf(moment == Answer);
         life.answerAll(isAnswered);
@@ -273,7 +273,7 @@ private:
             life->startPass();
             for (int steps = i < lives ? 30 : 0; steps > 0; --steps) {
                 takeRandomStep(*life, &read);
-                life->settle();
+                life->runEvents();
                 promise(read - services.answered, gone += services.answered - earlier);
             }
             if (i == lives) { // the removals of a pass are durable soon
