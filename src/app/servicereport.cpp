@@ -72,6 +72,8 @@ QString statusText()
         parts << QStringLiteral("the schedule failed");
     else if (!api->scheduleAsOf().isEmpty())
         parts << QStringLiteral("the schedule is out of date");
+    if (!api->roomWarning().isEmpty())
+        parts << QStringLiteral("no room is set");
     if (!api->cardWarning().isEmpty())
         parts << api->cardReadiness()->status();
     if (parts.size() == 1)
@@ -100,7 +102,8 @@ void reportReady()
     if (Heartbeat *beat = heartbeat())
         beat->start();
     LBAPI *api = LBAPI::instance();
-    for (const auto signal : { &LBAPI::scheduleAsOfChanged, &LBAPI::cardWarningChanged })
+    for (const auto signal :
+         { &LBAPI::scheduleAsOfChanged, &LBAPI::roomWarningChanged, &LBAPI::cardWarningChanged })
         QObject::connect(api, signal, api, &updateStatus);
     QObject::connect(api, &LBAPI::eventDataChanged, api, &followSchedule);
     QObject::connect(Config::instance(), &Config::locationNameChanged, api, &updateStatus);
