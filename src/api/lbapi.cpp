@@ -78,7 +78,7 @@ QString LBAPI::cardWarning() const
     // A screen on which nobody holds up cards must not complain, but for being one too many.
     const bool expectsCards = config()->attendanceEnabled()
         || config()->tallyxMode() != Config::TallyxDisabled || m_scanTransponder
-        || m_cardReadiness.isWaiting();
+        || m_cardReadiness.fault() == CardReadiness::Waiting;
     return expectsCards ? m_cardReadiness.warning() : QString();
 }
 

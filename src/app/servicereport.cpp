@@ -62,6 +62,20 @@ Heartbeat *heartbeat()
     return heartbeat;
 }
 
+QString cardStatus(CardReadiness::Fault fault)
+{
+    switch (fault) {
+    case CardReadiness::Waiting:
+        return QStringLiteral("another kiosk runs");
+    case CardReadiness::Stopped:
+        return QStringLiteral("logging has stopped");
+    case CardReadiness::NotKept:
+        return QStringLiteral("records cannot be kept");
+    default:
+        return QStringLiteral("cards are not read");
+    }
+}
+
 QString statusText()
 {
     LBAPI *api = LBAPI::instance();
@@ -75,7 +89,7 @@ QString statusText()
     if (!api->roomWarning().isEmpty())
         parts << QStringLiteral("no room is set");
     if (!api->cardWarning().isEmpty())
-        parts << api->cardReadiness()->status();
+        parts << cardStatus(api->cardReadiness()->fault());
     if (parts.size() == 1)
         parts << QStringLiteral("all well");
     return parts.join(QStringLiteral(", ")) + QLatin1Char('.');
