@@ -11,18 +11,39 @@ CardReadiness::CardReadiness(QObject *parent)
 {
     m_searchLimit.setSingleShot(true);
     m_searchLimit.setInterval(5s);
-    connect(&m_searchLimit, &QTimer::timeout, this, [this] { setReaderMissing(true); });
+    connect(&m_searchLimit, &QTimer::timeout, this, [this] { set(ReaderMissing, true); });
 }
 
 QString CardReadiness::warning() const
 {
-    if (m_isStopped)
+    switch (fault()) {
+    case Waiting:
+        //: Small line at the bottom of the screen of a second program
+        return tr("Lumenboard already runs on this device. Cards are read here once the other "
+                  "program ends.");
+    case Stopped:
         //: Small line at the bottom of the screen, after a fatal error
         return tr("Cards are no longer logged. Please call on a staff member in charge.");
-    if (m_isReaderMissing)
+    case NotKept:
+        //: Small line at the bottom of the screen
+        return tr("Cards cannot be logged: the storage of this device cannot be written to. Please "
+                  "call on a staff member in charge.");
+    case ReaderMissing:
         //: Small line at the bottom of the screen
         return tr("No card reader connected: cards are not read.");
+    case None:
+        break;
+    }
     return {};
+}
+
+CardReadiness::Fault CardReadiness::fault() const
+{
+    for (const Fault fault : { Waiting, Stopped, NotKept, ReaderMissing }) {
+        if (m_faults.testFlag(fault))
+            return fault;
+    }
+    return None;
 }
 
 void CardReadiness::onSearchStarted()
@@ -33,19 +54,23 @@ void CardReadiness::onSearchStarted()
 void CardReadiness::onReaderStateChanged(bool connected)
 {
     m_searchLimit.stop();
-    setReaderMissing(!connected);
+    set(ReaderMissing, !connected);
 }
 
 void CardReadiness::onLoggingStopped()
 {
-    m_isStopped = true;
-    Q_EMIT warningChanged();
+    set(Stopped, true);
 }
 
-void CardReadiness::setReaderMissing(bool missing)
+void CardReadiness::onRecordsKeptChanged(bool kept)
 {
-    if (m_isReaderMissing == missing)
+    set(NotKept, !kept);
+}
+
+void CardReadiness::set(Fault fault, bool isThere)
+{
+    if (m_faults.testFlag(fault) == isThere)
         return;
-    m_isReaderMissing = missing;
+    m_faults.setFlag(fault, isThere);
     Q_EMIT warningChanged();
 }

@@ -16,10 +16,18 @@ class CardReadiness : public QObject
     Q_OBJECT
 
 public:
+    /** What keeps cards from being logged, the worst first. */
+    enum Fault { None = 0, Waiting = 1, Stopped = 2, NotKept = 4, ReaderMissing = 8 };
+    Q_DECLARE_FLAGS(Faults, Fault)
+
     explicit CardReadiness(QObject *parent = nullptr);
 
     /** Why cards are not read; empty while they are. */
     [[nodiscard]] QString warning() const;
+    /** The worst fault. */
+    [[nodiscard]] Fault fault() const;
+    /** @p waiting is true while another kiosk reads the cards of this machine. */
+    void setWaiting(bool waiting) { set(Waiting, waiting); }
 
 Q_SIGNALS:
     void warningChanged();
@@ -30,11 +38,12 @@ public Q_SLOTS:
     void onReaderStateChanged(bool connected);
     /** Nothing is logged until the program restarts. */
     void onLoggingStopped();
+    /** @p kept is false while no record can be written to the disk. */
+    void onRecordsKeptChanged(bool kept);
 
 private:
-    void setReaderMissing(bool missing);
+    void set(Fault fault, bool isThere);
 
     QTimer m_searchLimit;
-    bool m_isReaderMissing = false;
-    bool m_isStopped = false;
+    Faults m_faults;
 };

@@ -4,9 +4,11 @@
 #include "app/localchecks.h"
 
 #include "app/checkreport.h"
+#include "base/instancelock.h"
 #include "config/config.h"
 #include "config/effectivesettings.h"
 #include "config/scratchsettings.h"
+#include "config/secrets.h"
 #include "config/services.h"
 #include "reader/readerport.h"
 #include "spool/spool.h"
@@ -48,6 +50,10 @@ void localchecks::checkSettings(CheckReport &report, const ScratchSettings &sett
     for (const QString &file : behind)
         report.print(QStringLiteral("        behind the user's file: ") + file);
 
+    for (const QString &file : secrets::readableByAll(behind))
+        report.add(Verdict::Notice, QStringLiteral("settings ") + file,
+                   QStringLiteral("hold a secret that everybody can read"));
+
     const QString what = QStringLiteral("settings ") + settings.fileName();
     if (!settings.problem().isEmpty())
         report.add(Verdict::Bad, what, settings.problem());
@@ -63,6 +69,15 @@ void localchecks::checkTls(CheckReport &report)
         report.add(Verdict::Good, QStringLiteral("TLS"), QSslSocket::sslLibraryVersionString());
     else
         report.add(Verdict::Bad, QStringLiteral("TLS"), QStringLiteral("not available"));
+}
+
+void localchecks::checkInstance(CheckReport &report)
+{
+    const auto process = InstanceLock::holder();
+    report.add(Verdict::Good, QStringLiteral("kiosk"),
+               process
+                   ? QStringLiteral("runs as process %1, a second one reads no cards").arg(*process)
+                   : QStringLiteral("none runs"));
 }
 
 void localchecks::checkReader(CheckReport &report)

@@ -4,6 +4,7 @@
 #include "app/selfcheck.h"
 
 #include "app/localchecks.h"
+#include "app/panelcheck.h"
 #include "attendance/attendancerequest.h"
 #include "base/exceptions.h"
 #include "base/json.h"
@@ -65,6 +66,8 @@ void SelfCheck::start()
     m_pending = 1;
     localchecks::checkSettings(m_report, m_settings);
     localchecks::checkTls(m_report);
+    localchecks::checkInstance(m_report);
+    localchecks::checkPanel(m_report);
     warnOfAddresses();
     checkToken();
     done();
@@ -73,8 +76,7 @@ void SelfCheck::start()
 void SelfCheck::checkToken()
 {
     const QString what = QStringLiteral("token");
-    const Config *config = Config::instance();
-    if (config->keycloakClientId().isEmpty() || config->keycloakClientSecret().isEmpty()) {
+    if (!Config::instance()->hasCredentials()) {
         continueWithoutToken(
             what, QStringLiteral("Keycloak/clientId or Keycloak/clientSecret is not set"));
         return;

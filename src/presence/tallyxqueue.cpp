@@ -34,6 +34,10 @@ TallyxQueue::~TallyxQueue()
 
 void TallyxQueue::begin(quint64 transponderId)
 {
+    if (const auto failure = refusal()) {
+        report(false, *failure);
+        return;
+    }
     if (m_flows.size() >= noticelimits::maxCards) {
         postpone(transponderId);
         return;
@@ -50,17 +54,23 @@ void TallyxQueue::begin(quint64 transponderId)
 /** Saves the record for a pass without asking: too many questions are already open. */
 void TallyxQueue::postpone(quint64 transponderId)
 {
-    auto failure = catchFailure(
+    const auto failure = catchFailure(
         [transponderId] { TallyxLogEntity(transponderId, TallyxFlow::initialType()).save(); });
-    const bool isQueued = !failure;
     if (failure) {
-        qCritical().noquote() << "Error logging presence:" << failure->logText();
-    } else {
-        failure = Failure::temporary({}, tr("Too many cards at once."));
-        qWarning() << "Too many presence questions at once, leaving the record to the queue.";
-        processSoon();
+        report(false, *failure);
+        return;
     }
-    NotificationHandle::showError(tr("Presence"), TallyxFlow::failureText(isQueued, *failure),
+    qWarning() << "Too many presence questions at once, leaving the record to the queue.";
+    processSoon();
+    report(true, Failure::temporary({}, tr("Too many cards at once.")));
+}
+
+/** Tells the person, without a flow, that the record waits or that there is none. */
+void TallyxQueue::report(bool isQueued, const Failure &failure)
+{
+    if (!isQueued)
+        qCritical().noquote() << "Error logging presence:" << failure.logText();
+    NotificationHandle::showError(tr("Presence"), TallyxFlow::failureText(isQueued, failure),
                                   noticelimits::afterFailureMs(isQueued));
 }
 

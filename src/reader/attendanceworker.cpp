@@ -93,6 +93,9 @@ void AttendanceWorker::init()
     m_cards = new CardLogger(m_limits, this);
     QTimer::singleShot(firstPassDelay, this, &AttendanceWorker::processQueue);
     connect(m_cards, &CardLogger::stopped, this, &AttendanceWorker::onLoggingStopped);
+    const auto tell = [this] { Q_EMIT recordsKeptChanged(m_cards->keepsRecords()); };
+    connect(m_cards, &CardLogger::keepingChanged, this, tell);
+    tell();
     m_retryTimer = new QTimer(this);
     m_clock.start();
     connect(m_retryTimer, &QTimer::timeout, this, &AttendanceWorker::initSerialPort);

@@ -7,6 +7,7 @@
 #include "base/reason.h"
 #include "config/config.h"
 #include "spool/disk.h"
+#include "spool/unusablefolder.h"
 
 #include <QDateTime>
 #include <QDebug>
@@ -27,6 +28,12 @@ bool isWritableFolder(const QString &path)
 {
     const QFileInfo info(path);
     return info.isDir() && info.isWritable();
+}
+
+/** Creates the folder if need be. */
+bool makeWritableFolder(const QString &path)
+{
+    return makeDurableFolder(path) && isWritableFolder(path);
 }
 
 /** Writes a record for the first name of the current millisecond. */
@@ -70,6 +77,19 @@ bool Spool::canBeListed() const
     return false;
 }
 
+bool Spool::canBeUsed() const
+{
+    const QString path = folder();
+    if (QFileInfo(path).isDir())
+        return isWritableFolder(path);
+    if (!unusablefolder::isRemembered(path))
+        return true;
+    if (!makeWritableFolder(path))
+        return false;
+    unusablefolder::forget(path);
+    return true;
+}
+
 int Spool::count() const
 {
     int files = 0;
@@ -95,9 +115,11 @@ DurableFile Spool::write(const QByteArray &record) const
             throw;
     }
     // Create the folder on first use.
-    if (!makeDurableFolder(path) || !isWritableFolder(path))
+    if (!makeWritableFolder(path)) {
+        unusablefolder::remember(path);
         qFatal("Spool directory \"%s\" could not be created or is not writable.",
                qPrintable(QDir::toNativeSeparators(path)));
+    }
     return writeIn(path, record);
 }
 

@@ -40,6 +40,12 @@ public:
     /** True if the records can be listed or the folder does not exist; otherwise logs a warning. */
     [[nodiscard]] bool canBeListed() const;
 
+    /**
+     * False if a record could not be kept: the folder is there and not writable, or it has ended an
+     * earlier run and still can't be created. A folder that nobody needed yet is not looked for.
+     */
+    [[nodiscard]] bool canBeUsed() const;
+
     /** Number of records. */
     [[nodiscard]] int count() const;
 
@@ -52,7 +58,7 @@ public:
     /**
      * First half of create(): writes the record and returns without waiting for the disk, so that
      * the caller can act meanwhile. Throws AttendanceErrorException. Ends the program if the folder
-     * cannot be created or is not writable: going on would lose records.
+     * cannot be created or is not writable: going on would lose records. The next run remembers.
      */
     [[nodiscard]] DurableFile write(const QByteArray &record) const;
     /**
