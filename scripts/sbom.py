@@ -1,16 +1,21 @@
 # SPDX-FileCopyrightText: The Lumenboard developers
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Prints the bill of materials (CycloneDX 1.4, JSON) of the Debian packages in the arguments.
+"""Prints the bill of materials (CycloneDX 1.5, JSON) of the Debian packages in the arguments.
 
-Components are the packages, what they depend on in the versions of this machine, and the fonts that we carry.
+Components are the packages, all that apt would install with them on a bare machine, and the fonts that we carry.
+Debug symbols are left out.
 """
 
+import datetime
 import hashlib
 import json
+import os
 import re
 import subprocess
 import sys
+import uuid
 from pathlib import Path
+from urllib.parse import quote
 
 FONTS = [
     ("Maven Pro", "OFL-1.1", "MavenPro-*.ttf"),
@@ -18,39 +23,42 @@ FONTS = [
 ]
 
 
+def output(*command):
+    return subprocess.run(command, check=True, capture_output=True, text=True).stdout.strip()
+
+
 def field(package, name):
     """A field of a package file, empty if it has none."""
-    return subprocess.run(["dpkg-deb", "-f", package, name], check=True, capture_output=True, text=True).stdout.strip()
-
-
-def purl(name, version, arch):
-    return f"pkg:deb/debian/{name}@{version}?arch={arch}"
+    return output("dpkg-deb", "-f", package, name)
 
 
 def sha256(path):
     return {"alg": "SHA-256", "content": hashlib.sha256(Path(path).read_bytes()).hexdigest()}
 
 
-def installed(name):
-    """Version and architecture of an installed package, or None: an alternative that was not taken."""
-    result = subprocess.run(
-        ["dpkg-query", "-W", "-f=${Version} ${Architecture} ${db:Status-Status}", name], capture_output=True, text=True
-    )
-    parts = result.stdout.split()
-    return parts[:2] if result.returncode == 0 and parts[2:] == ["installed"] else None
+def licensed(licence):
+    return [{"license": {"id": licence}}]
 
 
-def package_component(path):
-    name, version, arch = (field(path, each) for each in ("Package", "Version", "Architecture"))
-    return {
-        "type": "application",
-        "bom-ref": purl(name, version, arch),
-        "name": name,
-        "version": version,
-        "purl": purl(name, version, arch),
-        "licenses": [{"license": {"id": "GPL-3.0-or-later"}}],
-        "hashes": [sha256(path)],
-    }
+def debian_package(kind, name, version, arch, **more):
+    reference = f"pkg:deb/debian/{name}@{quote(version, safe='~')}?arch={arch}"
+    return {"type": kind, "bom-ref": reference, "name": name, "version": version, "purl": reference, **more}
+
+
+def own_package(path):
+    about = (field(path, each) for each in ("Package", "Version", "Architecture"))
+    return debian_package("application", *about, licenses=licensed("GPL-3.0-or-later"), hashes=[sha256(path)])
+
+
+def needed_packages(paths):
+    """By name, what apt takes from Debian if nothing is installed yet."""
+    arch = next((arch for path in paths if (arch := field(path, "Architecture")) != "all"), "amd64")
+    plan = output(
+        "apt-get", "install", "--simulate", "--no-install-recommends",
+        "-o", "Dir::State::status=/dev/null", "-o", f"APT::Architecture={arch}",
+        *(str(Path(path).resolve()) for path in paths))
+    found = re.findall(r"^Inst (\S+) \((\S+) (?!local-deb).*\[(\w+)\]\)", plan, re.MULTILINE)
+    return {name: debian_package("library", name, version, arch) for name, version, arch in found}
 
 
 def dependencies(path):
@@ -58,50 +66,44 @@ def dependencies(path):
     return sorted(set(re.findall(r"[a-z0-9][a-z0-9+.-]+(?=[ ,|]|$)", re.sub(r"\([^)]*\)", "", field(path, "Depends")))))
 
 
-def library_component(name):
-    found = installed(name)
-    if not found:
-        return None
-    version, arch = found
-    reference = purl(name, version, arch)
-    return {"type": "library", "bom-ref": reference, "name": name, "version": version, "purl": reference}
-
-
-def font_component(name, licence, pattern):
+def font(name, licence, pattern):
     files = sorted(Path("fonts").glob(pattern))
     return {
         "type": "data",
-        "bom-ref": f"font:{name}",
+        "bom-ref": f"font:{quote(name)}",
         "name": name,
-        "licenses": [{"license": {"id": licence}}],
+        "licenses": licensed(licence),
         "components": [{"type": "file", "name": file.name, "hashes": [sha256(file)]} for file in files],
     }
 
 
 def main(paths):
-    components = {}
-    graph = []
-    for path in paths:
-        own = package_component(path)
-        components[own["bom-ref"]] = own
-        needs = [component for name in dependencies(path) if (component := library_component(name))]
-        components.update({each["bom-ref"]: each for each in needs})
-        graph.append({"ref": own["bom-ref"], "dependsOn": [each["bom-ref"] for each in needs]})
-    for font in FONTS:
-        component = font_component(*font)
-        components[component["bom-ref"]] = component
-    json.dump(
-        {
-            "bomFormat": "CycloneDX",
-            "specVersion": "1.4",
-            "version": 1,
-            "components": sorted(components.values(), key=lambda each: each["bom-ref"]),
-            "dependencies": graph,
+    own = [own_package(path) for path in paths]
+    needed = needed_packages(paths)
+    known = {**needed, **{each["name"]: each for each in own}}
+    fonts = [font(*each) for each in FONTS]
+    components = sorted([*own, *needed.values(), *fonts], key=lambda each: each["bom-ref"])
+    built = datetime.datetime.fromtimestamp(int(os.environ["SOURCE_DATE_EPOCH"]), datetime.timezone.utc)
+    document = {
+        "bomFormat": "CycloneDX",
+        "specVersion": "1.5",
+        "serialNumber": uuid.uuid5(uuid.NAMESPACE_URL, json.dumps(components)).urn,
+        "version": 1,
+        "metadata": {
+            "timestamp": built.isoformat(),
+            "component": {"type": "application", "bom-ref": "lumenboard", "name": "lumenboard",
+                          "version": own[0]["version"], "licenses": licensed("GPL-3.0-or-later")},
         },
-        sys.stdout,
-        indent=2,
-    )
+        "components": components,
+        "dependencies": [
+            {"ref": "lumenboard", "dependsOn": [each["bom-ref"] for each in (*own, *fonts)]},
+            *({"ref": each["bom-ref"],
+               "dependsOn": [known[name]["bom-ref"] for name in dependencies(path) if name in known]}
+              for each, path in zip(own, paths)),
+        ],
+    }
+    json.dump(document, sys.stdout, indent=2)
     print()
 
 
-main(sys.argv[1:])
+main([path for path in sys.argv[1:] if "-dbgsym_" not in path])
