@@ -2,7 +2,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Runs the kiosk against a Keycloak server and tells what it does in each case.
 
-Usage: walk.py FOLDER KEYCLOAK KIOSK SIMULATOR
+Usage: walk.py FOLDER KEYCLOAK KIOSK SIMULATOR [STEP...]
 """
 
 import contextlib
@@ -166,6 +166,9 @@ def refusal(lines):
 
 
 class Walk:
+    STEPS = ("renewal", "secret_with_overlap", "secret_without_overlap", "restart", "clock_off", "disabled", "expired",
+             "late_bookings")
+
     def __init__(self, server, kiosk):
         self.server, self.kiosk = server, kiosk
         self.began = time.monotonic()
@@ -189,8 +192,8 @@ class Walk:
 
     def secret_with_overlap(self):
         self.server.set_rotation()
-        began, since = time.monotonic(), self.kiosk.now()
         secret = self.server.screen("rotate")
+        began, since = time.monotonic(), self.kiosk.now()
         self.kiosk.wait_for(TOKEN, since)
         self.tell("secret changed, the old one stays valid", "renewed with the old secret", began)
         began, since = time.monotonic(), self.kiosk.now()
@@ -204,8 +207,9 @@ class Walk:
 
     def secret_without_overlap(self):
         self.server.admin("update", "realms/deskhub", "-b", '{"clientPolicies": {"policies": []}}')
-        began, since = time.monotonic(), self.kiosk.now()
+        since = self.kiosk.now()
         secret = self.server.screen("rotate")
+        began = time.monotonic()
         reason = refusal(self.kiosk.wait_for("KC: failed to process reply: .*", since))
         self.kiosk.wait_for("Grant failed, retrying in 60s", since)
         self.tell("secret changed, the old one is invalid", f"refused: {reason}", began)
@@ -219,12 +223,15 @@ class Walk:
         self.tell("  the new one in the settings, no restart", "a new token", began)
 
     def restart(self):
-        began, since = time.monotonic(), self.kiosk.now()
+        since = self.kiosk.now()
         self.server.stop()
+        began = time.monotonic()
+        self.kiosk.wait_for("KC: failed to process reply: .*Connection refused", since)
         self.kiosk.wait_for("Grant failed, retrying in 60s", since)
-        self.tell("server stopped", "refused connection, the token is kept", began)
+        self.tell("server stopped", "connection refused, tried again after 60 s", began)
+        since = self.kiosk.now()
         self.server.start()
-        began, since = time.monotonic(), self.kiosk.now()
+        began = time.monotonic()
         self.kiosk.wait_for(TOKEN, since)
         self.kiosk.book("0A1B2C3F")
         self.tell("server back", "a new token, the service accepts it", began)
@@ -240,30 +247,36 @@ class Walk:
         self.kiosk.set_clock(0)
 
     def disabled(self):
-        began, since = time.monotonic(), self.kiosk.now()
+        since = self.kiosk.now()
         self.server.screen("disable")
+        began = time.monotonic()
         self.kiosk.book("0A1B2C3D", "POST /rs/log/v2: 401")
         self.tell("client disabled", "the service refuses its token at once", began)
         reason = refusal(self.kiosk.wait_for("KC: failed to process reply: .*", since))
         self.tell("  the next renewal", f"refused: {reason}", began)
+        since = self.kiosk.now()
         self.server.screen("enable")
-        began, since = time.monotonic(), self.kiosk.now()
+        began = time.monotonic()
         self.kiosk.wait_for(TOKEN, since, seconds=MENDED)
         self.tell("  enabled again", "a new token", began)
 
     def expired(self):
-        self.server.set_rotation(60, 30)
+        self.server.set_rotation(150, 120)  # the old one lasts until the new one is in use
         secret = self.server.screen("rotate")
         began, since = time.monotonic(), self.kiosk.now()
         self.kiosk.set_secret(secret)
-        reason = refusal(self.kiosk.wait_for("KC: failed to process reply: .*", since, seconds=180))
-        self.tell("secret expired, 60 s after its change", f"refused: {reason}", began)
+        self.kiosk.wait_for(TOKEN, since, 2)
+        self.server.screen("forget")
+        since = self.kiosk.now()
+        self.kiosk.wait_for(TOKEN, since)
+        reason = refusal(self.kiosk.wait_for("KC: failed to process reply: .*", since, seconds=240))
+        self.tell("secret expired, 150 s after its change", f"refused: {reason}", began)
         self.server.set_rotation()
-        began, since = time.monotonic(), self.kiosk.now()
+        since = self.kiosk.now()
         self.kiosk.set_secret(self.server.screen("rotate"))
+        began = time.monotonic()
         self.kiosk.wait_for(TOKEN, since, seconds=MENDED)
         self.tell("  another one in the settings, no restart", "a new token", began)
-
 
     def late_bookings(self):
         """All cards are booked in the end, the refused ones as well."""
@@ -272,7 +285,7 @@ class Walk:
         self.tell("the bookings that had to wait", f"all {self.kiosk.cards} cards are booked", began)
 
 
-def main(home, keycloak, *programs):
+def main(home, keycloak, programs, steps):
     folder = home / "run"
     shutil.rmtree(folder, ignore_errors=True)
     folder.mkdir(parents=True, mode=0o700)
@@ -286,9 +299,9 @@ def main(home, keycloak, *programs):
         print(f"{server.program.find(r'Keycloak [0-9.]+')[0][0]}, ready after {time.monotonic() - began:.1f} s", flush=True)
         walk = Walk(server, kiosk)
         try:
-            for step in (walk.first_token, walk.renewal, walk.secret_with_overlap, walk.secret_without_overlap, walk.restart,
-                         walk.clock_off, walk.disabled, walk.expired, walk.late_bookings):
-                step()
+            walk.first_token()
+            for step in steps or Walk.STEPS:
+                getattr(walk, step)()
             assert kiosk.program.end() == 0, kiosk.program.output()
             server.stop()
         finally:
@@ -296,4 +309,5 @@ def main(home, keycloak, *programs):
             (folder / "server.log").write_text(server.program.output(), encoding="utf-8")
 
 
-main(Path(sys.argv[1]), Path(sys.argv[2]), *map(os.path.abspath, sys.argv[3:]))
+signal.signal(signal.SIGTERM, lambda *_: sys.exit(1))  # with all that was started
+main(Path(sys.argv[1]), Path(sys.argv[2]), [os.path.abspath(each) for each in sys.argv[3:5]], sys.argv[5:])
