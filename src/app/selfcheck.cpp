@@ -92,7 +92,7 @@ void SelfCheck::onToken(QNetworkReply *reply)
     const QString what = QStringLiteral("token %1").arg(reply->url().toDisplayString());
     try {
         if (reply->error() != QNetworkReply::NoError)
-            throw KCException(failureOf(*reply));
+            throw KCException(failureOf(*reply) + refusalReason(*reply));
         const TokenResponse response = parseTokenResponse(reply->readAll());
         m_report.add(Verdict::Good, what, QStringLiteral("valid for %1 s").arg(response.expiresIn));
         checkConfiguration(response.accessToken);

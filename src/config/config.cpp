@@ -208,6 +208,11 @@ void Config::applyConfiguration(QJsonDocument json)
     Q_EMIT configChanged();
 }
 
+void Config::reload()
+{
+    m_settings.sync();
+}
+
 /** True if the user's own file has @p key. m_settings would also find machine-wide values. */
 bool Config::hasOwnValue(const QString &key) const
 {

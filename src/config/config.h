@@ -189,6 +189,9 @@ public Q_SLOTS:
      */
     void applyConfiguration(QJsonDocument json);
 
+    /** Reads the files again if somebody has edited them. Emits nothing. */
+    void reload();
+
 private:
     [[nodiscard]] bool hasOwnValue(const QString &key) const;
     bool applyKey(const QJsonObject &object, const QString &key);

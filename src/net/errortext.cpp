@@ -22,6 +22,13 @@ QString printableLine(QString text, int maxLength)
     return text;
 }
 
+QString withoutCredentials(QString text)
+{
+    static const QRegularExpression credentials(QStringLiteral("(Basic|Bearer)\\s+\\S+"),
+                                                QRegularExpression::CaseInsensitiveOption);
+    return text.replace(credentials, QStringLiteral("\\1 ********"));
+}
+
 namespace {
 
 constexpr auto tlsErrors = "tlsErrors"; // property of a reply
@@ -58,9 +65,6 @@ void rememberTlsErrors(QNetworkReply &reply, const QList<QSslError> &errors)
 QString errorText(const QNetworkReply &reply)
 {
     constexpr int maxLength = 500; // a reason phrase can have any length
-    // A reason phrase may echo the request's Authorization header.
-    static const QRegularExpression credentials(QStringLiteral("(Basic|Bearer)\\s+\\S+"),
-                                                QRegularExpression::CaseInsensitiveOption);
 
     QString text = reply.errorString();
     if (!reply.url().isEmpty())
@@ -68,8 +72,7 @@ QString errorText(const QNetworkReply &reply)
     const QString tls = reply.property(tlsErrors).toString();
     if (!tls.isEmpty())
         text += QLatin1String(": ") + tls;
-    text.replace(credentials, QStringLiteral("\\1 ********"));
-    return printableLine(text, maxLength);
+    return printableLine(withoutCredentials(text), maxLength);
 }
 
 QString networkError(const QNetworkReply &reply)

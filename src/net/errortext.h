@@ -12,6 +12,9 @@ class QSslError;
 /** @p text as one line without control characters, of at most @p maxLength characters. */
 [[nodiscard]] QString printableLine(QString text, int maxLength);
 
+/** @p text without what follows "Basic" or "Bearer": a server may echo the Authorization header. */
+[[nodiscard]] QString withoutCredentials(QString text);
+
 /** What is wrong with the certificate of a server, for a technician. */
 [[nodiscard]] QString tlsErrorText(const QList<QSslError> &errors);
 

@@ -46,6 +46,8 @@ KCClientCredentials::KCClientCredentials(XNetworkAccessManager *manager,
 {
     m_renewalTimer->setObjectName(QStringLiteral("renewal"));
     connect(m_renewalTimer, &QTimer::timeout, this, &KCClientCredentials::refresh);
+    // In time for the renewal after this one: the secret of a screen may have been changed.
+    connect(m_renewalTimer, &QTimer::timeout, Config::instance(), &Config::reload);
 }
 
 QString KCClientCredentials::accessToken() const
@@ -124,7 +126,8 @@ bool KCClientCredentials::processReply(QPointer<QNetworkReply> &pending)
     reply->deleteLater();
     try {
         if (reply->error() != QNetworkReply::NoError)
-            throw KCException(QStringLiteral("Network or HTTP error: %1").arg(errorText(*reply)));
+            throw KCException(QStringLiteral("Network or HTTP error: %1")
+                                  .arg(errorText(*reply) + refusalReason(*reply)));
         storeTokens(parseTokenResponse(reply->readAll()));
     } catch (const std::exception &e) {
         qWarning() << "KC: failed to process reply:" << e.what();

@@ -5,7 +5,9 @@
 
 #include "base/exceptions.h"
 #include "base/json.h"
+#include "net/errortext.h"
 
+#include <QIODevice>
 #include <QJsonDocument>
 #include <QJsonObject>
 
@@ -99,6 +101,22 @@ TokenResponse parseTokenResponse(const QByteArray &body)
     if (isGiven(refreshExpiresIn))
         response.refreshExpiresIn = readInt(object, refreshExpiresIn);
     return response;
+}
+
+QString refusalReason(QIODevice &reply)
+{
+    constexpr int maxLength = 200;
+    if (!reply.isReadable())
+        return {}; // aborted
+    const QJsonObject object = readJson(reply.readAll()).object();
+    QString reason = object.value(QLatin1String("error")).toString();
+    if (reason.isEmpty())
+        return {};
+    const QString description = object.value(QLatin1String("error_description")).toString();
+    if (!description.isEmpty())
+        reason += QLatin1String(": ") + description;
+    return QStringLiteral(" [%1]").arg(
+        printableLine(withoutCredentials(reason.left(maxLength)), maxLength));
 }
 
 std::chrono::milliseconds renewalInterval(int expiresIn)

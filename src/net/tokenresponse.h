@@ -8,6 +8,8 @@
 
 #include <chrono>
 
+class QIODevice;
+
 /** A token endpoint's response (RFC 6749, section 5.1, with Keycloak's refresh_expires_in). */
 struct TokenResponse
 {
@@ -19,6 +21,12 @@ struct TokenResponse
 
 /** Reads @p body; throws KCException with a message that contains no part of a token. */
 [[nodiscard]] TokenResponse parseTokenResponse(const QByteArray &body);
+
+/**
+ * Why the token endpoint refuses, from the body of its @p reply (RFC 6749, section 5.2), as
+ * " [code: description]" to append to a failure; empty if the body does not tell.
+ */
+[[nodiscard]] QString refusalReason(QIODevice &reply);
 
 /** The time after which to renew a token that is valid for @p expiresIn seconds. */
 [[nodiscard]] std::chrono::milliseconds renewalInterval(int expiresIn);

@@ -65,7 +65,8 @@ private Q_SLOTS:
     void keepsItsTokenWhenTheServerFails_data()
     {
         columns<Fault, QString>("fault", "reason");
-        row("wrong credentials", Fault::WrongCredentials, "Network or HTTP error: ");
+        row("wrong credentials", Fault::WrongCredentials,
+            "Network or HTTP error: Host requires authentication [invalid_client]");
         row("never answered", Fault::Hang, "Network or HTTP error: Operation canceled");
         row("redirect", Fault::Redirect, "Failed to read JSON: ");
     }
@@ -93,6 +94,23 @@ private Q_SLOTS:
         QVERIFY(client.kc.accessToken() != held);
         QCOMPARE(client.available.count(), 1);
         QCOMPARE(client.timer()->interval(), 27000);
+    }
+
+    void takesEditedCredentials()
+    {
+        services().setFault(Route::Token, Fault::NoRefreshToken);
+        Client client(*this);
+        QVERIFY(client.takesToken());
+        const QString file = settings::read(settings::userFile());
+        settings::write(settings::userFile(), QString(file).replace("Geheimnis"_s, "Rätsel"_s));
+        QMetaObject::invokeMethod(client.timer(), "timeout"); // reads the file
+        QVERIFY(client.changed.wait());
+
+        log().expect("KC: failed to process reply: "_s);
+        log().expect("Grant failed, retrying in 60s."_s);
+        log().expect("Network error"_s);
+        QMetaObject::invokeMethod(client.timer(), "timeout");
+        QTRY_COMPARE(client.timer()->interval(), 60000);
     }
 
     void mayBeCalledFromAnyThread()

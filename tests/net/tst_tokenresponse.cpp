@@ -5,6 +5,8 @@
 #include "net/tokenresponse.h"
 #include "support/testcase.h"
 
+#include <QBuffer>
+
 using namespace std::chrono_literals;
 using std::chrono::milliseconds;
 
@@ -63,6 +65,17 @@ private Q_SLOTS:
             outcome = QString::fromUtf8(e.what());
         }
         QVERIFY2(outcome.startsWith(at("outcome")), qPrintable(outcome));
+    }
+
+    void tellsWhyItIsRefused()
+    {
+        const auto reason = [](QByteArray body) {
+            QBuffer reply(&body);
+            return reply.open(QIODevice::ReadOnly) ? refusalReason(reply) : QString();
+        };
+        QCOMPARE(reason(R"({"error":"denied","error_description":"off,\nBasic eDp5"})"),
+                 " [denied: off, Basic ********]"_s);
+        QCOMPARE(reason("[404]"), QString());
     }
 
     void isRenewedInTime()

@@ -56,6 +56,7 @@ public:
     [[nodiscard]] quint16 port() const { return m_server ? m_server->port() : quint16(0); }
 
     [[nodiscard]] ScheduleRoute &schedule() { return m_schedule; }
+    [[nodiscard]] TokenRoute &tokens() { return m_tokens; }
     [[nodiscard]] ConfigurationRoute &configuration() { return m_configuration; }
     [[nodiscard]] const AttendanceRoute &attendance() const { return m_attendance; }
     [[nodiscard]] const CardHolders &holders() const { return m_holders; }

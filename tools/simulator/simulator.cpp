@@ -72,6 +72,11 @@ bool Simulator::setScheduleFile(const QString &path, QString *error)
     return true;
 }
 
+void Simulator::setIntrospection(const QUrl &endpoint)
+{
+    m_backend->tokens().setIntrospection(endpoint);
+}
+
 void Simulator::setConfiguration(const QByteArray &json)
 {
     m_backend->configuration().setDocument(json);

@@ -55,6 +55,9 @@ public:
     /// @param error receives the reason of a failure; may be null
     bool setScheduleFile(const QString &path, QString *error);
 
+    /// Takes the tokens of a real identity server instead of its own; before start().
+    /// @param endpoint for the introspection of tokens, with name and secret of a service
+    void setIntrospection(const QUrl &endpoint);
     /// Serves this JSON as the configuration. Empty restores the default.
     void setConfiguration(const QByteArray &json);
     /// The settings that connect a kiosk to these services: addresses and credentials.

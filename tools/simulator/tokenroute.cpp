@@ -101,10 +101,14 @@ Response TokenRoute::spoil(Response good, Fault fault, const RecordedRequest &re
 bool TokenRoute::isAuthorized(const QByteArray &authorization) const
 {
     const QByteArray scheme = "Bearer ";
+    if (!authorization.startsWith(scheme))
+        return false;
+    const QByteArray text = authorization.mid(scheme.size());
+    if (m_introspection)
+        return m_introspection->isActive(text);
     const std::lock_guard lock(m_mutex);
-    const auto token = m_accessTokens.constFind(authorization.mid(scheme.size()));
-    return authorization.startsWith(scheme) && token != m_accessTokens.constEnd()
-        && !token->hasExpired();
+    const auto token = m_accessTokens.constFind(text);
+    return token != m_accessTokens.constEnd() && !token->hasExpired();
 }
 
 std::optional<Response> TokenRoute::refusalOf(const RecordedRequest &request) const

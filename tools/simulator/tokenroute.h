@@ -4,6 +4,7 @@
 #pragma once
 
 #include "simulator/routehandler.h"
+#include "simulator/tokenintrospection.h"
 
 #include <QDeadlineTimer>
 #include <QHash>
@@ -30,7 +31,9 @@ public:
     [[nodiscard]] Response spoil(Response good, Fault fault,
                                  const RecordedRequest &request) override;
 
-    /// Whether the header value holds a valid access token of this server.
+    /// From now on the access tokens are those of another server. Call it before the start.
+    void setIntrospection(const QUrl &endpoint) { m_introspection.emplace(endpoint); }
+    /// Whether the header value holds a valid access token.
     [[nodiscard]] bool isAuthorized(const QByteArray &authorization) const;
     /// The refusal of a service that requires a token and serves only German JSON. Nothing if the
     /// request meets these conditions.
@@ -39,6 +42,7 @@ public:
 private:
     [[nodiscard]] Response issue();
 
+    std::optional<TokenIntrospection> m_introspection;
     mutable std::mutex m_mutex; ///< protects everything below
     QHash<QByteArray, QDeadlineTimer> m_accessTokens;
     QSet<QString> m_refreshTokens; ///< each is valid once
