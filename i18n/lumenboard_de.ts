@@ -92,6 +92,16 @@ Neuer Versuch in %2 s.</translation>
         <extracomment>Small line at the bottom of the screen, after a fatal error</extracomment>
         <translation>Transponder werden nicht mehr erfasst. Bitte wenden Sie sich an eine zuständige Person.</translation>
     </message>
+    <message>
+        <source>Lumenboard already runs on this device. Cards are read here once that ends.</source>
+        <extracomment>Small line at the bottom of the screen of a second program</extracomment>
+        <translation>Lumenboard läuft auf diesem Gerät bereits. Transponder werden hier gelesen, sobald es dort endet.</translation>
+    </message>
+    <message>
+        <source>Cards cannot be logged: the storage of this device cannot be written to. Please call on a staff member in charge.</source>
+        <extracomment>Small line at the bottom of the screen</extracomment>
+        <translation>Transponder werden nicht erfasst: Der Speicher dieses Geräts kann nicht beschrieben werden. Bitte wenden Sie sich an eine zuständige Person.</translation>
+    </message>
 </context>
 <context>
     <name>Config</name>

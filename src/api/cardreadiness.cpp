@@ -11,18 +11,36 @@ CardReadiness::CardReadiness(QObject *parent)
 {
     m_searchLimit.setSingleShot(true);
     m_searchLimit.setInterval(5s);
-    connect(&m_searchLimit, &QTimer::timeout, this, [this] { setReaderMissing(true); });
+    connect(&m_searchLimit, &QTimer::timeout, this, [this] { set(ReaderMissing, true); });
 }
 
 QString CardReadiness::warning() const
 {
-    if (m_isStopped)
+    if (isWaiting())
+        //: Small line at the bottom of the screen of a second program
+        return tr("Lumenboard already runs on this device. Cards are read here once that ends.");
+    if (m_state.testFlag(Stopped))
         //: Small line at the bottom of the screen, after a fatal error
         return tr("Cards are no longer logged. Please call on a staff member in charge.");
-    if (m_isReaderMissing)
+    if (m_state.testFlag(NotKept))
+        //: Small line at the bottom of the screen
+        return tr("Cards cannot be logged: the storage of this device cannot be written to. Please "
+                  "call on a staff member in charge.");
+    if (m_state.testFlag(ReaderMissing))
         //: Small line at the bottom of the screen
         return tr("No card reader connected: cards are not read.");
     return {};
+}
+
+QString CardReadiness::status() const
+{
+    if (isWaiting())
+        return QStringLiteral("another kiosk runs");
+    if (m_state.testFlag(Stopped))
+        return QStringLiteral("logging has stopped");
+    if (m_state.testFlag(NotKept))
+        return QStringLiteral("records cannot be kept");
+    return QStringLiteral("cards are not read");
 }
 
 void CardReadiness::onSearchStarted()
@@ -33,19 +51,23 @@ void CardReadiness::onSearchStarted()
 void CardReadiness::onReaderStateChanged(bool connected)
 {
     m_searchLimit.stop();
-    setReaderMissing(!connected);
+    set(ReaderMissing, !connected);
 }
 
 void CardReadiness::onLoggingStopped()
 {
-    m_isStopped = true;
-    Q_EMIT warningChanged();
+    set(Stopped, true);
 }
 
-void CardReadiness::setReaderMissing(bool missing)
+void CardReadiness::onRecordsKeptChanged(bool kept)
 {
-    if (m_isReaderMissing == missing)
+    set(NotKept, !kept);
+}
+
+void CardReadiness::set(Fault fault, bool isThere)
+{
+    if (m_state.testFlag(fault) == isThere)
         return;
-    m_isReaderMissing = missing;
+    m_state.setFlag(fault, isThere);
     Q_EMIT warningChanged();
 }

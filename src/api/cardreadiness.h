@@ -20,6 +20,11 @@ public:
 
     /** Why cards are not read; empty while they are. */
     [[nodiscard]] QString warning() const;
+    /** The same for technicians, in English. */
+    [[nodiscard]] QString status() const;
+    /** True while another kiosk reads the cards of this machine. */
+    [[nodiscard]] bool isWaiting() const { return m_state.testFlag(Waiting); }
+    void setWaiting(bool waiting) { set(Waiting, waiting); }
 
 Q_SIGNALS:
     void warningChanged();
@@ -30,11 +35,16 @@ public Q_SLOTS:
     void onReaderStateChanged(bool connected);
     /** Nothing is logged until the program restarts. */
     void onLoggingStopped();
+    /** @p kept is false while no record can be written to the disk. */
+    void onRecordsKeptChanged(bool kept);
 
 private:
-    void setReaderMissing(bool missing);
+    /** What keeps cards from being logged, the worst first. */
+    enum Fault { Waiting = 1, Stopped = 2, NotKept = 4, ReaderMissing = 8 };
+    Q_DECLARE_FLAGS(Faults, Fault)
+
+    void set(Fault fault, bool isThere);
 
     QTimer m_searchLimit;
-    bool m_isReaderMissing = false;
-    bool m_isStopped = false;
+    Faults m_state;
 };

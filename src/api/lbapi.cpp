@@ -73,9 +73,10 @@ void LBAPI::setScanTransponder(bool scan)
 
 QString LBAPI::cardWarning() const
 {
-    // A screen on which nobody holds up cards must not complain.
+    // A screen on which nobody holds up cards must not complain, but for being one too many.
     const bool expectsCards = config()->attendanceEnabled()
-        || config()->tallyxMode() != Config::TallyxDisabled || m_scanTransponder;
+        || config()->tallyxMode() != Config::TallyxDisabled || m_scanTransponder
+        || m_cardReadiness.isWaiting();
     return expectsCards ? m_cardReadiness.warning() : QString();
 }
 

@@ -18,6 +18,9 @@ namespace {
 /// Survives the worker: a rebuilt window must not resume what was stopped for good.
 std::atomic<bool> s_isLoggingStopped = false;
 
+/// False in a second kiosk that waits for the first one's end. GUI thread.
+bool s_hasStarted = false;
+
 /**
  * One thread for the process: a rebuild replaces the window. Never destroyed, since a worker that
  * blocks may still run in it at the end.
@@ -39,7 +42,7 @@ QObject &threadProbe()
     return *probe;
 }
 
-/** What the worker tells of the reader and of the end of logging. */
+/** What the worker tells of the reader, the disk and the end of logging. */
 void wireReadiness(const AttendanceWorker *worker)
 {
     CardReadiness *readiness = LBAPI::instance()->cardReadiness();
@@ -69,6 +72,7 @@ bool startAttendanceThread()
         return false;
     }
     qDebug() << "Starting attendance worker thread..." << QThread::currentThread();
+    s_hasStarted = true;
     auto *worker = new AttendanceWorker;
     wireReadiness(worker);
     startWorkerThread(thread, worker);
@@ -89,7 +93,7 @@ void stopAttendanceThread()
 
 void askAttendanceThread(const std::function<void()> &answer)
 {
-    if (s_isLoggingStopped) // after a rebuild of the window the thread does not run
+    if (s_isLoggingStopped || !s_hasStarted) // the thread need not run
         answer();
     else
         QMetaObject::invokeMethod(&threadProbe(), answer, Qt::QueuedConnection);

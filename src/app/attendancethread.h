@@ -20,6 +20,6 @@ void stopAttendanceThread();
 
 /**
  * Calls @p answer in the attendance thread as soon as that thread gets to it, or at once in the
- * caller's if logging was stopped for good. GUI thread.
+ * caller's if logging was stopped for good or has not started yet. GUI thread.
  */
 void askAttendanceThread(const std::function<void()> &answer);

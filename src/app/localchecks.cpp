@@ -4,6 +4,7 @@
 #include "app/localchecks.h"
 
 #include "app/checkreport.h"
+#include "base/instancelock.h"
 #include "config/config.h"
 #include "config/effectivesettings.h"
 #include "config/scratchsettings.h"
@@ -63,6 +64,15 @@ void localchecks::checkTls(CheckReport &report)
         report.add(Verdict::Good, QStringLiteral("TLS"), QSslSocket::sslLibraryVersionString());
     else
         report.add(Verdict::Bad, QStringLiteral("TLS"), QStringLiteral("not available"));
+}
+
+void localchecks::checkInstance(CheckReport &report)
+{
+    const auto process = InstanceLock::holder();
+    report.add(Verdict::Good, QStringLiteral("kiosk"),
+               process
+                   ? QStringLiteral("runs as process %1, a second one reads no cards").arg(*process)
+                   : QStringLiteral("none runs"));
 }
 
 void localchecks::checkReader(CheckReport &report)

@@ -15,6 +15,8 @@ namespace localchecks {
 /** Prints all settings in force. Bad if their files cannot be read or written. */
 void checkSettings(CheckReport &report, const ScratchSettings &settings);
 void checkTls(CheckReport &report);
+/** Tells whether a kiosk runs: a second one would read no cards. */
+void checkInstance(CheckReport &report);
 /** Prints the serial ports, and which of them the kiosk would open. */
 void checkReader(CheckReport &report);
 /** Good if the folder can be written and listed, or can still be created. */

@@ -65,6 +65,7 @@ void SelfCheck::start()
     m_pending = 1;
     localchecks::checkSettings(m_report, m_settings);
     localchecks::checkTls(m_report);
+    localchecks::checkInstance(m_report);
     warnOfAddresses();
     checkToken();
     done();

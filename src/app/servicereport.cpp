@@ -73,7 +73,7 @@ QString statusText()
     else if (!api->scheduleAsOf().isEmpty())
         parts << QStringLiteral("the schedule is out of date");
     if (!api->cardWarning().isEmpty())
-        parts << QStringLiteral("cards are not read");
+        parts << api->cardReadiness()->status();
     if (parts.size() == 1)
         parts << QStringLiteral("all well");
     return parts.join(QStringLiteral(", ")) + QLatin1Char('.');

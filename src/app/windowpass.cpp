@@ -7,6 +7,7 @@
 #include "app/attendancethread.h"
 #include "app/exitwatchdog.h"
 #include "app/inputeventmonitor.h"
+#include "app/instanceguard.h"
 #include "app/quickwindow.h"
 #include "app/servicereport.h"
 #include "app/terminationsignals.h"
@@ -51,7 +52,7 @@ bool isLastPass()
     return !pendingWindowState || TerminationSignals::isRequested();
 }
 
-int runWindowPass(const TerminationSignals &termination)
+int runWindowPass(const TerminationSignals &termination, const InstanceGuard &guard)
 {
     QuickWindow window;
     window.setResizeMode(QQuickView::SizeRootObjectToView);
@@ -66,7 +67,10 @@ int runWindowPass(const TerminationSignals &termination)
         Qt::DirectConnection);
     LBAPI::instance()->setInactivityTimer(window.inactivityTimer());
 
-    startAttendanceThread();
+    if (guard.isFirst())
+        startAttendanceThread();
+    else
+        QObject::connect(&guard, &InstanceGuard::becameFirst, &window, &startAttendanceThread);
     window.reload();
     reportToServiceManager(window);
     showWindow(window);
@@ -82,9 +86,12 @@ int runWindowPass(const TerminationSignals &termination)
 
 int runWindowPasses(const TerminationSignals &termination)
 {
+    // Never destroyed: a worker that was left behind may use the records as long as the process
+    // runs.
+    const auto *guard = new InstanceGuard(QCoreApplication::instance());
     int code = 0;
     do {
-        code = runWindowPass(termination);
+        code = runWindowPass(termination, *guard);
     } while (!isLastPass());
     return code;
 }
