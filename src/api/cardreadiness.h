@@ -16,8 +16,13 @@ class CardReadiness : public QObject
     Q_OBJECT
 
 public:
+    /** What keeps cards from being logged, the worst first. */
+    enum Fault { Waiting = 1, Stopped = 2, NotKept = 4, ReaderMissing = 8 };
+    Q_DECLARE_FLAGS(Faults, Fault)
+
     explicit CardReadiness(QObject *parent = nullptr);
 
+    [[nodiscard]] Faults faults() const { return m_state; }
     /** Why cards are not read; empty while they are. */
     [[nodiscard]] QString warning() const;
     /** The same for technicians, in English. */
@@ -39,10 +44,6 @@ public Q_SLOTS:
     void onRecordsKeptChanged(bool kept);
 
 private:
-    /** What keeps cards from being logged, the worst first. */
-    enum Fault { Waiting = 1, Stopped = 2, NotKept = 4, ReaderMissing = 8 };
-    Q_DECLARE_FLAGS(Faults, Fault)
-
     void set(Fault fault, bool isThere);
 
     QTimer m_searchLimit;

@@ -60,6 +60,8 @@ public:
     [[nodiscard]] QString scheduleAsOf() const { return m_scheduleAge.asOf(); }
     /** Why cards are not read, if the settings or a view make people hold up cards; else empty. */
     [[nodiscard]] QString cardWarning() const;
+    /** True if the settings or a view make people hold up cards. */
+    [[nodiscard]] bool expectsCards() const;
     /** Hears of the reader and of the end of logging. */
     [[nodiscard]] CardReadiness *cardReadiness() { return &m_cardReadiness; }
 
@@ -86,6 +88,8 @@ Q_SIGNALS:
     void accessTokenChanged(QString token);
     void scheduleAsOfChanged();
     void cardWarningChanged();
+    /** A download of the schedule has succeeded or failed; it need not become the current one. */
+    void scheduleReadFinished(EventData *v);
 
 public Q_SLOTS:
     /** Emits reset() and ends the oldest of too many lasting notifications. */

@@ -4,6 +4,7 @@
 #include "presence/tallyxqueue.h"
 
 #include "net/accesstoken.h"
+#include "net/errortext.h"
 #include "notifications/noticelimits.h"
 #include "notifications/notificationhandle.h"
 #include "presence/tallyxflow.h"
@@ -43,8 +44,11 @@ void TallyxQueue::begin(quint64 transponderId)
     auto *flow = new TallyxFlow(transponderId, m_manager, m_limits, this);
     m_flows.insert(flow);
     connect(flow, &TallyxFlow::stateChanged, this, &TallyxQueue::freshChanged);
-    connect(flow, &TallyxFlow::acknowledged, this,
-            [this, flow] { completeBooking(flow->spoolPath(), SpoolRemover::Sync::AtOnce); });
+    connect(flow, &TallyxFlow::acknowledged, this, [this, flow] {
+        completeBooking(flow->spoolPath(), SpoolRemover::Sync::AtOnce);
+        ledger().onAccepted();
+    });
+    connect(flow, &TallyxFlow::saved, this, [this, flow] { ledger().onSaved(flow->spoolPath()); });
     connect(flow, &TallyxFlow::ended, this, [this, flow] { onFlowEnded(flow); });
     flow->start();
 }
@@ -52,12 +56,14 @@ void TallyxQueue::begin(quint64 transponderId)
 /** Saves the record for a pass without asking: too many questions are already open. */
 void TallyxQueue::postpone(quint64 transponderId)
 {
-    auto failure = catchFailure(
-        [transponderId] { TallyxLogEntity(transponderId, TallyxFlow::initialType()).save(); });
+    TallyxLogEntity record(transponderId, TallyxFlow::initialType());
+    auto failure = catchFailure([&record] { record.save(); });
     const bool isQueued = !failure;
     if (failure) {
         qCritical().noquote() << "Error logging presence:" << failure->logText();
+        ledger().onFailed({}, { failure });
     } else {
+        ledger().onSaved(record.spoolPath());
         failure = Failure::temporary({}, tr("Too many cards at once."));
         qWarning() << "Too many presence questions at once, leaving the record to the queue.";
         processIn(60s);
@@ -107,8 +113,7 @@ void TallyxQueue::resend(const QString &path)
 void TallyxQueue::onResent(const QString &path, QNetworkReply &reply)
 {
     reply.deleteLater();
-    RecordOutcome outcome;
-    outcome.hasResponse = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).isValid();
+    RecordOutcome outcome = outcomeOf(reply);
     outcome.failure = catchFailure([&] { (void)tallyxservice::readAcknowledgement(reply); });
     if (!outcome.failure)
         completeBooking(path, SpoolRemover::Sync::Soon);
@@ -137,6 +142,11 @@ void TallyxQueue::onFlowEnded(TallyxFlow *flow)
 {
     m_flows.remove(flow);
     flow->deleteLater();
+    if (flow->outcome().failure)
+        ledger().onFailed(flow->isOnDisk() ? flow->spoolPath() : QString(), flow->outcome());
+    // The flow removes a record that contradicts the person's choice.
+    if (!flow->isAcknowledged() && !flow->spoolPath().isEmpty() && !flow->isOnDisk())
+        ledger().onGone(flow->spoolPath());
     if (!flow->isAcknowledged())
         processIn(60s);
     Q_EMIT freshChanged();

@@ -93,6 +93,10 @@ void AttendanceWorker::init()
     m_cards = new CardLogger(m_limits, this);
     QTimer::singleShot(firstPassDelay, this, &AttendanceWorker::processQueue);
     connect(m_cards, &CardLogger::stopped, this, &AttendanceWorker::onLoggingStopped);
+    connect(m_cards, &CardLogger::attendanceStatusChanged, this,
+            &AttendanceWorker::attendanceStatusChanged);
+    connect(m_cards, &CardLogger::presenceStatusChanged, this,
+            &AttendanceWorker::presenceStatusChanged);
     m_retryTimer = new QTimer(this);
     m_clock.start();
     connect(m_retryTimer, &QTimer::timeout, this, &AttendanceWorker::initSerialPort);
@@ -156,6 +160,7 @@ void AttendanceWorker::openSerialPort(const QString &name)
     port->setReadBufferSize(deliveryBytes);
     connect(port, &QSerialPort::readyRead, this, &AttendanceWorker::onSerialPortReadyRead);
     qDebug() << "Waiting for cards.";
+    Q_EMIT readerOpened(name);
     Q_EMIT readerStateChanged(true);
 }
 
@@ -261,10 +266,11 @@ void AttendanceWorker::processLine(const QByteArray &line)
     const quint64 transponderId = parseTransponderId(line);
     if (LBAPI::instance()->takeScan()) {
         Q_EMIT transponderScanned(QString::fromLatin1(line));
-        return;
+    } else {
+        qDebug() << "Logging" << transponderId << "...";
+        m_cards->log(transponderId);
     }
-    qDebug() << "Logging" << transponderId << "...";
-    m_cards->log(transponderId);
+    Q_EMIT cardRead();
 }
 
 void AttendanceWorker::processQueue()

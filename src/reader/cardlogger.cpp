@@ -23,6 +23,8 @@ CardLogger::CardLogger(const RequestLimits &limits, QObject *parent)
 {
     connect(m_attendance, &RecordQueue::fatalStop, this, &CardLogger::stop);
     connect(m_presence, &RecordQueue::fatalStop, this, &CardLogger::stop);
+    connect(m_attendance, &RecordQueue::statusChanged, this, &CardLogger::attendanceStatusChanged);
+    connect(m_presence, &RecordQueue::statusChanged, this, &CardLogger::presenceStatusChanged);
 
     auto *saveTimer = new QTimer(this);
     connectChecked(saveTimer, SIGNAL(timeout()), m_names, SLOT(save()));

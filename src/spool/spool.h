@@ -7,9 +7,11 @@
 #include "spool/durablefile.h"
 
 #include <QByteArray>
+#include <QDateTime>
 #include <QDir>
 #include <QString>
 
+#include <functional>
 #include <optional>
 
 /**
@@ -39,6 +41,12 @@ public:
 
     /** True if the records can be listed or the folder does not exist; otherwise logs a warning. */
     [[nodiscard]] bool canBeListed() const;
+
+    /** Calls @p visitor with the name of each record, in the order of the file system. */
+    void visit(const std::function<void(const QString &name)> &visitor) const;
+
+    /** When the record with this file name was made (UTC); invalid for a foreign name. */
+    [[nodiscard]] static QDateTime timeOf(const QString &name);
 
     /** Number of records. */
     [[nodiscard]] int count() const;
