@@ -102,11 +102,11 @@ int Spool::count() const
     return files;
 }
 
-void Spool::visit(const std::function<void(const QString &name)> &visitor) const
+void Spool::visit(const QString &folder, const Visitor &visitor)
 {
     // Not QDirIterator, which asks for the size and the times of each file.
-    const std::unique_ptr<DIR, int (*)(DIR *)> files(
-        opendir(QFile::encodeName(folder()).constData()), &closedir);
+    const std::unique_ptr<DIR, int (*)(DIR *)> files(opendir(QFile::encodeName(folder).constData()),
+                                                     &closedir);
     while (const dirent *entry = files ? readdir(files.get()) : nullptr) {
         if (isRecord(files.get(), *entry))
             visitor(QFile::decodeName(entry->d_name));

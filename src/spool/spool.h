@@ -43,7 +43,9 @@ public:
     [[nodiscard]] bool canBeListed() const;
 
     /** Calls @p visitor with the name of each record, in the order of the file system. */
-    void visit(const std::function<void(const QString &name)> &visitor) const;
+    using Visitor = std::function<void(const QString &name)>;
+    void visit(const Visitor &visitor) const { visit(folder(), visitor); }
+    static void visit(const QString &folder, const Visitor &visitor);
 
     /** When the record with this file name was made (UTC); invalid for a foreign name. */
     [[nodiscard]] static QDateTime timeOf(const QString &name);
