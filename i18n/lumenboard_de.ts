@@ -93,9 +93,9 @@ Neuer Versuch in %2 s.</translation>
         <translation>Transponder werden nicht mehr erfasst. Bitte wenden Sie sich an eine zuständige Person.</translation>
     </message>
     <message>
-        <source>Lumenboard already runs on this device. Cards are read here once that ends.</source>
+        <source>Lumenboard already runs on this device. Cards are read here once the other program ends.</source>
         <extracomment>Small line at the bottom of the screen of a second program</extracomment>
-        <translation>Lumenboard läuft auf diesem Gerät bereits. Transponder werden hier gelesen, sobald es dort endet.</translation>
+        <translation>Lumenboard läuft auf diesem Gerät bereits. Transponder werden hier erst gelesen, wenn das andere Programm endet.</translation>
     </message>
     <message>
         <source>Cards cannot be logged: the storage of this device cannot be written to. Please call on a staff member in charge.</source>

@@ -18,7 +18,8 @@ QString CardReadiness::warning() const
 {
     if (isWaiting())
         //: Small line at the bottom of the screen of a second program
-        return tr("Lumenboard already runs on this device. Cards are read here once that ends.");
+        return tr("Lumenboard already runs on this device. Cards are read here once the "
+                  "other program ends.");
     if (m_state.testFlag(Stopped))
         //: Small line at the bottom of the screen, after a fatal error
         return tr("Cards are no longer logged. Please call on a staff member in charge.");

@@ -53,6 +53,8 @@ void wireReadiness(const AttendanceWorker *worker)
     connectChecked(worker, SIGNAL(loggingStopped()), readiness, SLOT(onLoggingStopped()));
     connectChecked(worker,
                    SIGNAL(readerStateChanged(bool)), readiness, SLOT(onReaderStateChanged(bool)));
+    connectChecked(worker,
+                   SIGNAL(recordsKeptChanged(bool)), readiness, SLOT(onRecordsKeptChanged(bool)));
     // Posted, like the signals: the last worker's come before it.
     QMetaObject::invokeMethod(readiness, &CardReadiness::onSearchStarted, Qt::QueuedConnection);
 }

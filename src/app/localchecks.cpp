@@ -8,6 +8,7 @@
 #include "config/config.h"
 #include "config/effectivesettings.h"
 #include "config/scratchsettings.h"
+#include "config/secrets.h"
 #include "config/services.h"
 #include "reader/readerport.h"
 #include "spool/spool.h"
@@ -48,6 +49,10 @@ void localchecks::checkSettings(CheckReport &report, const ScratchSettings &sett
     const QStringList behind = settings.fallbackFiles();
     for (const QString &file : behind)
         report.print(QStringLiteral("        behind the user's file: ") + file);
+
+    for (const QString &file : secrets::readableByAll(behind))
+        report.add(Verdict::Notice, QStringLiteral("settings ") + file,
+                   QStringLiteral("hold a secret that everybody can read"));
 
     const QString what = QStringLiteral("settings ") + settings.fileName();
     if (!settings.problem().isEmpty())

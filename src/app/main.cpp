@@ -10,6 +10,7 @@
 #include "base/loglimit.h"
 #include "config/config.h"
 #include "config/effectivesettings.h"
+#include "config/secrets.h"
 #include "net/addresswarnings.h"
 #include "supervision/journal.h"
 
@@ -55,7 +56,7 @@ int main(int argc, char *argv[])
     registerMetaTypes();
     registerQmlTypes();
     LBAPI::instance();
-    for (const auto warn : { warnOfSettings, warnOfAddresses }) {
+    for (const auto warn : { warnOfSettings, warnOfAddresses, secrets::warn }) {
         warn();
         QObject::connect(Config::instance(), &Config::configChanged, warn);
     }

@@ -74,8 +74,7 @@ void SelfCheck::start()
 void SelfCheck::checkToken()
 {
     const QString what = QStringLiteral("token");
-    const Config *config = Config::instance();
-    if (config->keycloakClientId().isEmpty() || config->keycloakClientSecret().isEmpty()) {
+    if (!Config::instance()->hasCredentials()) {
         continueWithoutToken(
             what, QStringLiteral("Keycloak/clientId or Keycloak/clientSecret is not set"));
         return;

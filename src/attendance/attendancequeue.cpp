@@ -38,6 +38,10 @@ AttendanceQueue::~AttendanceQueue()
 
 void AttendanceQueue::log(quint64 transponderId)
 {
+    if (const auto failure = refusal()) {
+        reportFailure(*failure);
+        return;
+    }
     auto *request = new AttendanceRequest(transponderId, this);
     if (request->locationId() <= 0)
         qWarning() << "Plenar location ID not set";

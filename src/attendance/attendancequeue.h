@@ -31,7 +31,7 @@ public:
     /** Removes the notices that still say "Logging attendance..."; the records stay on disk. */
     ~AttendanceQueue() override;
 
-    /** Logs the card with this id at the current time. */
+    /** Logs the card with this id at the current time, or tells that it cannot. */
     void log(quint64 transponderId);
     /** Tells the person at the screen about a failure without a record. */
     void reportFailure(const Failure &failure);

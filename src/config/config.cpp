@@ -4,6 +4,7 @@
 #include "config/config.h"
 
 #include "base/fileidentity.h"
+#include "config/credential.h"
 #include "config/keys.h"
 #include "config/refreshgrid.h"
 #include "config/settingsfile.h"
@@ -90,7 +91,12 @@ int Config::number(const QString &key) const
 
 QVariant Config::value(const QString &key) const
 {
-    return m_settings.value(key, settingOf(key).defaultValue());
+    const Setting &setting = settingOf(key);
+    if (setting.type == Setting::Type::Secret) {
+        if (const auto text = credential(key))
+            return *text;
+    }
+    return m_settings.value(key, setting.defaultValue());
 }
 
 QVariant Config::value(const QString &key, const QVariant &defaultValue) const
@@ -147,6 +153,8 @@ QDate Config::scheduleDate() const
 
 QString Config::origin(const QString &key) const
 {
+    if (settingOf(key).type == Setting::Type::Secret && credential(key))
+        return QStringLiteral("credential");
     if (hasOwnValue(key))
         return QStringLiteral("user");
     QSettings shared(QSettings::UserScope, m_settings.organizationName());

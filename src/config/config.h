@@ -92,7 +92,7 @@ public:
     [[nodiscard]] QString text(const QString &key) const { return value(key).toString(); }
     [[nodiscard]] QUrl url(const QString &key) const { return QUrl(text(key)); }
 
-    /** The value of a setting as it is stored, or its default. */
+    /** The value of a setting as it is stored, or its default. A credential wins over a secret. */
     [[nodiscard]] QVariant value(const QString &key) const;
     /** The same for a key that need not be in the table. */
     [[nodiscard]] QVariant value(const QString &key, const QVariant &defaultValue) const;
@@ -135,6 +135,10 @@ public:
     [[nodiscard]] QUrl keycloakUrl() const { return url(keys::keycloakUrl); }
     [[nodiscard]] QString keycloakClientId() const { return text(keys::keycloakClientId); }
     [[nodiscard]] QString keycloakClientSecret() const { return text(keys::keycloakClientSecret); }
+    [[nodiscard]] bool hasCredentials() const
+    {
+        return !keycloakClientId().isEmpty() && !keycloakClientSecret().isEmpty();
+    }
 
     /** Switch and address of attendance logging. */
     [[nodiscard]] bool attendanceEnabled() const { return flag(keys::attendanceEnabled); }
@@ -147,7 +151,8 @@ public:
     }
     [[nodiscard]] QUrl tallyxLogUrl() const { return url(keys::tallyxLogUrl); }
 
-    /** Where the value of @p key comes from: the user's file, another one, or the default. */
+    /** Where the value of @p key comes from: a credential, the user's file, another, the default.
+     */
     [[nodiscard]] QString origin(const QString &key) const;
 
     /** Installed at start-up by the owner of the schedule, which this class must not know. */

@@ -3,6 +3,8 @@
 
 #include "config/scratchsettings.h"
 
+#include "config/settingsfile.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
@@ -10,11 +12,6 @@
 #include <QSettings>
 
 namespace {
-
-QString settingsFile(QSettings::Scope scope, const QString &application = {})
-{
-    return QSettings(scope, QCoreApplication::organizationName(), application).fileName();
-}
 
 bool canBeReplaced(const QFileInfo &file)
 {
@@ -29,13 +26,9 @@ bool canBeReplaced(const QFileInfo &file)
 ScratchSettings::ScratchSettings()
 {
     const QString application = QCoreApplication::applicationName();
-    m_fileName = settingsFile(QSettings::UserScope, application);
-    const QString shared = settingsFile(QSettings::UserScope);
-    for (const QString &file : { shared, settingsFile(QSettings::SystemScope, application),
-                                 settingsFile(QSettings::SystemScope) }) {
-        if (QFile::exists(file))
-            m_fallbackFiles.append(file);
-    }
+    m_fileName = settingsFileName(QSettings::UserScope, application);
+    const QString shared = settingsFileName(QSettings::UserScope);
+    m_fallbackFiles = fallbackSettingsFiles();
     if (!m_folder.isValid()) {
         m_problem = QStringLiteral("can not be looked at: ") + m_folder.errorString();
         return;
@@ -43,8 +36,8 @@ ScratchSettings::ScratchSettings()
     if (!canBeReplaced(QFileInfo(m_fileName)))
         m_problem = QStringLiteral("can not be written to");
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, m_folder.path());
-    copy(m_fileName, settingsFile(QSettings::UserScope, application));
-    copy(shared, settingsFile(QSettings::UserScope));
+    copy(m_fileName, settingsFileName(QSettings::UserScope, application));
+    copy(shared, settingsFileName(QSettings::UserScope));
     if (QSettings().status() != QSettings::NoError)
         m_problem = QStringLiteral("is no settings file, or one behind it is none");
 }

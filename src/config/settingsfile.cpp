@@ -3,12 +3,31 @@
 
 #include "config/settingsfile.h"
 
+#include <QCoreApplication>
 #include <QDebug>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
 #include <QSaveFile>
+
+#include <algorithm>
+
+QString settingsFileName(QSettings::Scope scope, const QString &application)
+{
+    return QSettings(scope, QCoreApplication::organizationName(), application).fileName();
+}
+
+QStringList fallbackSettingsFiles()
+{
+    QStringList files { settingsFileName(QSettings::UserScope),
+                        settingsFileName(QSettings::SystemScope,
+                                         QCoreApplication::applicationName()),
+                        settingsFileName(QSettings::SystemScope) };
+    const auto isMissing = [](const QString &file) { return !QFile::exists(file); };
+    files.erase(std::remove_if(files.begin(), files.end(), isMissing), files.end());
+    return files;
+}
 
 void protectSettingsFile(const QString &path)
 {

@@ -3,7 +3,14 @@
 
 #pragma once
 
+#include <QSettings>
 #include <QString>
+#include <QStringList>
+
+/** The file of this program, or that of all programs of the organisation; it need not exist. */
+[[nodiscard]] QString settingsFileName(QSettings::Scope scope, const QString &application = {});
+/** The existing files behind the user's own, which supply missing values; the first wins. */
+[[nodiscard]] QStringList fallbackSettingsFiles();
 
 /**
  * Makes the settings file @p path readable by its owner only, since it holds a secret.

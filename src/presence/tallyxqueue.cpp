@@ -37,6 +37,10 @@ TallyxQueue::~TallyxQueue()
 
 void TallyxQueue::begin(quint64 transponderId)
 {
+    if (const auto failure = refusal()) {
+        report(false, *failure);
+        return;
+    }
     if (m_flows.size() >= noticelimits::maxCards) {
         postpone(transponderId);
         return;
@@ -57,18 +61,25 @@ void TallyxQueue::begin(quint64 transponderId)
 void TallyxQueue::postpone(quint64 transponderId)
 {
     TallyxLogEntity record(transponderId, TallyxFlow::initialType());
-    auto failure = catchFailure([&record] { record.save(); });
-    const bool isQueued = !failure;
+    const auto failure = catchFailure([&record] { record.save(); });
     if (failure) {
-        qCritical().noquote() << "Error logging presence:" << failure->logText();
-        ledger().onFailed({}, { failure });
-    } else {
-        ledger().onSaved(record.spoolPath());
-        failure = Failure::temporary({}, tr("Too many cards at once."));
-        qWarning() << "Too many presence questions at once, leaving the record to the queue.";
-        processIn(60s);
+        report(false, *failure);
+        return;
     }
-    NotificationHandle::showError(tr("Presence"), TallyxFlow::failureText(isQueued, *failure),
+    ledger().onSaved(record.spoolPath());
+    qWarning() << "Too many presence questions at once, leaving the record to the queue.";
+    processIn(60s);
+    report(true, Failure::temporary({}, tr("Too many cards at once.")));
+}
+
+/** Tells the person, without a flow, that the record waits or that there is none. */
+void TallyxQueue::report(bool isQueued, const Failure &failure)
+{
+    if (!isQueued) {
+        qCritical().noquote() << "Error logging presence:" << failure.logText();
+        ledger().onFailed({}, { failure });
+    }
+    NotificationHandle::showError(tr("Presence"), TallyxFlow::failureText(isQueued, failure),
                                   isQueued ? noticelimits::temporaryMs : noticelimits::staffMs);
 }
 

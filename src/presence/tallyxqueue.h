@@ -28,7 +28,7 @@ public:
                 QObject *parent = nullptr);
     ~TallyxQueue() override;
 
-    /** Starts a flow for the card with this id. */
+    /** Starts a flow for the card with this id, or tells that its record cannot be kept. */
     void begin(quint64 transponderId);
 
     [[nodiscard]] bool hasFresh() const override;
@@ -44,6 +44,7 @@ protected:
 
 private:
     void postpone(quint64 transponderId);
+    void report(bool isQueued, const Failure &failure);
     void completeBooking(const QString &path, SpoolRemover::Sync sync);
     void onResent(const QString &path, QNetworkReply &reply);
     void onFlowEnded(TallyxFlow *flow);

@@ -97,6 +97,9 @@ void AttendanceWorker::init()
             &AttendanceWorker::attendanceStatusChanged);
     connect(m_cards, &CardLogger::presenceStatusChanged, this,
             &AttendanceWorker::presenceStatusChanged);
+    const auto tell = [this] { Q_EMIT recordsKeptChanged(m_cards->keepsRecords()); };
+    connect(m_cards, &CardLogger::keepingChanged, this, tell);
+    tell();
     m_retryTimer = new QTimer(this);
     m_clock.start();
     connect(m_retryTimer, &QTimer::timeout, this, &AttendanceWorker::initSerialPort);

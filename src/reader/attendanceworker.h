@@ -35,6 +35,8 @@ Q_SIGNALS:
     /** A card was read while a view waited for it; @p tid as the reader sent it. */
     void transponderScanned(QString tid);
     void readerStateChanged(bool connected);
+    /** @p kept is false while the disk takes no records, so that no card can be logged. */
+    void recordsKeptChanged(bool kept);
     /** Nothing may be logged until the program restarts; the thread ends. */
     void loggingStopped();
     /** The reader was found; @p port is its name. Comes before readerStateChanged(true). */

@@ -12,7 +12,23 @@
 
 #include <QTimer>
 
+#include <initializer_list>
+
 using namespace std::chrono_literals;
+
+namespace {
+
+bool logsAttendance()
+{
+    return Config::instance()->attendanceEnabled();
+}
+
+bool logsPresence()
+{
+    return Config::instance()->tallyxMode() != Config::TallyxDisabled;
+}
+
+} // namespace
 
 CardLogger::CardLogger(const RequestLimits &limits, QObject *parent)
     : QObject(parent)
@@ -21,8 +37,10 @@ CardLogger::CardLogger(const RequestLimits &limits, QObject *parent)
     , m_attendance(new AttendanceQueue(*new XNetworkAccessManager(this), *m_names, limits, this))
     , m_presence(new TallyxQueue(*new XNetworkAccessManager(this), limits, this))
 {
-    connect(m_attendance, &RecordQueue::fatalStop, this, &CardLogger::stop);
-    connect(m_presence, &RecordQueue::fatalStop, this, &CardLogger::stop);
+    for (RecordQueue *queue : std::initializer_list<RecordQueue *> { m_attendance, m_presence }) {
+        connect(queue, &RecordQueue::fatalStop, this, &CardLogger::stop);
+        connect(queue, &RecordQueue::keepingChanged, this, &CardLogger::keepingChanged);
+    }
     connect(m_attendance, &RecordQueue::statusChanged, this, &CardLogger::attendanceStatusChanged);
     connect(m_presence, &RecordQueue::statusChanged, this, &CardLogger::presenceStatusChanged);
 
@@ -40,10 +58,9 @@ CardLogger::~CardLogger()
 
 void CardLogger::log(quint64 transponderId)
 {
-    const Config *config = Config::instance();
-    if (config->attendanceEnabled())
+    if (logsAttendance())
         m_attendance->log(transponderId);
-    if (config->tallyxMode() != Config::TallyxDisabled)
+    if (logsPresence())
         m_presence->begin(transponderId);
 }
 
@@ -61,6 +78,12 @@ void CardLogger::processQueue()
 void CardLogger::onTokenAvailable()
 {
     m_presence->process();
+}
+
+bool CardLogger::keepsRecords() const
+{
+    return (m_attendance->keepsRecords() || !logsAttendance())
+        && (m_presence->keepsRecords() || !logsPresence());
 }
 
 /** Stops all logging: a record that is logged twice is worse than one that is not logged. */

@@ -36,12 +36,16 @@ public:
     void processQueue();
     /** Sends the presence records that could not be sent without a token. */
     void onTokenAvailable();
+    /** False while the records of a service that is in use cannot be kept. */
+    [[nodiscard]] bool keepsRecords() const;
     /** True once a sent record could not be removed: nothing is logged any more. */
     [[nodiscard]] bool isStopped() const { return m_isStopped; }
 
 Q_SIGNALS:
     /** isStopped() has become true. */
     void stopped();
+    /** keepsRecords() may have changed. */
+    void keepingChanged();
     /** How a queue does; each at most once a second. */
     void attendanceStatusChanged(const QueueStatus &status);
     void presenceStatusChanged(const QueueStatus &status);

@@ -3,12 +3,15 @@
 
 #include "spool/recordqueue.h"
 
+#include "base/exceptions.h"
+#include "base/reason.h"
 #include "notifications/notificationhandle.h"
 
 #include <QDebug>
 #include <QFile>
 
 #include <algorithm>
+#include <cerrno>
 
 using namespace std::chrono_literals;
 
@@ -27,6 +30,7 @@ constexpr int maxFailures = 5; // likewise
 RecordQueue::RecordQueue(const Spool &spool, QObject *parent)
     : QObject(parent)
     , m_spool(spool)
+    , m_gate(spool, this)
     , m_remover(this)
     , m_ledger(m_spool, this)
     , m_timer(this)
@@ -37,6 +41,11 @@ RecordQueue::RecordQueue(const Spool &spool, QObject *parent)
     connect(&m_timer, &QTimer::timeout, this, &RecordQueue::process);
     connect(this, &RecordQueue::freshChanged, this, &RecordQueue::proceed);
     connect(&m_ledger, &QueueLedger::changed, this, &RecordQueue::statusChanged);
+    connect(&m_gate, &SpoolGate::looked, this, [this] {
+        if (keepsRecords())
+            processIn(deferral);
+        Q_EMIT keepingChanged();
+    });
 }
 
 bool RecordQueue::hasOutstanding() const
@@ -54,7 +63,7 @@ void RecordQueue::process()
         return;
     }
     m_ledger.recount();
-    if (!canSend() || !m_spool.canBeListed()) {
+    if (!m_gate.look() || !canSend() || !m_spool.canBeListed()) {
         processIn(resendRetry);
         Q_EMIT passFinished();
         return;
@@ -71,6 +80,14 @@ void RecordQueue::processIn(std::chrono::milliseconds delay)
 {
     if (!m_timer.isActive() || m_timer.remainingTimeAsDuration() > delay)
         m_timer.start(delay);
+}
+
+std::optional<Failure> RecordQueue::refusal()
+{
+    if (keepsRecords() || m_gate.look())
+        return {};
+    return Failure { QStringLiteral("the spool directory is not writable"), Reason::ofDisk(EROFS),
+                     AttendanceErrorException::notificationType };
 }
 
 void RecordQueue::stop()

@@ -7,6 +7,7 @@
 #include "spool/queueledger.h"
 #include "spool/recordbackoff.h"
 #include "spool/spool.h"
+#include "spool/spoolgate.h"
 #include "spool/spoolremover.h"
 #include "spool/spoolround.h"
 
@@ -24,7 +25,8 @@
  * for it, and *outstanding* while a request for it is in flight; a pass sends no fresh record.
  *
  * A pass starts where the last one ended, and ends early when the service fails. It returns to the
- * event loop after each record.
+ * event loop after each record. While the spool cannot be used no pass runs: what it sends could
+ * not be removed and would be sent again.
  *
  * Lives in the attendance worker's thread.
  */
@@ -37,6 +39,8 @@ public:
     [[nodiscard]] virtual bool hasFresh() const = 0;
     /** True while any request is in flight or a pass is running. */
     [[nodiscard]] bool hasOutstanding() const;
+    /** False while the spool cannot be used, so that no record can be kept. */
+    [[nodiscard]] bool keepsRecords() const { return m_gate.isOpen(); }
     /** Starts a pass, and passFinished() follows; with requests in flight, tries again later. */
     void process();
     /** Calls process() after @p delay, or earlier if that is already planned. */
@@ -48,6 +52,8 @@ Q_SIGNALS:
     /** hasFresh() may have changed. */
     void freshChanged();
     void passFinished();
+    /** keepsRecords() may have changed. */
+    void keepingChanged();
     /** A sent record cannot be removed, so stop() is due; a notice tells the person. */
     void fatalStop();
     /** At most once a second. */
@@ -59,6 +65,9 @@ protected:
     [[nodiscard]] const Spool &spool() const { return m_spool; }
     /** To be told of what happens to fresh records; resends and removals by complete() it knows. */
     [[nodiscard]] QueueLedger &ledger() { return m_ledger; }
+
+    /** Why a card cannot be logged now, which the person must hear; nothing if it can. */
+    [[nodiscard]] std::optional<Failure> refusal();
 
     /** True if the file @p path belongs to a fresh record. */
     [[nodiscard]] virtual bool isFresh(const QString &path) const = 0;
@@ -85,6 +94,7 @@ private:
     void endPass();
 
     Spool m_spool;
+    SpoolGate m_gate;
     SpoolRemover m_remover;
     RecordBackOff m_backOff;
     QueueLedger m_ledger;

@@ -7,6 +7,7 @@
 #include "base/reason.h"
 #include "config/config.h"
 #include "spool/disk.h"
+#include "spool/unusablefolder.h"
 
 #include <QDebug>
 #include <QDir>
@@ -46,6 +47,12 @@ bool isRecord(DIR *folder, const dirent &entry)
         return entry.d_type == DT_REG;
     return fstatat(dirfd(folder), entry.d_name, &info, AT_SYMLINK_NOFOLLOW) == 0
         && S_ISREG(info.st_mode);
+}
+
+/** Creates the folder if need be. */
+bool makeWritableFolder(const QString &path)
+{
+    return makeDurableFolder(path) && isWritableFolder(path);
 }
 
 /** Writes a record for the first name of the current millisecond. */
@@ -95,6 +102,19 @@ bool Spool::canBeListed() const
     return false;
 }
 
+bool Spool::canBeUsed() const
+{
+    const QString path = folder();
+    if (QFileInfo(path).isDir())
+        return isWritableFolder(path);
+    if (!unusablefolder::isRemembered(path))
+        return true;
+    if (!makeWritableFolder(path))
+        return false;
+    unusablefolder::forget(path);
+    return true;
+}
+
 int Spool::count() const
 {
     int files = 0;
@@ -139,9 +159,11 @@ DurableFile Spool::write(const QByteArray &record) const
             throw;
     }
     // Create the folder on first use.
-    if (!makeDurableFolder(path) || !isWritableFolder(path))
+    if (!makeWritableFolder(path)) {
+        unusablefolder::remember(path);
         qFatal("Spool directory \"%s\" could not be created or is not writable.",
                qPrintable(QDir::toNativeSeparators(path)));
+    }
     return writeIn(path, record);
 }
 

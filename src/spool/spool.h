@@ -50,6 +50,12 @@ public:
     /** When the record with this file name was made (UTC); invalid for a foreign name. */
     [[nodiscard]] static QDateTime timeOf(const QString &name);
 
+    /**
+     * False if a record could not be kept: the folder is there and not writable, or it has ended an
+     * earlier run and still can't be created. A folder that nobody needed yet is not looked for.
+     */
+    [[nodiscard]] bool canBeUsed() const;
+
     /** Number of records. */
     [[nodiscard]] int count() const;
 
@@ -62,7 +68,7 @@ public:
     /**
      * First half of create(): writes the record and returns without waiting for the disk, so that
      * the caller can act meanwhile. Throws AttendanceErrorException. Ends the program if the folder
-     * cannot be created or is not writable: going on would lose records.
+     * cannot be created or is not writable: going on would lose records. The next run remembers.
      */
     [[nodiscard]] DurableFile write(const QByteArray &record) const;
     /**

@@ -5,11 +5,14 @@
 #include "config/effectivesettings.h"
 #include "config/keys.h"
 #include "config/refreshgrid.h"
+#include "config/secrets.h"
+#include "config/settingsfile.h"
 #include "config/settingstable.h"
 #include "support/testcase.h"
 
 #include <QFileInfo>
 #include <QRegularExpression>
+#include <QTemporaryDir>
 
 /** What the program reads: a setting by its key, or a property or function by its name. */
 static QString valueOf(const Config &config, const QString &name)
@@ -132,6 +135,27 @@ private Q_SLOTS:
                  R"(Setting defaultView: "a\n" is no whole number, using 1|)"
                  R"(Setting defaultView: "1.5" is no whole number, using 1|)"
                  R"(Setting defaultView: "true" is no whole number, using 1)"_s);
+    }
+
+    void keepsTheSecret()
+    {
+        const QTemporaryDir credentials;
+        const Config *config = settings::startWith("[Keycloak]\nclientId=a\nclientSecret=own"_s,
+                                                   "[Keycloak]\nclientSecret=shared"_s);
+        const auto shared = fallbackSettingsFiles();
+        secrets::warn(); // nobody else can read it
+        QVERIFY(QFile::setPermissions(shared.value(0), QFile::ReadOwner | QFile::ReadOther));
+        log().expect("Settings file holds a secret that everybody can read"_s);
+        secrets::warn();
+        QCOMPARE(config->keycloakClientSecret(), "own"_s);
+        settings::write(credentials.filePath("clientSecret"_s), "given\n"_s);
+        qputenv("CREDENTIALS_DIRECTORY", QFile::encodeName(credentials.path()));
+        QCOMPARE(config->keycloakClientSecret() + config->origin(keys::keycloakClientSecret),
+                 "givencredential"_s);
+        qunsetenv("CREDENTIALS_DIRECTORY");
+        config = settings::startWith("[Keycloak]\nclientId=a"_s);
+        log().expect("Keycloak/clientId or Keycloak/clientSecret is not set"_s);
+        secrets::warn();
     }
 
     void storesOnlyWhatDiffers_data()

@@ -23,7 +23,7 @@ SUPERVISOR = """trap 'kill $pid; wait $pid; exit 0' TERM
 while :; do "$0" & pid=$!; echo "kiosk is $pid"; wait $pid; echo "status $?"; done"""
 
 # Root ignores access rights unless it lacks these capabilities.
-UNPRIVILEGED = [] if os.geteuid() else ["setpriv", "--", "--bounding-set=-dac_override,-dac_read_search"]
+UNPRIVILEGED = ["env", "--"] if os.geteuid() else ["setpriv", "--", "--bounding-set=-dac_override,-dac_read_search"]
 
 
 class Records(unittest.TestCase):
@@ -148,17 +148,39 @@ class Records(unittest.TestCase):
         self.assertLess(self.screen.said(said), 200)
         self.assertLessEqual(max(len(line.encode()) for line in self.screen.lines), 257)
 
+    def test_a_second_kiosk_waits_for_the_end_of_the_first(self):
+        self.start("--set", "tallyxMode=0", "--run", "sh", "--", "-c", '"$0" & "$0" & wait', KIOSK)
+        first = int(self.wait_for(r"Another kiosk of this user runs as process (\d+)")[0][1])
+        for count in (1, 2):
+            self.wait_for("Waiting for cards", count)
+            self.screen.command("tap 0A1B2C3D")
+            self.wait_for("Attendance logged:", count)
+            os.kill(first, signal.SIGKILL) if count == 1 else None
+
     def test_stops_where_nothing_can_be_kept(self):
-        Path(self.home, "file").touch()  # in the way of the folder
-        os.mkdir(f"{self.home}/locked", 0o500)
-        for place in ("file/spool", "locked", "locked/spool"):
+        """A card ends a kiosk that cannot keep it. The next one knows, tells each card and recovers."""
+        obstacle = Path(self.home, "file")
+        obstacle.touch()  # in the way of the folder
+        for name in ("locked", "shut"):
+            os.mkdir(f"{self.home}/{name}", 0o500)
+        for place, repair in (("file/spool", obstacle.unlink), ("shut/spool", None), ("locked", None)):
             with self.subTest(place):
                 spool = f"{self.home}/{place}"
-                self.start("--set", f"attendanceSpoolDir={spool}", "--run", *UNPRIVILEGED, KIOSK)
+                self.start("--set", f"attendanceSpoolDir={spool}", "--set", "tallyxMode=0",
+                           "--run", *UNPRIVILEGED, "sh", "-c", SUPERVISOR, KIOSK)
                 self.wait_for("Waiting for cards")
+                if place != "locked":  # a folder that is there is looked at before any card
+                    self.screen.command("tap 0A1B2C3D")
+                    self.wait_for(f'Spool directory "{spool}" could not be created or is not writable.')
+                    self.wait_for("status 134")
+                    self.wait_for("Waiting for cards", 2)
+                self.wait_for(f'Spool directory "{spool}" is not writable')
                 self.screen.command("tap 0A1B2C3D")
-                self.wait_for(f'Spool directory "{spool}" could not be created or is not writable.')
-                self.assertEqual(self.screen.wait(), 134)
+                self.wait_for("Error logging attendance: false .* is not writable")
+                repair() if repair else os.chmod(f"{self.home}/{place.split('/')[0]}", 0o700)
+                self.screen.command("tap 0A1B2C3D")
+                self.wait_for("Attendance logged:")
+                self.screen.close()
 
 
 if __name__ == "__main__":
