@@ -125,14 +125,14 @@ void addParts(Table &table, const StoredStatus &status)
     table.add("attendance", describeQueue(status, QStringLiteral("attendance")));
     table.add("presence", describeQueue(status, QStringLiteral("presence")));
     table.add("notices",
-              count(status.number(QStringLiteral("notices")), "notice")
-                  + QLatin1String(" on the screen until somebody closes them"));
+              QStringLiteral("%1 on the screen until somebody closes them")
+                  .arg(status.number(QStringLiteral("notices"))));
     table.add("clock",
               clock.isNull()       ? QStringLiteral("unknown")
                   : clock.toBool() ? QStringLiteral("synchronised")
                                    : QStringLiteral("not synchronised"));
     table.add("watchdog",
-              QStringLiteral("%1, %2 late")
+              QStringLiteral("%1, %2 of life late")
                   .arg(status.flag(QStringLiteral("watchdog.enabled")) ? QStringLiteral("on")
                                                                        : QStringLiteral("off"),
                        count(status.number(QStringLiteral("watchdog.missed")), "sign")));
