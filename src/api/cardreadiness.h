@@ -22,6 +22,7 @@ public:
 
     explicit CardReadiness(QObject *parent = nullptr);
 
+    [[nodiscard]] Faults faults() const { return m_faults; }
     /** Why cards are not read; empty while they are. */
     [[nodiscard]] QString warning() const;
     /** The worst fault. */

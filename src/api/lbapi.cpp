@@ -76,10 +76,15 @@ void LBAPI::setScanTransponder(bool scan)
 QString LBAPI::cardWarning() const
 {
     // A screen on which nobody holds up cards must not complain, but for being one too many.
-    const bool expectsCards = config()->attendanceEnabled()
-        || config()->tallyxMode() != Config::TallyxDisabled || m_scanTransponder
-        || m_cardReadiness.fault() == CardReadiness::Waiting;
-    return expectsCards ? m_cardReadiness.warning() : QString();
+    return expectsCards() || m_cardReadiness.fault() == CardReadiness::Waiting
+        ? m_cardReadiness.warning()
+        : QString();
+}
+
+bool LBAPI::expectsCards() const
+{
+    return config()->attendanceEnabled() || config()->tallyxMode() != Config::TallyxDisabled
+        || m_scanTransponder;
 }
 
 int LBAPI::inactivityTimerRemaining() const
@@ -165,6 +170,7 @@ void LBAPI::newEventDataFinishedReading(EventData *ed)
 {
     if (ed == m_loading)
         m_loading.clear();
+    Q_EMIT scheduleReadFinished(ed);
     if (ed->error()) {
         m_scheduleAge.onReadFailed();
         if (ed != m_eventData) {

@@ -64,6 +64,8 @@ public:
     [[nodiscard]] QString cardWarning() const;
     /** Why the schedule view has no room to show; empty if it has one. */
     [[nodiscard]] QString roomWarning() const { return m_roomReadiness.warning(); }
+    /** True if the settings or a view make people hold up cards. */
+    [[nodiscard]] bool expectsCards() const;
     /** Hears of the reader and of the end of logging. */
     [[nodiscard]] CardReadiness *cardReadiness() { return &m_cardReadiness; }
 
@@ -91,6 +93,8 @@ Q_SIGNALS:
     void scheduleAsOfChanged();
     void cardWarningChanged();
     void roomWarningChanged();
+    /** A download of the schedule has succeeded or failed; it need not become the current one. */
+    void scheduleReadFinished(EventData *v);
 
 public Q_SLOTS:
     /** Emits reset() and ends the oldest of too many lasting notifications. */

@@ -7,6 +7,7 @@
 #include "app/workerthread.h"
 #include "base/connections.h"
 #include "reader/attendanceworker.h"
+#include "status/kioskstatus.h"
 
 #include <QDebug>
 #include <QThread>
@@ -58,6 +59,24 @@ void wireReadiness(const AttendanceWorker *worker)
     QMetaObject::invokeMethod(readiness, &CardReadiness::onSearchStarted, Qt::QueuedConnection);
 }
 
+/** What the worker tells for the status. */
+void wireStatus(const AttendanceWorker *worker)
+{
+    KioskStatus *status = KioskStatus::instance();
+    connectChecked(worker, SIGNAL(readerOpened(QString)), status, SLOT(onReaderOpened(QString)));
+    connectChecked(worker,
+                   SIGNAL(readerStateChanged(bool)), status, SLOT(onReaderStateChanged(bool)));
+    connectChecked(worker, SIGNAL(cardRead()), status, SLOT(onCardRead()));
+    connectChecked(worker,
+                   SIGNAL(attendanceStatusChanged(QueueStatus)), status,
+                          SLOT(onAttendanceStatusChanged(QueueStatus)));
+    connectChecked(worker,
+                   SIGNAL(presenceStatusChanged(QueueStatus)), status,
+                          SLOT(onPresenceStatusChanged(QueueStatus)));
+    // Posted, like the signals: the last worker's come before it.
+    QMetaObject::invokeMethod(status, &KioskStatus::onWorkerStarted, Qt::QueuedConnection);
+}
+
 } // namespace
 
 bool startAttendanceThread()
@@ -77,6 +96,7 @@ bool startAttendanceThread()
     s_hasStarted = true;
     auto *worker = new AttendanceWorker;
     wireReadiness(worker);
+    wireStatus(worker);
     startWorkerThread(thread, worker);
     return true;
 }

@@ -7,16 +7,23 @@
 #include "app/startup.h"
 #include "app/terminationsignals.h"
 #include "buildconfig.h"
+#include "status/spoolcommand.h"
+#include "status/statuscommand.h"
+#include "status/storedstatus.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QLoggingCategory>
 
+#include <algorithm>
 #include <cstdio>
 
 namespace {
 
 const QString checkOption = QStringLiteral("check");
+const QString statusOption = QStringLiteral("status");
+const QString formatOption = QStringLiteral("format");
+const QString spoolOption = QStringLiteral("spool");
 
 /** Options that Qt removes from the arguments when a QGuiApplication is created. */
 const QStringList qtOptions {
@@ -50,6 +57,17 @@ void describeOptions(QCommandLineParser &parser)
           QStringLiteral("Print the effective settings, try TLS and each service, and "
                          "exit with 1 if something would keep the screen from working. "
                          "Needs no display and makes no record.") });
+    parser.addOption(
+        { statusOption,
+          QStringLiteral("Tell how the running kiosk does; exit with 0 if it is healthy, 2 "
+                         "if degraded, 3 if failing, 4 if it does not run.") });
+    parser.addOption({ formatOption,
+                       QStringLiteral("Of --status: text (default), json or prometheus."),
+                       QStringLiteral("format"), QStringLiteral("text") });
+    parser.addOption(
+        { spoolOption,
+          QStringLiteral("List the records that wait to be sent (list), print one (show NAME) or "
+                         "copy all into a new file (export FILE). Changes none.") });
 }
 
 /** False, with a message, if neither we nor Qt know one of the options. */
@@ -62,6 +80,12 @@ bool knowsOptions(const QStringList &unknown)
         return false;
     }
     return true;
+}
+
+bool isAnySet(const QCommandLineParser &parser, const QStringList &options)
+{
+    return std::any_of(options.begin(), options.end(),
+                       [&parser](const QString &option) { return parser.isSet(option); });
 }
 
 int runSelfCheck()
@@ -95,7 +119,7 @@ std::optional<int> runCommandLine(int &argc, char *argv[])
     const bool help
         = parser.isSet(QStringLiteral("help")) || parser.isSet(QStringLiteral("help-all"));
     const bool version = parser.isSet(QStringLiteral("version"));
-    if (!help && !version && !parser.isSet(checkOption))
+    if (!help && !version && !isAnySet(parser, { checkOption, statusOption, spoolOption }))
         return {};
 
     // Never deleted: its destructor would wait for name look-ups that hang.
@@ -111,14 +135,20 @@ std::optional<int> runCommandLine(int &argc, char *argv[])
     }
     if (unknown.isEmpty() && !acceptArguments(arguments))
         return EXIT_FAILURE;
-    return runSelfCheck();
+    if (parser.isSet(checkOption))
+        return runSelfCheck();
+    QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false"));
+    const QString folder = StoredStatus::defaultFolder();
+    return parser.isSet(statusOption) ? runStatusCommand(folder, parser.value(formatOption))
+                                      : runSpoolCommand(folder, parser.positionalArguments());
 }
 
 bool acceptArguments(const QStringList &arguments)
 {
     QCommandLineParser parser;
     describeOptions(parser);
-    const bool understood = parser.parse(arguments) && parser.positionalArguments().isEmpty();
+    const bool understood = parser.parse(arguments)
+        && (parser.positionalArguments().isEmpty() || parser.isSet(spoolOption));
     if (!understood) {
         const QString problem = parser.errorText().isEmpty()
             ? QStringLiteral("Unexpected argument '%1'.").arg(parser.positionalArguments().value(0))

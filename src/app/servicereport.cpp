@@ -7,6 +7,7 @@
 #include "app/attendancethread.h"
 #include "app/quickwindow.h"
 #include "config/config.h"
+#include "status/kioskstatus.h"
 #include "supervision/heartbeat.h"
 #include "supervision/servicemanager.h"
 
@@ -48,18 +49,29 @@ void watchWindow(Heartbeat &heartbeat, QuickWindow &window)
                     });
 }
 
-/** Never destroyed, since a worker that was left behind may still answer. */
-Heartbeat *heartbeat()
+/** Also runs without a service manager: "--status" tells a kiosk that hangs by it. */
+Heartbeat *makeHeartbeat()
 {
-    static auto *heartbeat = []() -> Heartbeat * {
-        const auto limit = servicemanager::lifeSignLimit();
-        if (!limit)
-            return nullptr;
-        auto *object = new Heartbeat(*limit / 3, &servicemanager::alive);
-        object->watch(QStringLiteral("attendance worker"), &askAttendanceThread);
-        return object;
-    }();
+    using namespace std::chrono_literals;
+    const auto limit = servicemanager::lifeSignLimit();
+    const auto interval = limit ? *limit / 3 : std::chrono::milliseconds(20s);
+    KioskStatus *status = KioskStatus::instance();
+    status->setLifeSigns(interval, limit.has_value());
+    auto *heartbeat = new Heartbeat(interval, [status, hasWatchdog = limit.has_value()] {
+        if (hasWatchdog)
+            servicemanager::alive();
+        status->onSignOfLife();
+    });
+    heartbeat->watch(QStringLiteral("attendance worker"), &askAttendanceThread);
+    QObject::connect(heartbeat, &Heartbeat::missed, status, &KioskStatus::onSilence);
     return heartbeat;
+}
+
+/** Never destroyed, since a worker that was left behind may still answer. */
+Heartbeat &heartbeat()
+{
+    static auto *heartbeat = makeHeartbeat();
+    return *heartbeat;
 }
 
 QString cardStatus(CardReadiness::Fault fault)
@@ -110,11 +122,9 @@ void followSchedule(const EventData *schedule)
     updateStatus();
 }
 
-void reportReady()
+/** Tells the service manager in words what the screen shows, from now on. */
+void reportStatus()
 {
-    servicemanager::ready();
-    if (Heartbeat *beat = heartbeat())
-        beat->start();
     LBAPI *api = LBAPI::instance();
     for (const auto signal :
          { &LBAPI::scheduleAsOfChanged, &LBAPI::roomWarningChanged, &LBAPI::cardWarningChanged })
@@ -124,14 +134,21 @@ void reportReady()
     followSchedule(api->eventData());
 }
 
+void onFirstFrame()
+{
+    servicemanager::ready();
+    KioskStatus::instance()->onFirstFrame();
+    heartbeat().start();
+    if (qEnvironmentVariableIsSet("NOTIFY_SOCKET"))
+        reportStatus();
+}
+
 } // namespace
 
 void reportToServiceManager(QuickWindow &window)
 {
-    if (!qEnvironmentVariableIsSet("NOTIFY_SOCKET"))
-        return;
-    if (Heartbeat *beat = heartbeat())
-        watchWindow(*beat, window);
+    watchWindow(heartbeat(), window);
+    KioskStatus::instance()->watchFrames(&window);
     if (s_isReady)
         return;
     // The signal comes from the render thread. A view that failed to load shows nothing.
@@ -140,6 +157,6 @@ void reportToServiceManager(QuickWindow &window)
             return;
         s_isReady = true;
         QObject::disconnect(&window, &QQuickWindow::frameSwapped, &window, nullptr);
-        reportReady();
+        onFirstFrame();
     });
 }

@@ -10,6 +10,7 @@
 #include "notifications/notificationbutton.h"
 #include "notifications/notificationsmodel.h"
 #include "schedule/eventdata.h"
+#include "spool/queuestatus.h"
 
 #include <QDebug>
 #include <QFile>
@@ -202,6 +203,7 @@ void registerMetaTypes()
     // Otherwise Qt registers these on first use, possibly in two threads at once.
     qRegisterMetaType<QNetworkReply::NetworkError>();
     qRegisterMetaType<QList<QSslError>>();
+    qRegisterMetaType<QueueStatus>();
 
     qRegisterMetaType<Notification *>();
     qRegisterMetaType<LBAPI *>();

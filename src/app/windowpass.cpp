@@ -14,6 +14,7 @@
 #include "app/terminationsignals.h"
 #include "base/connections.h"
 #include "config/config.h"
+#include "status/kioskstatus.h"
 #include "supervision/servicemanager.h"
 
 #include <QDebug>
@@ -93,10 +94,16 @@ int runWindowPasses(const TerminationSignals &termination)
     // Never destroyed: a worker that was left behind may use the records as long as the process
     // runs.
     const auto *guard = new InstanceGuard(QCoreApplication::instance());
+    KioskStatus *status = KioskStatus::instance();
+    if (guard->isFirst())
+        status->begin();
+    else
+        QObject::connect(guard, &InstanceGuard::becameFirst, status, &KioskStatus::begin);
     int code = 0;
     do {
         code = runWindowPass(termination, *guard);
     } while (!isLastPass());
+    status->end();
     return code;
 }
 

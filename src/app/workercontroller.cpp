@@ -5,7 +5,9 @@
 
 #include "api/lbapi.h"
 #include "app/workerthread.h"
+#include "base/connections.h"
 #include "remoteconfig/worker.h"
+#include "status/kioskstatus.h"
 
 #include <QDebug>
 #include <QThread>
@@ -15,7 +17,17 @@ WorkerController::WorkerController(QObject *parent)
     , m_thread(new QThread(this))
 {
     qDebug() << "Starting worker thread..." << QThread::currentThread();
-    startWorkerThread(*m_thread, new Worker(LBAPI::instance()));
+    auto *worker = new Worker(LBAPI::instance());
+    KioskStatus *status = KioskStatus::instance();
+    connectChecked(worker,
+                   SIGNAL(tokenObtained(QDateTime,QString)), status,
+                          SLOT(onTokenObtained(QDateTime,QString)));
+    connectChecked(worker, SIGNAL(tokenFailed(QString)), status, SLOT(onTokenFailed(QString)));
+    connectChecked(
+        worker, SIGNAL(newConfiguration(QJsonDocument)), status, SLOT(onConfigurationReceived()));
+    connectChecked(
+        worker, SIGNAL(configurationFailed(QString)), status, SLOT(onConfigurationFailed(QString)));
+    startWorkerThread(*m_thread, worker);
 }
 
 WorkerController::~WorkerController()

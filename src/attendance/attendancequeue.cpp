@@ -51,13 +51,15 @@ void AttendanceQueue::log(quint64 transponderId)
     greet(request);
     if (!failure)
         failure = catchFailure([&] { request->setSpoolPath(spool().commit(*file)); });
+    if (!failure)
+        ledger().onSaved(request->spoolPath());
     if (!failure && m_fresh.size() + resentCount() >= noticelimits::maxCards)
         failure = Failure::temporary(QStringLiteral("Too many cards at once."),
                                      tr("Too many cards at once."));
     if (!failure)
         failure = catchFailure([&] { send(request); });
     if (failure)
-        onFailed(request, *failure);
+        onFailed(request, { failure });
 }
 
 void AttendanceQueue::reportFailure(const Failure &failure)
@@ -119,7 +121,7 @@ void AttendanceQueue::send(AttendanceRequest *request)
                 if (response)
                     onSucceeded(request, *response);
                 else
-                    onFailed(request, *outcome.failure);
+                    onFailed(request, outcome);
             });
     m_fresh.insert(request);
     Q_EMIT freshChanged();
@@ -130,6 +132,7 @@ void AttendanceQueue::onSucceeded(AttendanceRequest *request, const AttendanceRe
 {
     // First, so that a crash from here on does not send the record again.
     complete(request->spoolPath(), SpoolRemover::Sync::AtOnce);
+    ledger().onAccepted();
     response.log();
     if (!request->notification().isGone()) {
         m_names.insert(request->transponderId(), response.name());
@@ -144,9 +147,11 @@ void AttendanceQueue::onSucceeded(AttendanceRequest *request, const AttendanceRe
 }
 
 /** Reports the failure of @p request and releases it. */
-void AttendanceQueue::onFailed(AttendanceRequest *request, const Failure &failure)
+void AttendanceQueue::onFailed(AttendanceRequest *request, const RecordOutcome &outcome)
 {
+    const Failure &failure = *outcome.failure;
     logFailure(failure);
+    ledger().onFailed(request->spoolPath(), outcome);
     const bool isQueued = failure.isTemporary() && request->isOnDisk();
     request->notification().changeOrShow(
         [title = tr("Error")] {

@@ -48,7 +48,7 @@ private:
     void greet(AttendanceRequest *request) const;
     void send(AttendanceRequest *request);
     void onSucceeded(AttendanceRequest *request, const AttendanceResponse &response);
-    void onFailed(AttendanceRequest *request, const Failure &failure);
+    void onFailed(AttendanceRequest *request, const RecordOutcome &outcome);
     void release(AttendanceRequest *request);
     void logFailure(const Failure &failure);
     [[nodiscard]] static QString failureText(bool isQueued, const Failure &failure);

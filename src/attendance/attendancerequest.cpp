@@ -92,8 +92,7 @@ void AttendanceRequest::onFinished()
 {
     const QPointer<QNetworkReply> reply = std::exchange(m_reply, {});
     reply->deleteLater();
-    RecordOutcome outcome;
-    outcome.hasResponse = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).isValid();
+    RecordOutcome outcome = outcomeOf(*reply);
     std::unique_ptr<AttendanceResponse> response;
     const QString error = networkError(*reply);
     if (!error.isEmpty())

@@ -25,6 +25,19 @@ QString Failure::below(const QString &advice) const
     return advice + QLatin1String("\n\n") + (shown.isEmpty() ? tr("Unknown error") : shown);
 }
 
+bool RecordOutcome::isRefusal() const
+{
+    constexpr int serverErrors = 5; // 500 to 599
+    return failure && status != 0 && status / 100 != serverErrors;
+}
+
+QString RecordOutcome::shortReason() const
+{
+    if (!networkReason.isEmpty() || !failure)
+        return networkReason;
+    return failure->logText();
+}
+
 Failure currentFailure()
 {
     try {

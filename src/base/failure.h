@@ -34,6 +34,13 @@ struct RecordOutcome
 {
     std::optional<Failure> failure; ///< none if the service has accepted the record
     bool hasResponse = false; ///< also true for a refusal
+    int status = 0; ///< of HTTP; 0 without a response
+    QString networkReason {}; ///< short, see briefError(); empty unless the request failed
+
+    /** True if the service answered that it does not want this record; it may be out of order. */
+    [[nodiscard]] bool isRefusal() const;
+    /** Why it failed, for the status: in a few words without anything that came from outside. */
+    [[nodiscard]] QString shortReason() const;
 };
 
 /** Describes the current exception. Call it only in a catch block. */

@@ -83,6 +83,8 @@ bool InstanceLock::take()
     struct flock lock = wholeFile();
     if (descriptor >= 0 && fcntl(descriptor, F_OFD_SETLK, &lock) == 0) {
         m_descriptor = descriptor;
+        // Whoever may enter the folder may see whether a kiosk runs, whatever the umask is.
+        (void)fchmod(descriptor, S_IRUSR | S_IWUSR | S_IRGRP | S_IROTH);
         writeProcessId(descriptor);
         return true;
     }

@@ -3,6 +3,9 @@
 
 #include "net/errortext.h"
 
+#include "base/failure.h"
+
+#include <QMetaEnum>
 #include <QNetworkReply>
 #include <QNetworkRequest>
 #include <QRegularExpression>
@@ -32,6 +35,12 @@ QString withoutCredentials(QString text)
 namespace {
 
 constexpr auto tlsErrors = "tlsErrors"; // property of a reply
+constexpr int successClass = 2; // 200 to 299
+
+int statusOf(const QNetworkReply &reply)
+{
+    return reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+}
 
 QString describe(const QSslError &error)
 {
@@ -77,9 +86,7 @@ QString errorText(const QNetworkReply &reply)
 
 QString networkError(const QNetworkReply &reply)
 {
-    constexpr int successClass = 2; // 200 to 299
-
-    const int status = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+    const int status = statusOf(reply);
     int error = reply.error();
     QString text = errorText(reply);
     if (error == QNetworkReply::NoError) {
@@ -89,4 +96,29 @@ QString networkError(const QNetworkReply &reply)
         text = QStringLiteral("unexpected HTTP status %1").arg(status);
     }
     return QStringLiteral("Network error: %1 %2").arg(QString::number(error), text);
+}
+
+QString briefError(const QNetworkReply &reply)
+{
+    const int status = statusOf(reply);
+    if (status != 0 && status / 100 != successClass)
+        return QStringLiteral("HTTP %1").arg(status);
+    if (reply.error() == QNetworkReply::NoError)
+        return {};
+    if (reply.error() == QNetworkReply::OperationCanceledError)
+        return QStringLiteral("no answer in time");
+    static const QRegularExpression capital(QStringLiteral("(?!^)([A-Z])"));
+    const auto names = QMetaEnum::fromType<QNetworkReply::NetworkError>();
+    QString words = QString::fromLatin1(names.valueToKey(reply.error()));
+    words.remove(QStringLiteral("Error"));
+    return words.replace(capital, QStringLiteral(" \\1")).toLower();
+}
+
+RecordOutcome outcomeOf(const QNetworkReply &reply)
+{
+    RecordOutcome outcome;
+    outcome.status = statusOf(reply);
+    outcome.hasResponse = outcome.status != 0;
+    outcome.networkReason = briefError(reply);
+    return outcome;
 }

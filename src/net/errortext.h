@@ -7,6 +7,7 @@
 #include <QString>
 
 class QNetworkReply;
+struct RecordOutcome;
 class QSslError;
 
 /** @p text as one line without control characters, of at most @p maxLength characters. */
@@ -29,3 +30,12 @@ void rememberTlsErrors(QNetworkReply &reply, const QList<QSslError> &errors);
  * reports no error for a redirect.
  */
 [[nodiscard]] QString networkError(const QNetworkReply &reply);
+
+/**
+ * Why the request failed, in a few words that hold nothing from outside: "HTTP 503", or Qt's name
+ * of the error such as "host not found". Empty after a success.
+ */
+[[nodiscard]] QString briefError(const QNetworkReply &reply);
+
+/** The outcome of the finished @p reply to a record, without a failure yet. */
+[[nodiscard]] RecordOutcome outcomeOf(const QNetworkReply &reply);

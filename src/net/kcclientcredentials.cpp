@@ -94,7 +94,7 @@ void KCClientCredentials::refresh()
 
 void KCClientCredentials::onGrantReplyFinished()
 {
-    if (processReply(m_grantReply))
+    if (processReply(m_grantReply, QStringLiteral("client_credentials")))
         return;
     qWarning() << "Grant failed, retrying in 60s.";
     m_renewalTimer->start(60s);
@@ -102,7 +102,7 @@ void KCClientCredentials::onGrantReplyFinished()
 
 void KCClientCredentials::onRefreshReplyFinished()
 {
-    if (processReply(m_refreshReply))
+    if (processReply(m_refreshReply, QStringLiteral("refresh_token")))
         return;
     qWarning() << "Refresh failed, calling grant().";
     grant();
@@ -116,7 +116,7 @@ QPointer<QNetworkReply> KCClientCredentials::post(const QByteArray &form)
 }
 
 /** Consumes the pending reply and stores its tokens; false if it has none. */
-bool KCClientCredentials::processReply(QPointer<QNetworkReply> &pending)
+bool KCClientCredentials::processReply(QPointer<QNetworkReply> &pending, const QString &grant)
 {
     const QPointer<QNetworkReply> reply = std::exchange(pending, {});
     if (!reply) {
@@ -128,15 +128,17 @@ bool KCClientCredentials::processReply(QPointer<QNetworkReply> &pending)
         if (reply->error() != QNetworkReply::NoError)
             throw KCException(QStringLiteral("Network or HTTP error: %1")
                                   .arg(errorText(*reply) + refusalReason(*reply)));
-        storeTokens(parseTokenResponse(reply->readAll()));
+        storeTokens(parseTokenResponse(reply->readAll()), grant);
     } catch (const std::exception &e) {
         qWarning() << "KC: failed to process reply:" << e.what();
+        const QString reason = briefError(*reply);
+        Q_EMIT tokenFailed(reason.isEmpty() ? QStringLiteral("unreadable response") : reason);
         return false;
     }
     return true;
 }
 
-void KCClientCredentials::storeTokens(const TokenResponse &response)
+void KCClientCredentials::storeTokens(const TokenResponse &response, const QString &grant)
 {
     const bool isFirst = !m_accessToken;
     const QDateTime now = QDateTime::currentDateTimeUtc();
@@ -157,4 +159,5 @@ void KCClientCredentials::storeTokens(const TokenResponse &response)
     if (isFirst)
         Q_EMIT accessTokenAvailable();
     Q_EMIT accessTokenChanged(response.accessToken);
+    Q_EMIT tokenObtained(now.addSecs(response.expiresIn), grant);
 }

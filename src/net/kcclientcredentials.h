@@ -44,6 +44,10 @@ Q_SIGNALS:
     /** The first token has arrived. */
     void accessTokenAvailable();
     void accessTokenChanged(QString token);
+    /** A token has arrived; @p grant is the type of grant (RFC 6749) that brought it. */
+    void tokenObtained(QDateTime validUntil, QString grant);
+    /** None has; @p reason in a few words without a secret. */
+    void tokenFailed(QString reason);
 
 public Q_SLOTS:
     /** Requests a token with the client credentials, unless such a request is pending. */
@@ -57,8 +61,8 @@ private Q_SLOTS:
 
 private:
     [[nodiscard]] QPointer<QNetworkReply> post(const QByteArray &form);
-    [[nodiscard]] bool processReply(QPointer<QNetworkReply> &pending);
-    void storeTokens(const TokenResponse &response);
+    [[nodiscard]] bool processReply(QPointer<QNetworkReply> &pending, const QString &grant);
+    void storeTokens(const TokenResponse &response, const QString &grant);
 
     XNetworkAccessManager *m_manager;
     RequestLimits m_limits;

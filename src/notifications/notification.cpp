@@ -47,10 +47,10 @@ void Notification::setDefaultAction(Action action)
     Q_EMIT defaultActionChanged();
 }
 
-bool Notification::isLasting() const
+bool Notification::awaitsClosing() const
 {
     const bool isInProgress = m_type == LOADING || !m_closable;
-    return m_timeout == 0 && !isInProgress && !m_isPermanent;
+    return m_timeout == 0 && !isInProgress;
 }
 
 /** Read-only for QML: C++ adds buttons and announces them. */

@@ -73,8 +73,10 @@ public:
     [[nodiscard]] QQmlListProperty<NotificationButton> buttonsProperty();
     [[nodiscard]] const QList<NotificationButton *> &buttons() const { return m_buttons; }
 
-    /** True if only a person closes it, nothing is in progress and it is not permanent. */
-    [[nodiscard]] bool isLasting() const;
+    /** True if only a person closes it and nothing is in progress. */
+    [[nodiscard]] bool awaitsClosing() const;
+    /** The same, but for a permanent one. */
+    [[nodiscard]] bool isLasting() const { return awaitsClosing() && !m_isPermanent; }
     /** Keeps it from being ended to make room. Call before it is shown. */
     void setPermanent() { m_isPermanent = true; }
 

@@ -61,6 +61,12 @@ Notification *NotificationsModel::findError(const QString &title, const QString 
     return found == m_notifications.cend() ? nullptr : *found;
 }
 
+int NotificationsModel::awaitingCount() const
+{
+    return int(std::count_if(m_notifications.cbegin(), m_notifications.cend(),
+                             [](const auto *each) { return each->awaitsClosing(); }));
+}
+
 void NotificationsModel::endOldest()
 {
     int lasting = 0;

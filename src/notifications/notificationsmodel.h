@@ -37,6 +37,9 @@ public:
         return m_notifications.contains(notification);
     }
 
+    /** Number of notifications that stay until a person closes them. */
+    [[nodiscard]] int awaitingCount() const;
+
     /** Inserts @p notification at row 0. */
     void prepend(Notification *notification);
 

@@ -3,9 +3,9 @@
 
 #include "presence/tallyxflow.h"
 
-#include "base/failure.h"
 #include "config/config.h"
 #include "config/keys.h"
+#include "net/errortext.h"
 #include "notifications/noticelimits.h"
 #include "presence/tallyxservice.h"
 #include "spool/spoolremover.h"
@@ -55,6 +55,7 @@ void TallyxFlow::start()
 {
     failOnException([this] {
         m_record.save();
+        Q_EMIT saved();
         m_reply = tallyxservice::getStatus(m_manager, m_record);
         m_reply->setParent(this);
         connect(m_reply, &QNetworkReply::finished, this, &TallyxFlow::onGetStatusFinished);
@@ -121,6 +122,7 @@ void TallyxFlow::onPostLogFinished()
     reply->deleteLater();
     if (m_state != Sending)
         return;
+    m_outcome = outcomeOf(*reply);
     failOnException([this, &reply] {
         const QJsonObject response = tallyxservice::readAcknowledgement(*reply);
         // First, so that a crash from here on does not send the record again.
@@ -199,6 +201,7 @@ template <typename Body> void TallyxFlow::failOnException(Body body)
 void TallyxFlow::fail(const Failure &failure)
 {
     qWarning() << "Error logging presence:" << failure.logText();
+    m_outcome.failure = failure;
     const bool isQueued = isChoiceOnDisk();
     if (!isQueued && m_record.isOnDisk())
         removeRecord();

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "base/failure.h"
 #include "net/requestlimits.h"
 #include "presence/tallyxlogentity.h"
 #include "presence/tallyxnotice.h"
@@ -12,7 +13,6 @@
 #include <QPointer>
 
 class QNetworkAccessManager;
-struct Failure;
 
 /**
  * One presence booking, from the card to the acknowledgement of the service: saves the record,
@@ -47,9 +47,15 @@ public:
     [[nodiscard]] bool isAcknowledged() const { return m_state == Answered; }
     /** The file with the record; empty if it was never saved. */
     [[nodiscard]] QString spoolPath() const { return m_record.spoolPath(); }
+    /** True if that file exists. */
+    [[nodiscard]] bool isOnDisk() const { return m_record.isOnDisk(); }
+    /** Why the flow failed; no failure if the record was not posted or was booked. */
+    [[nodiscard]] const RecordOutcome &outcome() const { return m_outcome; }
 
 Q_SIGNALS:
     void stateChanged();
+    /** The record has come to disk. */
+    void saved();
     /** The service has booked the record; it must not be sent again. */
     void acknowledged();
     /** The flow is over; the queue sends a record that was not acknowledged. */
@@ -81,4 +87,5 @@ private:
     TallyxNotice m_notice;
     QPointer<QNetworkReply> m_reply;
     State m_state = Idle;
+    RecordOutcome m_outcome;
 };

@@ -4,6 +4,7 @@
 #include "presence/tallyxqueue.h"
 
 #include "net/accesstoken.h"
+#include "net/errortext.h"
 #include "notifications/noticelimits.h"
 #include "notifications/notificationhandle.h"
 #include "presence/tallyxflow.h"
@@ -45,8 +46,11 @@ void TallyxQueue::begin(quint64 transponderId)
     auto *flow = new TallyxFlow(transponderId, m_manager, m_limits, this);
     m_flows.insert(flow);
     connect(flow, &TallyxFlow::stateChanged, this, &TallyxQueue::freshChanged);
-    connect(flow, &TallyxFlow::acknowledged, this,
-            [this, flow] { completeBooking(flow->spoolPath(), SpoolRemover::Sync::AtOnce); });
+    connect(flow, &TallyxFlow::acknowledged, this, [this, flow] {
+        completeBooking(flow->spoolPath(), SpoolRemover::Sync::AtOnce);
+        ledger().onAccepted();
+    });
+    connect(flow, &TallyxFlow::saved, this, [this, flow] { ledger().onSaved(flow->spoolPath()); });
     connect(flow, &TallyxFlow::ended, this, [this, flow] { onFlowEnded(flow); });
     flow->start();
 }
@@ -54,12 +58,13 @@ void TallyxQueue::begin(quint64 transponderId)
 /** Saves the record for a pass without asking: too many questions are already open. */
 void TallyxQueue::postpone(quint64 transponderId)
 {
-    const auto failure = catchFailure(
-        [transponderId] { TallyxLogEntity(transponderId, TallyxFlow::initialType()).save(); });
+    TallyxLogEntity record(transponderId, TallyxFlow::initialType());
+    const auto failure = catchFailure([&record] { record.save(); });
     if (failure) {
         report(false, *failure);
         return;
     }
+    ledger().onSaved(record.spoolPath());
     qWarning() << "Too many presence questions at once, leaving the record to the queue.";
     processSoon();
     report(true, Failure::temporary({}, tr("Too many cards at once.")));
@@ -68,8 +73,10 @@ void TallyxQueue::postpone(quint64 transponderId)
 /** Tells the person, without a flow, that the record waits or that there is none. */
 void TallyxQueue::report(bool isQueued, const Failure &failure)
 {
-    if (!isQueued)
+    if (!isQueued) {
         qCritical().noquote() << "Error logging presence:" << failure.logText();
+        ledger().onFailed({}, { failure });
+    }
     NotificationHandle::showError(tr("Presence"), TallyxFlow::failureText(isQueued, failure),
                                   noticelimits::afterFailureMs(isQueued));
 }
@@ -115,8 +122,7 @@ void TallyxQueue::resend(const QString &path)
 void TallyxQueue::onResent(const QString &path, QNetworkReply &reply)
 {
     reply.deleteLater();
-    RecordOutcome outcome;
-    outcome.hasResponse = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).isValid();
+    RecordOutcome outcome = outcomeOf(reply);
     outcome.failure = catchFailure([&] { (void)tallyxservice::readAcknowledgement(reply); });
     if (!outcome.failure)
         completeBooking(path, SpoolRemover::Sync::Soon);
@@ -145,6 +151,11 @@ void TallyxQueue::onFlowEnded(TallyxFlow *flow)
 {
     m_flows.remove(flow);
     flow->deleteLater();
+    if (flow->outcome().failure)
+        ledger().onFailed(flow->isOnDisk() ? flow->spoolPath() : QString(), flow->outcome());
+    // The flow removes a record that contradicts the person's choice.
+    if (!flow->isAcknowledged() && !flow->spoolPath().isEmpty() && !flow->isOnDisk())
+        ledger().onGone(flow->spoolPath());
     if (!flow->isAcknowledged())
         processSoon();
     Q_EMIT freshChanged();

@@ -44,7 +44,7 @@ protected:
 
 private:
     void postpone(quint64 transponderId);
-    static void report(bool isQueued, const Failure &failure);
+    void report(bool isQueued, const Failure &failure);
     void completeBooking(const QString &path, SpoolRemover::Sync sync);
     void onResent(const QString &path, QNetworkReply &reply);
     void onFlowEnded(TallyxFlow *flow);

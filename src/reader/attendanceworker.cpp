@@ -93,6 +93,10 @@ void AttendanceWorker::init()
     m_cards = new CardLogger(m_limits, this);
     QTimer::singleShot(firstPassDelay, this, &AttendanceWorker::processQueue);
     connect(m_cards, &CardLogger::stopped, this, &AttendanceWorker::onLoggingStopped);
+    connect(m_cards, &CardLogger::attendanceStatusChanged, this,
+            &AttendanceWorker::attendanceStatusChanged);
+    connect(m_cards, &CardLogger::presenceStatusChanged, this,
+            &AttendanceWorker::presenceStatusChanged);
     const auto tell = [this] { Q_EMIT recordsKeptChanged(m_cards->keepsRecords()); };
     connect(m_cards, &CardLogger::keepingChanged, this, tell);
     tell();
@@ -159,6 +163,7 @@ void AttendanceWorker::openSerialPort(const QString &name)
     port->setReadBufferSize(deliveryBytes);
     connect(port, &QSerialPort::readyRead, this, &AttendanceWorker::onSerialPortReadyRead);
     qDebug() << "Waiting for cards.";
+    Q_EMIT readerOpened(name);
     Q_EMIT readerStateChanged(true);
 }
 
@@ -264,10 +269,11 @@ void AttendanceWorker::processLine(const QByteArray &line)
     const quint64 transponderId = parseTransponderId(line);
     if (LBAPI::instance()->takeScan()) {
         Q_EMIT transponderScanned(QString::fromLatin1(line));
-        return;
+    } else {
+        qDebug() << "Logging" << transponderId << "...";
+        m_cards->log(transponderId);
     }
-    qDebug() << "Logging" << transponderId << "...";
-    m_cards->log(transponderId);
+    Q_EMIT cardRead();
 }
 
 void AttendanceWorker::processQueue()

@@ -6,6 +6,7 @@
 #include "base/ratelimit.h"
 #include "net/requestlimits.h"
 #include "reader/linesplitter.h"
+#include "spool/queuestatus.h"
 
 #include <QElapsedTimer>
 #include <QObject>
@@ -38,6 +39,13 @@ Q_SIGNALS:
     void recordsKeptChanged(bool kept);
     /** Nothing may be logged until the program restarts; the thread ends. */
     void loggingStopped();
+    /** The reader was found; @p port is its name. Comes before readerStateChanged(true). */
+    void readerOpened(QString port);
+    /** A card was read, for whatever purpose. */
+    void cardRead();
+    /** How a queue does; each at most once a second. */
+    void attendanceStatusChanged(QueueStatus status);
+    void presenceStatusChanged(QueueStatus status);
 
 public Q_SLOTS:
     void init();

@@ -41,6 +41,8 @@ CardLogger::CardLogger(const RequestLimits &limits, QObject *parent)
         connect(queue, &RecordQueue::fatalStop, this, &CardLogger::stop);
         connect(queue, &RecordQueue::keepingChanged, this, &CardLogger::keepingChanged);
     }
+    connect(m_attendance, &RecordQueue::statusChanged, this, &CardLogger::attendanceStatusChanged);
+    connect(m_presence, &RecordQueue::statusChanged, this, &CardLogger::presenceStatusChanged);
 
     auto *saveTimer = new QTimer(this);
     connectChecked(saveTimer, SIGNAL(timeout()), m_names, SLOT(save()));

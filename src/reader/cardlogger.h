@@ -11,6 +11,7 @@ class AttendanceNameCache;
 class AttendanceQueue;
 class TallyxQueue;
 struct Failure;
+struct QueueStatus;
 
 /**
  * Logs cards with the attendance and the presence service: owns the two queues, which do
@@ -45,6 +46,9 @@ Q_SIGNALS:
     void stopped();
     /** keepsRecords() may have changed. */
     void keepingChanged();
+    /** How a queue does; each at most once a second. */
+    void attendanceStatusChanged(const QueueStatus &status);
+    void presenceStatusChanged(const QueueStatus &status);
 
 private:
     void stop();

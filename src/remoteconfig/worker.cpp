@@ -59,6 +59,8 @@ void Worker::init()
                           SLOT(setAccessToken(QString)));
     connect(m_credentials, &KCClientCredentials::accessTokenAvailable, this,
             &Worker::onAccessTokenAvailable);
+    connect(m_credentials, &KCClientCredentials::tokenObtained, this, &Worker::tokenObtained);
+    connect(m_credentials, &KCClientCredentials::tokenFailed, this, &Worker::tokenFailed);
     m_credentials->grant();
     connectChecked(this,
                    SIGNAL(newConfiguration(QJsonDocument)), Config::instance(),
@@ -101,16 +103,20 @@ void Worker::getConfigurationFinished()
     reply->deleteLater();
     if (reply->error() != QNetworkReply::NoError) {
         qWarning() << "Failed to get configuration." << reply->error() << errorText(*reply);
+        Q_EMIT configurationFailed(briefError(*reply));
         return;
     }
+    const QString unreadable = QStringLiteral("unreadable answer");
     QJsonParseError error;
     const QJsonDocument document = readJson(reply->readAll(), &error);
     if (error.error != QJsonParseError::NoError) {
         qWarning() << "Failed to parse config response:" << error.errorString();
+        Q_EMIT configurationFailed(unreadable);
         return;
     }
     if (!document.isObject()) {
         qWarning() << "Config response is not an object.";
+        Q_EMIT configurationFailed(unreadable);
         return;
     }
     Q_EMIT newConfiguration(document);

@@ -5,6 +5,7 @@
 
 #include "net/requestlimits.h"
 
+#include <QDateTime>
 #include <QJsonDocument>
 #include <QNetworkReply>
 #include <QObject>
@@ -41,6 +42,11 @@ public:
 
 Q_SIGNALS:
     void newConfiguration(QJsonDocument cfg);
+    /** As of KCClientCredentials. */
+    void tokenObtained(QDateTime validUntil, QString grant);
+    void tokenFailed(QString reason);
+    /** The configuration was not received; @p reason in a few words. */
+    void configurationFailed(QString reason);
 
 private Q_SLOTS:
     void init();

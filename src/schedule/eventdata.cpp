@@ -123,6 +123,7 @@ bool EventData::isGood(QNetworkReply *reply)
     if (!reply) {
         setFailure(QStringLiteral("WTF?! Network reply is NULL! :O"), {});
     } else if (reply->error() != QNetworkReply::NoError) {
+        m_briefError = ::briefError(*reply);
         setFailure(QStringLiteral("failed to fetch eventdata: (%1) %2")
                        .arg(QString::number(reply->error()), errorText(*reply)),
                    tr("The schedule could not be fetched.") + QLatin1Char('\n')
@@ -214,6 +215,8 @@ void EventData::setFailure(const QString &logged, const QString &shown)
         m_error = true;
         Q_EMIT errorChanged(true);
     }
+    if (m_briefError.isEmpty())
+        m_briefError = QStringLiteral("unreadable");
     m_shownError = shown.isEmpty() ? tr("The schedule could not be fetched.") : shown;
     if (m_errorMessage != logged) {
         m_errorMessage = logged;

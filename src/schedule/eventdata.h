@@ -68,6 +68,8 @@ public:
     [[nodiscard]] QDate day() const { return m_day; }
     /** What the failure means for a visitor, in the language of the interface. */
     [[nodiscard]] QString shownError() const { return m_shownError; }
+    /** Why it failed, in a few words without anything from outside; empty after a success. */
+    [[nodiscard]] QString briefError() const { return m_briefError; }
 
     [[nodiscard]] const ScheduleObjects &objects() const { return m_objects; }
 
@@ -114,6 +116,7 @@ private:
     QString m_errorMessage;
     QDate m_day;
     QString m_shownError;
+    QString m_briefError;
     ScheduleObjects m_objects;
     ScheduleIndex m_index;
     ScheduleObjects m_incoming; ///< read, but no children yet

@@ -33,6 +33,7 @@ RecordQueue::RecordQueue(const Spool &spool, QObject *parent)
     , m_spool(spool)
     , m_gate(spool, this)
     , m_remover(this)
+    , m_ledger(m_spool, this)
     , m_timer(this)
 {
     m_spool.removeLeftovers();
@@ -40,6 +41,7 @@ RecordQueue::RecordQueue(const Spool &spool, QObject *parent)
     m_timer.setSingleShot(true);
     connect(&m_timer, &QTimer::timeout, this, &RecordQueue::process);
     connect(this, &RecordQueue::freshChanged, this, &RecordQueue::proceed);
+    connect(&m_ledger, &QueueLedger::changed, this, &RecordQueue::statusChanged);
     connect(&m_gate, &SpoolGate::looked, this, [this] {
         if (keepsRecords())
             processIn(deferral);
@@ -61,6 +63,7 @@ void RecordQueue::process()
         processIn(deferral);
         return;
     }
+    m_ledger.recount();
     if (!m_gate.look() || !canSend() || !m_spool.canBeListed()) {
         processIn(resendRetry);
         Q_EMIT passFinished();
@@ -134,7 +137,9 @@ void RecordQueue::tryResend(const QString &path)
         m_resent.insert(path);
         return;
     }
-    onResendFailed(path, *failure);
+    RecordOutcome outcome;
+    outcome.failure = failure;
+    onResendFailed(path, outcome);
     if (!failure->isTemporary()) // the file is no record, which says nothing about the others
         m_backOff.shelve(path);
 }
@@ -144,10 +149,12 @@ void RecordQueue::endResend(const QString &path, const RecordOutcome &outcome)
     m_resent.remove(path);
     m_misses = outcome.hasResponse ? 0 : m_misses + 1;
     m_failures = outcome.failure ? m_failures + 1 : 0;
-    if (outcome.failure)
-        onResendFailed(path, *outcome.failure);
-    else
+    if (outcome.failure) {
+        onResendFailed(path, outcome);
+    } else {
         m_backOff.forget(path);
+        m_ledger.onAccepted();
+    }
     if (!m_hasGivenUp && (m_misses == maxMisses || m_failures == maxFailures)) {
         m_hasGivenUp = true;
         qInfo() << (outcome.hasResponse ? "The service accepts nothing,"
@@ -158,9 +165,10 @@ void RecordQueue::endResend(const QString &path, const RecordOutcome &outcome)
 }
 
 /** Tells nobody, since nobody waits: the record stays for a later pass. */
-void RecordQueue::onResendFailed(const QString &path, const Failure &failure)
+void RecordQueue::onResendFailed(const QString &path, const RecordOutcome &outcome)
 {
-    logResendFailure(failure);
+    logResendFailure(*outcome.failure);
+    m_ledger.onFailed(path, outcome);
     m_backOff.postpone(path);
     processIn(resendRetry);
 }
@@ -185,8 +193,10 @@ bool RecordQueue::complete(const QString &path, SpoolRemover::Sync sync)
     }
     m_lastCompletion.start();
     const auto failure = m_remover.remove(path, sync);
-    if (!failure)
+    if (!failure) {
+        m_ledger.onGone(path);
         return true;
+    }
     NotificationHandle::showFatalError(tr("FATAL ERROR"), logRemovalFailure(*failure));
     Q_EMIT fatalStop();
     return false;

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "base/failure.h"
+#include "spool/queueledger.h"
 #include "spool/recordbackoff.h"
 #include "spool/spool.h"
 #include "spool/spoolgate.h"
@@ -57,11 +58,15 @@ Q_SIGNALS:
     void keepingChanged();
     /** A sent record cannot be removed, so stop() is due; a notice tells the person. */
     void fatalStop();
+    /** At most once a second. */
+    void statusChanged(const QueueStatus &status);
 
 protected:
     explicit RecordQueue(const Spool &spool, QObject *parent = nullptr);
 
     [[nodiscard]] const Spool &spool() const { return m_spool; }
+    /** To be told of what happens to fresh records; resends and removals by complete() it knows. */
+    [[nodiscard]] QueueLedger &ledger() { return m_ledger; }
 
     /** Why a card cannot be logged now, which the person must hear; nothing if it can. */
     [[nodiscard]] std::optional<Failure> refusal();
@@ -87,13 +92,14 @@ private:
     void proceed();
     void sendNext();
     void tryResend(const QString &path);
-    void onResendFailed(const QString &path, const Failure &failure);
+    void onResendFailed(const QString &path, const RecordOutcome &outcome);
     void endPass();
 
     Spool m_spool;
     SpoolGate m_gate;
     SpoolRemover m_remover;
     RecordBackOff m_backOff;
+    QueueLedger m_ledger;
     QElapsedTimer m_lastCompletion;
     QTimer m_timer; ///< until the next process()
     std::optional<SpoolRound> m_pass;

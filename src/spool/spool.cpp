@@ -9,7 +9,6 @@
 #include "spool/disk.h"
 #include "spool/unusablefolder.h"
 
-#include <QDateTime>
 #include <QDebug>
 #include <QDir>
 #include <QDirIterator>
@@ -17,17 +16,37 @@
 #include <QFileInfo>
 
 #include <cerrno>
+#include <dirent.h>
+#include <fcntl.h>
+#include <memory>
+#include <sys/stat.h>
 #include <utility>
 
 namespace {
 
 constexpr int base = 36; // of the numbers in a file name
+constexpr int timeDigits = 8; // from 1972 to 2059
+constexpr qint64 earliest = 1'000'000'000'000; // ms; some time in 2001, before the first record
 constexpr qint64 maxRecordBytes = 65536; // ours have about 200
 
 bool isWritableFolder(const QString &path)
 {
     const QFileInfo info(path);
     return info.isDir() && info.isWritable();
+}
+
+/** As Spool::recordFilter says. Some file systems tell no types with the names. */
+bool isRecord(DIR *folder, const dirent &entry)
+{
+    struct stat info
+    {
+    };
+    if (entry.d_name[0] == '.')
+        return false;
+    if (entry.d_type != DT_UNKNOWN)
+        return entry.d_type == DT_REG;
+    return fstatat(dirfd(folder), entry.d_name, &info, AT_SYMLINK_NOFOLLOW) == 0
+        && S_ISREG(info.st_mode);
 }
 
 /** Creates the folder if need be. */
@@ -93,9 +112,28 @@ bool Spool::canBeUsed() const
 int Spool::count() const
 {
     int files = 0;
-    for (QDirIterator each(folder(), recordFilter); each.hasNext(); each.next())
-        ++files;
+    visit([&files](const QString &) { ++files; });
     return files;
+}
+
+void Spool::visit(const QString &folder, const Visitor &visitor)
+{
+    // Not QDirIterator, which asks for the size and the times of each file.
+    const std::unique_ptr<DIR, int (*)(DIR *)> files(opendir(QFile::encodeName(folder).constData()),
+                                                     &closedir);
+    while (const dirent *entry = files ? readdir(files.get()) : nullptr) {
+        if (isRecord(files.get(), *entry))
+            visitor(QFile::decodeName(entry->d_name));
+    }
+}
+
+QDateTime Spool::timeOf(const QString &name)
+{
+    bool isNumber = false;
+    const qint64 time = name.left(timeDigits).toLongLong(&isNumber, base);
+    if (!isNumber || time < earliest || name.size() <= timeDigits) // at least one for the counter
+        return {};
+    return QDateTime::fromMSecsSinceEpoch(time, Qt::UTC);
 }
 
 QString Spool::create(const QByteArray &record) const

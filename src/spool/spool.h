@@ -7,9 +7,11 @@
 #include "spool/durablefile.h"
 
 #include <QByteArray>
+#include <QDateTime>
 #include <QDir>
 #include <QString>
 
+#include <functional>
 #include <optional>
 
 /**
@@ -39,6 +41,14 @@ public:
 
     /** True if the records can be listed or the folder does not exist; otherwise logs a warning. */
     [[nodiscard]] bool canBeListed() const;
+
+    /** Calls @p visitor with the name of each record, in the order of the file system. */
+    using Visitor = std::function<void(const QString &name)>;
+    void visit(const Visitor &visitor) const { visit(folder(), visitor); }
+    static void visit(const QString &folder, const Visitor &visitor);
+
+    /** When the record with this file name was made (UTC); invalid for a foreign name. */
+    [[nodiscard]] static QDateTime timeOf(const QString &name);
 
     /**
      * False if a record could not be kept: the folder is there and not writable, or it has ended an

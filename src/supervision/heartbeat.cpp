@@ -37,6 +37,7 @@ void Heartbeat::tick()
     if (!m_unanswered.isEmpty()) {
         if (!std::exchange(m_isSilenceLogged, true))
             qCritical() << "No sign of life: no answer from" << m_unanswered;
+        Q_EMIT missed();
         return;
     }
     if (std::exchange(m_isSilenceLogged, false))

@@ -35,6 +35,10 @@ public:
     /** Gives the first sign. */
     void start();
 
+Q_SIGNALS:
+    /** A sign is due, but a part has not answered. */
+    void missed();
+
 private:
     struct Part
     {

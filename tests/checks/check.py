@@ -217,7 +217,7 @@ def file_length():
 
 # The layers of src, lowest first. A file includes files of lower layers and of its own folder only.
 LAYERS = [{"base", "supervision"}, {"config"}, {"net"}, {"remoteconfig", "schedule", "notifications"}, {"api", "spool"},
-          {"attendance", "presence"}, {"reader"}, {"app"}]
+          {"attendance", "presence"}, {"reader", "status"}, {"app"}]
 # These include each other: an event knows its location, a location its events.
 MUTUAL = {"schedule/event", "schedule/eventaudience", "schedule/eventdata", "schedule/eventlocation",
           "schedule/scheduleindex"}
