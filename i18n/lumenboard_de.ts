@@ -396,6 +396,18 @@ Neuer Versuch in %2 s.</translation>
     </message>
 </context>
 <context>
+    <name>RoomReadiness</name>
+    <message>
+        <source>This screen has not been given a room.</source>
+        <extracomment>Small line at the bottom of the screen</extracomment>
+        <translation>Diesem Gerät ist kein Raum zugeordnet.</translation>
+    </message>
+    <message>
+        <source>This screen has not been given a room, as its name or its secret is missing.</source>
+        <translation>Diesem Gerät ist kein Raum zugeordnet: Sein Name oder sein Geheimnis für die Anmeldung fehlt.</translation>
+    </message>
+</context>
+<context>
     <name>ScheduleAge</name>
     <message>
         <source>As of %1</source>

@@ -64,7 +64,7 @@ QtObject {
 
     readonly property var errorText: new S.TextStyle(cText, new S.FontStyle(2, S.RelSize))
 
-    readonly property var cardWarning: new S.TextStyle(cText, fH3)
+    readonly property var warningLine: new S.TextStyle(cText, fH3)
 
     readonly property var dvLocationName: new S.TextStyle(cText, new S.FontStyle(5, S.RelSize, Font.Black, { "family": "Maven Pro" }))
     readonly property var dvTime: new S.TextStyle(cText, new S.FontStyle(14, S.RelSize, Font.Bold, { "family": "MavenPro" }))

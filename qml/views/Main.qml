@@ -67,7 +67,7 @@ Page {
             right: parent.right
             top: parent.top
         }
-        height: keyboard.item ? Math.min(keyboard.item.y, cardWarning.y) : cardWarning.y
+        height: keyboard.item ? Math.min(keyboard.item.y, warningLine.y) : warningLine.y
         initialItem: Qt.resolvedUrl(root.config.initialItem)
         onCurrentItemChanged: if (currentItem)
             currentItem.forceActiveFocus()
@@ -142,12 +142,12 @@ Page {
     Binding {
         target: notifications.item
         property: "height"
-        value: cardWarning.y
+        value: warningLine.y
         when: notifications.item !== null
     }
 
     Loader {
-        id: cardWarning
+        id: warningLine
 
         anchors {
             left: parent.left
@@ -155,8 +155,8 @@ Page {
             bottom: parent.bottom
         }
         height: item ? item.implicitHeight : 0
-        active: LBAPI.cardWarning !== ""
-        source: "../components/CardWarning.qml"
+        active: LBAPI.cardWarning !== "" || LBAPI.roomWarning !== ""
+        source: "../components/WarningLine.qml"
     }
 
     Loader {

@@ -16,32 +16,34 @@ CardReadiness::CardReadiness(QObject *parent)
 
 QString CardReadiness::warning() const
 {
-    if (isWaiting())
+    switch (fault()) {
+    case Waiting:
         //: Small line at the bottom of the screen of a second program
-        return tr("Lumenboard already runs on this device. Cards are read here once the "
-                  "other program ends.");
-    if (m_state.testFlag(Stopped))
+        return tr("Lumenboard already runs on this device. Cards are read here once the other "
+                  "program ends.");
+    case Stopped:
         //: Small line at the bottom of the screen, after a fatal error
         return tr("Cards are no longer logged. Please call on a staff member in charge.");
-    if (m_state.testFlag(NotKept))
+    case NotKept:
         //: Small line at the bottom of the screen
         return tr("Cards cannot be logged: the storage of this device cannot be written to. Please "
                   "call on a staff member in charge.");
-    if (m_state.testFlag(ReaderMissing))
+    case ReaderMissing:
         //: Small line at the bottom of the screen
         return tr("No card reader connected: cards are not read.");
+    case None:
+        break;
+    }
     return {};
 }
 
-QString CardReadiness::status() const
+CardReadiness::Fault CardReadiness::fault() const
 {
-    if (isWaiting())
-        return QStringLiteral("another kiosk runs");
-    if (m_state.testFlag(Stopped))
-        return QStringLiteral("logging has stopped");
-    if (m_state.testFlag(NotKept))
-        return QStringLiteral("records cannot be kept");
-    return QStringLiteral("cards are not read");
+    for (const Fault fault : { Waiting, Stopped, NotKept, ReaderMissing }) {
+        if (m_faults.testFlag(fault))
+            return fault;
+    }
+    return None;
 }
 
 void CardReadiness::onSearchStarted()
@@ -67,8 +69,8 @@ void CardReadiness::onRecordsKeptChanged(bool kept)
 
 void CardReadiness::set(Fault fault, bool isThere)
 {
-    if (m_state.testFlag(fault) == isThere)
+    if (m_faults.testFlag(fault) == isThere)
         return;
-    m_state.setFlag(fault, isThere);
+    m_faults.setFlag(fault, isThere);
     Q_EMIT warningChanged();
 }

@@ -17,18 +17,17 @@ class CardReadiness : public QObject
 
 public:
     /** What keeps cards from being logged, the worst first. */
-    enum Fault { Waiting = 1, Stopped = 2, NotKept = 4, ReaderMissing = 8 };
+    enum Fault { None = 0, Waiting = 1, Stopped = 2, NotKept = 4, ReaderMissing = 8 };
     Q_DECLARE_FLAGS(Faults, Fault)
 
     explicit CardReadiness(QObject *parent = nullptr);
 
-    [[nodiscard]] Faults faults() const { return m_state; }
+    [[nodiscard]] Faults faults() const { return m_faults; }
     /** Why cards are not read; empty while they are. */
     [[nodiscard]] QString warning() const;
-    /** The same for technicians, in English. */
-    [[nodiscard]] QString status() const;
-    /** True while another kiosk reads the cards of this machine. */
-    [[nodiscard]] bool isWaiting() const { return m_state.testFlag(Waiting); }
+    /** The worst fault. */
+    [[nodiscard]] Fault fault() const;
+    /** @p waiting is true while another kiosk reads the cards of this machine. */
     void setWaiting(bool waiting) { set(Waiting, waiting); }
 
 Q_SIGNALS:
@@ -47,5 +46,5 @@ private:
     void set(Fault fault, bool isThere);
 
     QTimer m_searchLimit;
-    Faults m_state;
+    Faults m_faults;
 };

@@ -27,6 +27,7 @@ LBAPI::LBAPI(QObject *parent)
     , m_boundaryTimer(this)
     , m_scheduleAge(this)
     , m_cardReadiness(this)
+    , m_roomReadiness(this)
     , m_clockWatch(this)
 {
     const QPointer<LBAPI> self(this);
@@ -39,6 +40,7 @@ LBAPI::LBAPI(QObject *parent)
     connect(&m_clockWatch, &ClockWatch::mustLook, this, &LBAPI::followClock);
     connect(&m_scheduleAge, &ScheduleAge::asOfChanged, this, &LBAPI::scheduleAsOfChanged);
     connect(&m_cardReadiness, &CardReadiness::warningChanged, this, &LBAPI::cardWarningChanged);
+    connect(&m_roomReadiness, &RoomReadiness::warningChanged, this, &LBAPI::roomWarningChanged);
     connect(config(), &Config::configChanged, this, &LBAPI::cardWarningChanged);
     connect(this, &LBAPI::scanTransponderChanged, this, &LBAPI::cardWarningChanged);
 }
@@ -74,7 +76,9 @@ void LBAPI::setScanTransponder(bool scan)
 QString LBAPI::cardWarning() const
 {
     // A screen on which nobody holds up cards must not complain, but for being one too many.
-    return expectsCards() || m_cardReadiness.isWaiting() ? m_cardReadiness.warning() : QString();
+    return expectsCards() || m_cardReadiness.fault() == CardReadiness::Waiting
+        ? m_cardReadiness.warning()
+        : QString();
 }
 
 bool LBAPI::expectsCards() const

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "api/cardreadiness.h"
+#include "api/roomreadiness.h"
 #include "base/clockwatch.h"
 #include "config/config.h"
 #include "notifications/notification.h"
@@ -38,6 +39,7 @@ class LBAPI : public QObject, public NotificationBoard
     Q_PROPERTY(QString accessToken READ accessToken NOTIFY accessTokenChanged)
     Q_PROPERTY(QString scheduleAsOf READ scheduleAsOf NOTIFY scheduleAsOfChanged)
     Q_PROPERTY(QString cardWarning READ cardWarning NOTIFY cardWarningChanged)
+    Q_PROPERTY(QString roomWarning READ roomWarning NOTIFY roomWarningChanged)
 
 public:
     explicit LBAPI(QObject *parent = nullptr);
@@ -60,6 +62,8 @@ public:
     [[nodiscard]] QString scheduleAsOf() const { return m_scheduleAge.asOf(); }
     /** Why cards are not read, if the settings or a view make people hold up cards; else empty. */
     [[nodiscard]] QString cardWarning() const;
+    /** Why the schedule view has no room to show; empty if it has one. */
+    [[nodiscard]] QString roomWarning() const { return m_roomReadiness.warning(); }
     /** True if the settings or a view make people hold up cards. */
     [[nodiscard]] bool expectsCards() const;
     /** Hears of the reader and of the end of logging. */
@@ -88,6 +92,7 @@ Q_SIGNALS:
     void accessTokenChanged(QString token);
     void scheduleAsOfChanged();
     void cardWarningChanged();
+    void roomWarningChanged();
     /** A download of the schedule has succeeded or failed; it need not become the current one. */
     void scheduleReadFinished(EventData *v);
 
@@ -126,6 +131,7 @@ private:
     EventBoundaryTimer m_boundaryTimer;
     ScheduleAge m_scheduleAge;
     CardReadiness m_cardReadiness;
+    RoomReadiness m_roomReadiness;
     ClockWatch m_clockWatch;
     quint32 m_wrongDayMinutes = 0; ///< since the shown schedule is of another day
     std::atomic<bool> m_isScanOpen = false; ///< true until a card takes the scan

@@ -4,6 +4,7 @@
 #include "app/selfcheck.h"
 
 #include "app/localchecks.h"
+#include "app/panelcheck.h"
 #include "attendance/attendancerequest.h"
 #include "base/exceptions.h"
 #include "base/json.h"
@@ -66,6 +67,7 @@ void SelfCheck::start()
     localchecks::checkSettings(m_report, m_settings);
     localchecks::checkTls(m_report);
     localchecks::checkInstance(m_report);
+    localchecks::checkPanel(m_report);
     warnOfAddresses();
     checkToken();
     done();

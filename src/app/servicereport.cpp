@@ -74,6 +74,20 @@ Heartbeat &heartbeat()
     return *heartbeat;
 }
 
+QString cardStatus(CardReadiness::Fault fault)
+{
+    switch (fault) {
+    case CardReadiness::Waiting:
+        return QStringLiteral("another kiosk runs");
+    case CardReadiness::Stopped:
+        return QStringLiteral("logging has stopped");
+    case CardReadiness::NotKept:
+        return QStringLiteral("records cannot be kept");
+    default:
+        return QStringLiteral("cards are not read");
+    }
+}
+
 QString statusText()
 {
     LBAPI *api = LBAPI::instance();
@@ -84,8 +98,10 @@ QString statusText()
         parts << QStringLiteral("the schedule failed");
     else if (!api->scheduleAsOf().isEmpty())
         parts << QStringLiteral("the schedule is out of date");
+    if (!api->roomWarning().isEmpty())
+        parts << QStringLiteral("no room is set");
     if (!api->cardWarning().isEmpty())
-        parts << api->cardReadiness()->status();
+        parts << cardStatus(api->cardReadiness()->fault());
     if (parts.size() == 1)
         parts << QStringLiteral("all well");
     return parts.join(QStringLiteral(", ")) + QLatin1Char('.');
@@ -110,7 +126,8 @@ void reportToManager()
 {
     servicemanager::ready();
     LBAPI *api = LBAPI::instance();
-    for (const auto signal : { &LBAPI::scheduleAsOfChanged, &LBAPI::cardWarningChanged })
+    for (const auto signal :
+         { &LBAPI::scheduleAsOfChanged, &LBAPI::roomWarningChanged, &LBAPI::cardWarningChanged })
         QObject::connect(api, signal, api, &updateStatus);
     QObject::connect(api, &LBAPI::eventDataChanged, api, &followSchedule);
     QObject::connect(Config::instance(), &Config::locationNameChanged, api, &updateStatus);

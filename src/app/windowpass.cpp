@@ -9,6 +9,7 @@
 #include "app/inputeventmonitor.h"
 #include "app/instanceguard.h"
 #include "app/quickwindow.h"
+#include "app/screens.h"
 #include "app/servicereport.h"
 #include "app/terminationsignals.h"
 #include "base/connections.h"
@@ -75,6 +76,9 @@ int runWindowPass(const TerminationSignals &termination, const InstanceGuard &gu
     window.reload();
     reportToServiceManager(window);
     showWindow(window);
+    screens::follow(window);
+    screens::logTouchPanels();
+    QObject::connect(window.refreshTimer(), &QTimer::timeout, &window, &screens::logTouchPanels);
     const int code = QGuiApplication::exec();
     if (isLastPass()) {
         servicemanager::stopping();

@@ -28,6 +28,7 @@ namespace {
 constexpr int base = 36; // of the numbers in a file name
 constexpr int timeDigits = 8; // from 1972 to 2059
 constexpr qint64 earliest = 1'000'000'000'000; // ms; some time in 2001, before the first record
+constexpr qint64 maxRecordBytes = 65536; // ours have about 200
 
 bool isWritableFolder(const QString &path)
 {
@@ -177,6 +178,15 @@ QString Spool::commit(DurableFile &file) const
     }
     DurableFile again = write(file.content());
     return commitToFreeName(again);
+}
+
+QByteArray Spool::read(const QString &path)
+{
+    QFile file(path);
+    if (file.open(QIODevice::ReadOnly) && file.size() <= maxRecordBytes)
+        return file.readAll();
+    qWarning() << "Failed to read" << path << file.size() << "bytes" << file.errorString();
+    return {};
 }
 
 void Spool::replace(const QString &path, const QByteArray &record)

@@ -8,9 +8,9 @@
 #include <QDebug>
 #include <QFile>
 #include <QJsonDocument>
-#include <QSaveFile>
 
 #include <algorithm>
+#include <cstdio>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <utility>
@@ -72,14 +72,22 @@ void RuntimeFile::write()
 /** Logs a failure when it begins and when it ends, not each 10 s. */
 bool RuntimeFile::save(const QByteArray &bytes)
 {
-    QSaveFile file(m_path);
+    // Not QSaveFile, whose sync would hold up the interface. Nobody needs this file after a power
+    // cut.
+    QFile file(m_path + QLatin1String(".part"));
     bool isSaved = file.open(QIODevice::WriteOnly);
     if (isSaved && m_readers == Readers::Everybody) // in a folder that they can enter
         file.setPermissions(file.permissions() | QFile::ReadGroup | QFile::ReadOther);
-    isSaved = isSaved && file.write(bytes) == bytes.size() && file.commit();
+    isSaved = isSaved && file.write(bytes) == bytes.size() && file.flush();
+    file.close();
+    const QString problem = file.errorString();
+    isSaved = isSaved
+        && std::rename(QFile::encodeName(file.fileName()).constData(),
+                       QFile::encodeName(m_path).constData())
+            == 0;
     const bool hadFailed = std::exchange(m_hasFailed, !isSaved);
     if (!isSaved && !hadFailed)
-        qWarning() << "Failed to write" << m_path << file.errorString();
+        qWarning() << "Failed to write" << m_path << problem;
     else if (isSaved && hadFailed)
         qInfo() << "Writing" << m_path << "again.";
     return isSaved;

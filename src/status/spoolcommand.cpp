@@ -62,7 +62,7 @@ int list(const SpoolList &spool)
             ? QStringLiteral("not tried since the start of the kiosk")
             : QStringLiteral("%1, %2 ago").arg(record.answer, since(record.lastTry));
         print(row.arg(record.queue, -10)
-                  .arg(record.name(), -12)
+                  .arg(record.name, -12)
                   .arg(since(record.made), -12)
                   .arg(record.tries, 5)
                   .arg(answer));
@@ -76,7 +76,7 @@ int list(const SpoolList &spool)
 int show(const SpoolList &spool, const QString &name)
 {
     for (const WaitingRecord &record : spool.records()) {
-        const auto content = record.name() == name ? contentOf(record) : std::nullopt;
+        const auto content = record.name == name ? contentOf(record) : std::nullopt;
         if (!content)
             continue;
         const auto lines = QString::fromUtf8(*content).split(QLatin1Char('\n'));
@@ -94,7 +94,7 @@ QJsonObject toJson(const WaitingRecord &record, const QByteArray &content)
         = QTextCodec::codecForName("UTF-8")->toUnicode(content.constData(), content.size(), &state);
     const bool isText = state.invalidChars == 0 && state.remainingChars == 0;
     return { { QStringLiteral("queue"), record.queue },
-             { QStringLiteral("name"), record.name() },
+             { QStringLiteral("name"), record.name },
              { QStringLiteral("made"), record.made.toString(Qt::ISODateWithMs) },
              isText ? QPair(QStringLiteral("content"), QJsonValue(text))
                     : QPair(QStringLiteral("base64"),

@@ -41,11 +41,6 @@ QHash<QString, QJsonObject> failedByName(const QJsonObject &known)
 
 } // namespace
 
-QString WaitingRecord::name() const
-{
-    return QFileInfo(path).fileName();
-}
-
 SpoolList SpoolList::read(const QString &runtimeFolder)
 {
     const QJsonObject known = readKnown(runtimeFolder + QLatin1Char('/') + statusfiles::spool);
@@ -71,7 +66,7 @@ void SpoolList::add(const QString &queue, const QString &folder, const QJsonObje
         const QJsonObject last = failed.value(name);
         const QDateTime byName = Spool::timeOf(name);
         m_records.append(
-            { queue, path, byName.isValid() ? byName : QFileInfo(path).lastModified().toUTC(),
+            { queue, name, path, byName.isValid() ? byName : QFileInfo(path).lastModified().toUTC(),
               last.value(QStringLiteral("tries")).toInt(),
               QDateTime::fromString(last.value(QStringLiteral("lastTry")).toString(), Qt::ISODate),
               last.value(QStringLiteral("answer")).toString() });

@@ -13,13 +13,12 @@
 struct WaitingRecord
 {
     QString queue; ///< "attendance" or "presence"
+    QString name;
     QString path;
     QDateTime made; ///< by the name, or by the file's time if the name is foreign
     int tries = 0; ///< in this run of the kiosk
     QDateTime lastTry;
     QString answer; ///< to the last try
-
-    [[nodiscard]] QString name() const;
 };
 
 /** The records of both spools as they are now, the oldest first. Changes nothing. */

@@ -267,6 +267,22 @@ private Q_SLOTS:
         QVERIFY(!api->cardWarning().isEmpty() && changes.count() == 1);
     }
 
+    void tellsThatNoRoomIsSet()
+    {
+        const LBAPI *api = LBAPI::instance();
+        QVERIFY(api->roomWarning().isEmpty()); // the service may still name one
+        QSignalSpy changes(api, &LBAPI::roomWarningChanged);
+        api->findChild<RoomReadiness *>()->findChild<QTimer *>()->start(0);
+        QVERIFY(changes.wait());
+        QVERIFY(api->roomWarning().endsWith("its name or its secret is missing."_s));
+        settings::set("Keycloak/clientId"_s, "a"_s);
+        settings::set("Keycloak/clientSecret"_s, "b"_s);
+        QVERIFY(api->roomWarning().endsWith("given a room."_s));
+        Config::instance()->applyConfiguration(
+            QJsonDocument::fromJson(R"({"plenarLocationId":1})"));
+        QVERIFY(api->roomWarning().isEmpty() && changes.count() == 2);
+    }
+
     void outlivesTheQmlEngine()
     {
         services();

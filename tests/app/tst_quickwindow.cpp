@@ -4,12 +4,14 @@
 #include "api/lbapi.h"
 #include "app/inputeventmonitor.h"
 #include "app/quickwindow.h"
+#include "app/screens.h"
 #include "app/terminationsignals.h"
 #include "app/windowpass.h"
 #include "support/testcase.h"
 
 #include <QGuiApplication>
 #include <QQuickItem>
+#include <QScreen>
 
 #include <csignal>
 
@@ -89,6 +91,17 @@ private Q_SLOTS:
         QCOMPARE(window->status(), QQuickView::Ready);
     }
 
+    void followsTheScreen()
+    {
+        const auto window = makeWindow();
+        screens::follow(*window);
+        window->setWindowState(Qt::WindowFullScreen);
+        window->setGeometry(1, 2, 30, 40); // as if the screen had been smaller
+        log().expect("The screen"_s);
+        Q_EMIT window->screen()->geometryChanged({});
+        QCOMPARE(window->geometry(), window->screen()->geometry());
+    }
+
     void togglesTheCursor()
     {
         const auto window = makeWindow();
@@ -106,6 +119,7 @@ private Q_SLOTS:
     {
         log().allow("Failed to load name cache: failed to open"_s);
         log().allow("No serial port found."_s);
+        log().allow("No touch panel found."_s);
         services();
         const QPointer<LBAPI> api = LBAPI::instance();
         const TerminationSignals termination;

@@ -143,7 +143,7 @@ private Q_SLOTS:
         const Config *config = settings::startWith("[Keycloak]\nclientId=a\nclientSecret=own"_s,
                                                    "[Keycloak]\nclientSecret=shared"_s);
         const auto shared = fallbackSettingsFiles();
-        secrets::warn(); // nobody else can read it
+        QVERIFY(secrets::readableByAll(shared).isEmpty());
         QVERIFY(QFile::setPermissions(shared.value(0), QFile::ReadOwner | QFile::ReadOther));
         log().expect("Settings file holds a secret that everybody can read"_s);
         secrets::warn();

@@ -119,7 +119,7 @@ class Records(unittest.TestCase):
                 states.append(manager.recv(4096).decode())
             return states
 
-        self.start("--run", "sh", "--", "-c", """export JOURNAL_STREAM=$(stat -Lc %d:%i /proc/self/fd/2)
+        self.start("--run", "sh", "--", "-c", """export JOURNAL_STREAM=$(stat -Lc %d:%i /proc/self/fd/2) WATCHDOG_PID=$$
                    echo kiosk is $$; LD_PRELOAD="$LD_PRELOAD $1" exec "$0" """, KIOSK, SLOW_DISK,
                    NOTIFY_SOCKET=f"{self.home}/manager", WATCHDOG_USEC="1000000", SYNC_MS="800", DATA_SYNC_MS="0")
         self.assertEqual(read_until("WATCHDOG=1")[0], "READY=1")

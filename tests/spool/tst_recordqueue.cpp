@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "base/exceptions.h"
+#include "spool/queueledger.h"
 #include "spool/recordqueue.h"
 #include "support/testcase.h"
 
@@ -111,6 +112,38 @@ private Q_SLOTS:
         queue.isBusy = false;
         Q_EMIT queue.freshChanged();
         QTRY_COMPARE(queue.sent.size(), 4);
+    }
+
+    void keepsBooks()
+    {
+        QueueStatus status;
+        QueueLedger ledger(m_spool);
+        connect(&ledger, &QueueLedger::changed, this,
+                [&status](const QueueStatus &changed) { status = changed; });
+        ledger.recount();
+        QTRY_COMPARE(status.waiting.value_or(0), 20);
+        const QString oldest = QDir(m_folder->path()).entryList(QDir::Files).first();
+        QCOMPARE(status.oldest, Spool::timeOf(oldest));
+        (void)m_spool.create("untold");
+        const QString record = m_spool.create("record");
+        ledger.onSaved(record);
+        RecordOutcome refused { Failure::temporary({}, {}), true, 404, "HTTP 404"_s };
+        ledger.onFailed(record, refused);
+        refused.status = 503;
+        ledger.onFailed(record, refused);
+        QTRY_COMPARE(*status.waiting, 21); // without a look into the folder
+        QCOMPARE(status.refused, 1);
+        QCOMPARE(status.failed.value(0).tries, 2);
+
+        QVERIFY(!Spool::remove(m_folder->filePath(oldest)));
+        ledger.onGone(oldest);
+        ledger.onGone(record);
+        ledger.onAccepted();
+        QTRY_COMPARE(status.sent, 1);
+        QCOMPARE(*status.waiting, 21); // with one
+        QVERIFY(status.oldest >= Spool::timeOf(oldest));
+        QVERIFY(status.failed.isEmpty());
+        QVERIFY(!Spool::timeOf("README.txt"_s).isValid());
     }
 
     void backsOff()

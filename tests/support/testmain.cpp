@@ -16,7 +16,7 @@ int main(int argc, char *argv[])
 {
     prepareEnvironment(); // first, so that the folders are private
     const QTemporaryDir home;
-    for (const char *name : { "XDG_CONFIG_HOME", "XDG_CONFIG_DIRS" })
+    for (const char *name : { "XDG_CONFIG_HOME", "XDG_CONFIG_DIRS", "XDG_RUNTIME_DIR" })
         qputenv(name, QFile::encodeName(home.filePath(QString::fromLatin1(name))));
     qputenv("TZ", "Europe/Berlin");
     qputenv("QT_QPA_PLATFORM", "offscreen");

@@ -7,7 +7,7 @@ import Lumenboard 1.0
 import "../common"
 import "../elements"
 
-/** A line that tells why cards are not read. Nobody can close it. */
+/** Tells why cards are not read and why no room is shown, a line each. Nobody can close it. */
 Rectangle {
     id: root
 
@@ -26,8 +26,8 @@ Rectangle {
         bottomPadding: 4
         leftPadding: 8
         rightPadding: 8
-        text: LBAPI.cardWarning
+        text: [LBAPI.cardWarning, LBAPI.roomWarning].filter(Boolean).join("\n")
         topPadding: 4
-        xstyle: Style.cardWarning
+        xstyle: Style.warningLine
     }
 }
