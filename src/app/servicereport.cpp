@@ -122,9 +122,9 @@ void followSchedule(const EventData *schedule)
     updateStatus();
 }
 
-void reportToManager()
+/** Tells the service manager in words what the screen shows, from now on. */
+void reportStatus()
 {
-    servicemanager::ready();
     LBAPI *api = LBAPI::instance();
     for (const auto signal :
          { &LBAPI::scheduleAsOfChanged, &LBAPI::roomWarningChanged, &LBAPI::cardWarningChanged })
@@ -136,10 +136,11 @@ void reportToManager()
 
 void onFirstFrame()
 {
-    if (qEnvironmentVariableIsSet("NOTIFY_SOCKET"))
-        reportToManager();
+    servicemanager::ready();
     KioskStatus::instance()->onFirstFrame();
     heartbeat().start();
+    if (qEnvironmentVariableIsSet("NOTIFY_SOCKET"))
+        reportStatus();
 }
 
 } // namespace

@@ -69,8 +69,10 @@ class Status(unittest.TestCase):
         documented = re.findall(r"^\| `(lumenboard_\w+)` \*? *\| (\w+)", (DOCS / "monitoring.md").read_text(), re.M)
         self.assertEqual(sorted(re.findall(r"# TYPE (\w+) (\w+)", metrics)), sorted(documented))
 
+        listed = r"attendance (\w+) .* [12]  HTTP 500"
+        self.until(lambda now: re.search(listed, self.run_kiosk("--spool")[1]))
         status, waiting = self.run_kiosk("--spool")
-        name = re.search(r"attendance (\w+) .* 1  HTTP 500", waiting)[1]
+        name = re.search(listed, waiting)[1]
         self.assertEqual(status, 0)
         told = (stored, metrics, waiting, (self.folder / "spool.json").read_text(), self.run_kiosk("--status")[1])
         for secret in ("169552957", "0A1B2C3D", "Erika", "Geheimnis", "access.", "127.0.0.1"):
