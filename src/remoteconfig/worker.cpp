@@ -106,7 +106,7 @@ void Worker::getConfigurationFinished()
         Q_EMIT configurationFailed(briefError(*reply));
         return;
     }
-    const QString unreadable = QStringLiteral("unreadable answer");
+    const QString unreadable = QStringLiteral("unreadable response");
     QJsonParseError error;
     const QJsonDocument document = readJson(reply->readAll(), &error);
     if (error.error != QJsonParseError::NoError) {
