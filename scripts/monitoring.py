@@ -27,10 +27,10 @@ PICTURES = ROOT / "build/monitoring"
 RULES = ROOT / "packaging/prometheus/lumenboard.rules.yml"
 DASHBOARD = ROOT / "packaging/grafana/lumenboard.json"
 OFFSCREEN = {"QT_QPA_PLATFORM": "offscreen", "QT_QUICK_BACKEND": "software"}
-# An hour of waiting becomes 40 s, which a schedule that is read every 30 s never reaches.
-HASTE = ((r"> 3600\b", "> 40"), (r"for: \w+", "for: 3s"))
+# An hour becomes 40 s, which a schedule that is read every 30 s never reaches, and 10 s for a record, which is sent
+# again after 60 s.
+HASTE = ((r"(oldest_record.*) > 3600\b", r"\1 > 10"), (r"> 3600\b", "> 40"), (r"for: \w+", "for: 3s"))
 SUPERVISOR = 'while :; do "$0" & pid=$!; echo "kiosk is $pid"; wait $pid; done'
-VARIABLES = {"$room": ".*", "$datasource": ""}
 
 
 def free_port():
@@ -43,7 +43,7 @@ class Screen:
     """A kiosk with its simulator and its node exporter; the timer's work is done every two seconds."""
 
     def __init__(self, cleanup, kiosk, simulator, folder, name, room):
-        self.name, self.folder, self.kiosk = name, Path(folder, name), kiosk
+        self.name, self.room, self.folder, self.kiosk = name, room, Path(folder, name), kiosk
         (self.folder / "metrics").mkdir(parents=True)
         configuration = {"plenarLocationId": 1, "locationName": room, "settings": {"attendanceEnabled": True}}
         self.program = Program(cleanup, simulator, "--home", str(self.folder), "--set", "refreshInterval=30",
@@ -96,24 +96,36 @@ class Prometheus:
     def query(self, expression):
         return self.ask("query", query=expression)["result"]
 
-    def is_firing(self, alert, screen):
-        return any(each["labels"]["alertname"] == f"Lumenboard{alert}" and each["labels"]["instance"] == screen.name
-                   and each["state"] == "firing" for each in self.ask("alerts")["alerts"])
+    def firing(self, alert, screen):
+        """The annotations of this alert if it fires, else nothing."""
+        for each in self.ask("alerts")["alerts"]:
+            labels = (each["labels"]["alertname"], each["labels"]["instance"])
+            if labels == (f"Lumenboard{alert}", screen.name) and each["state"] == "firing":
+                return each["annotations"]
+        return None
 
-    def wait_for(self, alert, screen, fires=True, seconds=150):
+    def wait_for(self, alert, screen, fires=True, seconds=200):
         start = time.monotonic()
-        if not wait_until(lambda: self.is_firing(alert, screen) == fires, seconds):
+        if not wait_until(lambda: bool(self.firing(alert, screen)) == fires, seconds):
             states = "\n".join(str(each["labels"]) for each in self.ask("alerts")["alerts"])
             raise SystemExit(f"{alert} of {screen.name} should {'fire' if fires else 'clear'}; there are\n{states}")
-        print(f"   {alert} of {screen.name} {'fires' if fires else 'clears'} after "
-              f"{time.monotonic() - start:.0f} s", flush=True)
+        took = f"{time.monotonic() - start:.0f} s"
+        if not fires:
+            print(f"   {alert} clears after {took}", flush=True)
+            return
+        told = self.firing(alert, screen) or {}
+        if told.get("room") != screen.room:
+            raise SystemExit(f"{alert} names the room {told.get('room')} instead of {screen.room}")
+        print(f"   {alert} fires after {took}: {told['room']}: {told['summary']}", flush=True)
 
-    def take_picture(self, page, name):
+    def take_picture(self, name, page, **parameters):
         """Of one of Prometheus' own pages, in a real browser."""
+        url = f"http://{self.address}/classic/{page}?{urllib.parse.urlencode(parameters)}"
+        urllib.request.urlopen(url, timeout=10).close()  # the browser would show an error as a page
         with tempfile.TemporaryDirectory() as profile:
             subprocess.run(("chromium", "--headless=new", "--no-sandbox", "--disable-gpu", "--hide-scrollbars",
                             f"--user-data-dir={profile}", "--window-size=1400,1000", "--virtual-time-budget=15000",
-                            f"--screenshot={PICTURES / name}", f"http://{self.address}/{page}"),
+                            f"--screenshot={PICTURES / name}", url),
                            stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, timeout=120, check=True)
         print(f"   build/monitoring/{name}")
 
@@ -145,8 +157,8 @@ def try_dashboard(prometheus, rooms):
     print(f"   {count} queries, rooms {', '.join(known)}")
 
 
-def clear_all(prometheus, screens):
-    """The faults of this machine, not of the screens: its clock may follow no time server."""
+def is_quiet(prometheus):
+    """No alert but for the clock: that of the machine that runs this may follow no time server."""
     return not [each for each in prometheus.ask("alerts")["alerts"]
                 if each["labels"]["alertname"] != "LumenboardClockOff"]
 
@@ -165,30 +177,35 @@ def main(kiosk, simulator):
             each.program.wait_for("Waiting for cards")
         prometheus = Prometheus(stack.callback, folder, (one, two))
         print("== Two healthy screens", flush=True)
-        if not wait_until(lambda: len(prometheus.query("lumenboard_info")) == 2, 60):
+        # Both queues of both have been looked through: a record that fails from now on is sent again after 60 s.
+        if not wait_until(lambda: len(prometheus.query("lumenboard_records_waiting")) == 4, 60):
             raise SystemExit("Prometheus does not see both screens")
-        if not wait_until(lambda: clear_all(prometheus, (one, two)), 60):
+        if not wait_until(lambda: is_quiet(prometheus), 60):
             raise SystemExit(f"Alerts without a fault: {prometheus.ask('alerts')}")
 
-        print("== Schedule service and attendance fail, reader unplugged, second kiosk stopped", flush=True)
+        print("== Attendance fails for some seconds", flush=True)
         for command in ("fault attendance server-error", "tap 0A1B2C3D"):
             one.program.command(command)
-        one.program.wait_for("attendancelog: 500")
-        one.program.command("fault schedule server-error")
-        one.program.command("unplug")
+        prometheus.wait_for("RecordsOld", one)
+        one.program.command("fault attendance none")
+
+        print("== Schedule service fails, reader unplugged, second kiosk stopped", flush=True)
+        for command in ("fault schedule server-error", "unplug"):
+            one.program.command(command)
         two.send(signal.SIGSTOP)
-        for alert, screen in (("ReaderGone", one), ("RecordsOld", one), ("ScheduleOld", one), ("Silent", two)):
+        for alert, screen in (("ReaderGone", one), ("ScheduleOld", one), ("Silent", two)):
             prometheus.wait_for(alert, screen)
         print("== The dashboard", flush=True)
         try_dashboard(prometheus, rooms)
         print("== Pictures", flush=True)
-        prometheus.take_picture("classic/alerts", "alerts.png")
-        table = next(query for title, query in dashboard_queries() if title == "Problems").replace("$room", ".*")
-        prometheus.take_picture("classic/graph?" + urllib.parse.urlencode({"g0.expr": table, "g0.tab": 0,
-                                                                   "g0.range_input": "5m"}), "problems.png")
+        problems = next(query for title, query in dashboard_queries() if title == "Problems")
+        prometheus.take_picture("alerts.png", "alerts")
+        prometheus.take_picture("firing.png", "graph", **{"g0.expr": 'ALERTS{alertstate="firing"}', "g0.tab": 1})
+        prometheus.take_picture("problems.png", "graph", **{"g0.expr": problems.replace("$room", ".*"), "g0.tab": 0,
+                                                            "g0.range_input": "5m"})
 
         print("== The faults end; the second kiosk is killed", flush=True)
-        for command in ("fault schedule none", "fault attendance none", "plug"):
+        for command in ("fault schedule none", "plug"):
             one.program.command(command)
         two.send(signal.SIGCONT)
         for alert, screen in (("Silent", two), ("ScheduleOld", one), ("ReaderGone", one), ("RecordsOld", one)):

@@ -65,8 +65,8 @@ class Metrics(unittest.TestCase):
 
 if __name__ == "__main__":
     if not shutil.which("promtool"):
-        print("promtool is not installed: NOTHING OF THE METRICS AND ALERTS IS TESTED; install Debian's prometheus, or run"
-              " scripts/bootstrap ci", file=sys.stderr)
+        print("promtool is not installed: NOTHING OF THE METRICS AND ALERTS IS TESTED; install Debian's prometheus,"
+              " or run scripts/bootstrap ci", file=sys.stderr)
         sys.exit(1 if os.environ.get("CI") else 77)
     KIOSK, SIMULATOR = sys.argv[1:3]
     unittest.main(argv=sys.argv[:1] + sys.argv[3:], verbosity=2)
