@@ -50,6 +50,8 @@ Drawer {
         ScrollBar.horizontal.policy: ScrollBar.AlwaysOff
 
         ListView {
+            // Rows beyond the view are made in slices, and one whose notice goes meanwhile stays in memory.
+            cacheBuffer: 0
             clip: true // a line may be shown below the panel
             model: LBAPI.notifications
             spacing: 6

@@ -30,8 +30,6 @@ namespace element {
     const QString transponderId = QStringLiteral("transponderId");
 } // namespace element
 
-constexpr qint64 maxRecordBytes = 65536; // ours have about 200
-
 } // namespace
 
 Spool attendanceSpool()
@@ -54,11 +52,7 @@ AttendanceRequest::AttendanceRequest(const QString &spoolPath, QObject *parent)
     , m_isDelayed(true)
     , m_spoolPath(spoolPath)
 {
-    QFile file(spoolPath);
-    if (!file.open(QIODevice::ReadOnly))
-        qWarning() << "Failed to open" << spoolPath << file.errorString();
-    const bool isPlausible = file.isOpen() && file.size() <= maxRecordBytes;
-    QXmlStreamReader reader(isPlausible ? file.readAll() : QByteArray());
+    QXmlStreamReader reader(Spool::read(spoolPath));
     read(reader);
 }
 

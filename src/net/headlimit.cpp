@@ -71,8 +71,9 @@ void shutDown(int socket, qint64 bytes)
 }
 
 /**
- * Counts the body of one reply, and watches the connections until the head has arrived; if none
- * does, for a while after the reply is gone. Lives in the reply's thread and deletes itself.
+ * Counts the body of one reply, and watches the connections until the reply ends; if bytes that
+ * belong to no body still arrive then, for a while longer. Lives in the reply's thread and deletes
+ * itself.
  */
 class HeadLimit : public QObject
 {
@@ -85,7 +86,6 @@ public:
         , m_timer(this)
     {
         connect(&m_timer, &QTimer::timeout, this, &HeadLimit::look);
-        connect(reply, &QNetworkReply::metaDataChanged, this, &HeadLimit::onHead);
         connect(reply, &QNetworkReply::downloadProgress, this, &HeadLimit::countBody);
         connect(reply, &QNetworkReply::readyRead, this, [this] {
             countBody(m_reply->bytesAvailable()); // progress signals are throttled
@@ -114,7 +114,8 @@ private:
         } else if (!m_excess.isValid()) {
             m_excess.start();
         } else if (m_excess.hasExpired(patience.count())) {
-            qWarning() << "Closing a connection since the head of its response does not end.";
+            qWarning() << "Closing a connection since a head or a chunk size of its response does "
+                          "not end.";
             shutDown(busiest, now.at(busiest));
             openWindow(now);
         }
@@ -145,21 +146,12 @@ private:
         return { busiest.first, received - bodies };
     }
 
-    /** A head that was on its way can arrive after the reply was aborted. */
-    void onHead()
-    {
-        m_timer.stop();
-        if (m_end.isValid())
-            deleteLater();
-    }
-
     void onEnd()
     {
         if (m_end.isValid())
             return;
         m_end.start();
-        const bool hasHead = !m_timer.isActive();
-        if (hasHead || !m_window.isValid()
+        if (!m_window.isValid()
             || strayBytes(connections(), s_bodyBytes - m_bodiesBefore).second <= maxHeadBytes)
             deleteLater();
     }

@@ -34,6 +34,11 @@ bool isPlain(const QXmlStreamAttribute &attribute)
         && !attribute.value().contains(QLatin1String("url("), Qt::CaseInsensitive);
 }
 
+/** Qt's renderer calls itself for each level. */
+constexpr int maxDepth = 32;
+/** QXmlStreamReader looks through all that are in force for each element; editors write seven. */
+constexpr int maxNamespaces = 16;
+
 /** QXmlStreamReader compares each attribute of a tag with all others. */
 bool hasManyAttributes(const QByteArray &svg)
 {
@@ -48,6 +53,17 @@ bool hasManyAttributes(const QByteArray &svg)
     return false;
 }
 
+QString elementProblem(const QXmlStreamReader &reader)
+{
+    if (!isPlainShape(reader.name()))
+        return QStringLiteral("SVG with the element ") + reader.name().left(50);
+    for (const QXmlStreamAttribute &attribute : reader.attributes()) {
+        if (!isPlain(attribute))
+            return QStringLiteral("SVG with the attribute ") + attribute.name().left(50);
+    }
+    return {};
+}
+
 QString svgProblem(const QByteArray &bytes)
 {
     if (xmlguard::foreignCodec(bytes))
@@ -57,16 +73,20 @@ QString svgProblem(const QByteArray &bytes)
     if (hasManyAttributes(bytes))
         return QStringLiteral("SVG with too many attributes");
     QXmlStreamReader reader(bytes);
+    int depth = 0;
+    int namespaces = 0;
     while (!reader.atEnd()) {
         reader.readNext();
+        if (reader.isEndElement())
+            --depth;
         if (!reader.isStartElement())
             continue;
-        if (!isPlainShape(reader.name()))
-            return QStringLiteral("SVG with the element ") + reader.name().left(50);
-        for (const QXmlStreamAttribute &attribute : reader.attributes()) {
-            if (!isPlain(attribute))
-                return QStringLiteral("SVG with the attribute ") + attribute.name().left(50);
-        }
+        namespaces += reader.namespaceDeclarations().size();
+        if (++depth > maxDepth || namespaces > maxNamespaces)
+            return QStringLiteral("SVG that is nested too deeply or has too many name spaces");
+        const QString problem = elementProblem(reader);
+        if (!problem.isEmpty())
+            return problem;
     }
     return reader.hasError() ? QStringLiteral("no SVG: ") + reader.errorString() : QString();
 }

@@ -27,7 +27,6 @@ namespace key {
     const QString locationId = QStringLiteral("locationId");
 } // namespace key
 
-constexpr qint64 maxRecordBytes = 65536; // ours have about 200
 constexpr int anyInt = std::numeric_limits<int>::max();
 
 /** The whole number @p name of the document; nothing if missing or beyond +/- @p limit. */
@@ -60,11 +59,7 @@ TallyxLogEntity::TallyxLogEntity(const QString &path, QObject *parent)
     : QObject(parent)
     , m_spoolPath(path)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        qWarning() << "Failed to open" << path << file.errorString();
-    const bool isPlausible = file.isOpen() && file.size() <= maxRecordBytes;
-    read(isPlausible ? file.readAll() : QByteArray());
+    read(Spool::read(path));
 }
 
 int TallyxLogEntity::age() const

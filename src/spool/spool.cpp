@@ -12,6 +12,7 @@
 #include <QDebug>
 #include <QDir>
 #include <QDirIterator>
+#include <QFile>
 #include <QFileInfo>
 #include <QStandardPaths>
 
@@ -21,6 +22,7 @@
 namespace {
 
 constexpr int base = 36; // of the numbers in a file name
+constexpr qint64 maxRecordBytes = 65536; // ours have about 200
 
 bool isWritableFolder(const QString &path)
 {
@@ -116,6 +118,15 @@ QString Spool::commit(DurableFile &file) const
     }
     DurableFile again = write(file.content());
     return commitToFreeName(again);
+}
+
+QByteArray Spool::read(const QString &path)
+{
+    QFile file(path);
+    if (file.open(QIODevice::ReadOnly) && file.size() <= maxRecordBytes)
+        return file.readAll();
+    qWarning() << "Failed to read" << path << file.size() << "bytes" << file.errorString();
+    return {};
 }
 
 void Spool::replace(const QString &path, const QByteArray &record)

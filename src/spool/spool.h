@@ -61,6 +61,9 @@ public:
      */
     [[nodiscard]] QString commit(DurableFile &file) const;
 
+    /** Content of the record @p path; empty, with a log line, if it cannot be a record. */
+    [[nodiscard]] static QByteArray read(const QString &path);
+
     /** Replaces the content of @p path; the disk always holds the old or the new one. Throws. */
     static void replace(const QString &path, const QByteArray &record);
 

@@ -87,6 +87,8 @@ private Q_SLOTS:
         row("compressed SVG", QByteArray::fromHex("1f8b0800000000000003"), "not PNG");
         row("entity", "<!DOCTYPE svg [<!ENTITY a 'b'>]>" + svg(small), "document type");
         row("attributes", svg(small, '<' + QByteArray(99, '=') + "/>"), "too many attributes");
+        row("depth", svg(small, QByteArray("<g>").repeated(32)), "nested too deeply");
+        row("name spaces", svg(small, QByteArray("<g xmlns:y='y'/>").repeated(15)), "name spaces");
         row("use", svg(small, "<use/>"), "element use");
         row("link", svg(small, "<g x:href='#a'/>"), "attribute href");
         row("reference", svg(small, "<g fill='URL(#a)'/>"), "attribute fill");
