@@ -24,8 +24,9 @@ def attempt(wall, trial):
         result = trial(wall)
     except (AssertionError, OSError) as error:
         wall.machine.keep_picture(f"failed-{trial.__name__}")
-        print(f"{trial.__name__}: {error}", file=sys.stderr)
+        print(f"{trial.__name__}: {str(error)[:1000]}\nsee console.log", file=sys.stderr)
         return "FAILED", None
+    wall.machine.keep_picture(trial.__name__)
     return result if isinstance(result, tuple) else (result, None)
 
 

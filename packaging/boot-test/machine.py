@@ -35,7 +35,9 @@ class Machine:
         self.folder = folder
         self.add_cleanup = add_cleanup
         self.readers = {}
-        self.text = ""  # last read from the screen
+        self.seen, self.text = b"", ""  # the picture that was read last, and what it says
+        for each in folder.glob("*.socket"):
+            each.unlink()
         self.bus = f"unix:path={folder}/bus.socket"
         Program(add_cleanup, "dbus-daemon", "--session", "--nofork", "--print-address", f"--address={self.bus}").wait_for("unix:")
         self.switched_on = time.monotonic()
@@ -131,6 +133,7 @@ class Machine:
 
     def read(self, picture, turn=0):
         """The text on a picture. @turn: degrees that it has to be turned for that, clockwise."""
+        self.seen = picture
         if turn:
             picture = subprocess.run(["convert", "-", "-rotate", str(turn), "ppm:-"], input=picture, check=True,
                                      capture_output=True).stdout
@@ -138,7 +141,7 @@ class Machine:
         self.text = recognise(pixels, *map(int, size.split()))
         return self.text
 
-    def wait_for_picture(self, *patterns, turn=0, seconds=300):
+    def wait_for_picture(self, *patterns, display=0, turn=0, seconds=300):
         """Waits until all patterns are on the screen. Returns when, in seconds since the power came on."""
         pictures = []  # taken since the last one was read, with their times: reading takes longer than taking
         last_read, read_at = None, self.seconds()
@@ -149,7 +152,7 @@ class Machine:
 
         def look():
             nonlocal last_read, read_at
-            now, picture = self.seconds(), self.take_picture()
+            now, picture = self.seconds(), self.take_picture(display)
             if not pictures or pictures[-1][1] != picture:
                 pictures.append((now, picture))
             is_settled = now - pictures[-1][0] > 0.5 or now - read_at > 5
@@ -168,5 +171,5 @@ class Machine:
         return pictures[-1][0]
 
     def keep_picture(self, name):
-        self.take_picture()
-        subprocess.run(["convert", self.folder / "screen.ppm", self.folder / f"{name}.png"], check=True)
+        """Stores the picture that was read last."""
+        subprocess.run(["convert", "ppm:-", self.folder / f"{name}.png"], input=self.seen, check=True)

@@ -5,12 +5,15 @@
 import collections
 import re
 
+from machine import HEIGHT, WIDTH
 from program import wait_until
 
+PATIENCE = 300  # seconds; an emulated machine on a busy host is slow
 SCHEDULE = ("Jetzt", "H.rsaal")
 READY = "Started lumenboard-kiosk.service"
 ACCEPTED = r"POST .*attendancelog: 200"
 NO_READER = "Kein Leseger.t"
+NO_NETWORK = "nicht erreichbar|nicht zu finden|keine Verbindung"
 UNIT = "lumenboard-kiosk"
 
 
@@ -42,27 +45,26 @@ class Wall:
     def tap_accepted_card(self, reader="first"):
         before = len(self.services.find(ACCEPTED))
         self.machine.tap(self.new_card(), reader=reader)
-        self.services.wait_for(ACCEPTED, before + 1, seconds=90)
+        self.services.wait_for(ACCEPTED, before + 1, seconds=PATIENCE)
 
-    def come_back(self, break_it, limit):
+    def come_back(self, break_it):
         """Breaks the kiosk. Seconds until the next one has drawn its first frame, by the guest's clock."""
         said = self.machine.console.said(READY)
         began = float(self.machine.run("cut -d ' ' -f 1 /proc/uptime"))
         break_it()
-        self.machine.console.wait_for(re.escape(READY), said + 1, seconds=limit)
+        self.machine.console.wait_for(re.escape(READY), said + 1, seconds=PATIENCE)
         self.wait_for_schedule()
         return self.properties("ActiveEnterTimestampMonotonic")[0] / 1e6 - began
 
 
 def power_on(wall):
     machine = wall.machine
-    machine.console.wait_for(re.escape(READY), seconds=300)
+    machine.console.wait_for(re.escape(READY), seconds=PATIENCE)
     shown = wall.wait_for_schedule()
     kernel = machine.seconds() - float(machine.run("cut -d ' ' -f 1 /proc/uptime"))
     user = int(machine.run("systemctl show -p UserspaceTimestampMonotonic --value")) / 1e6
     start, ready = (each / 1e6 for each in wall.properties("ExecMainStartTimestampMonotonic",
                                                            "ActiveEnterTimestampMonotonic"))
-    machine.keep_picture("schedule")
     return (f"schedule; firmware {kernel:.1f}, kernel {user:.1f}, services {start - user:.1f}, "
             f"X server and first frame {ready - start:.1f}", shown)
 
@@ -70,7 +72,6 @@ def power_on(wall):
 def card(wall):
     wall.tap_accepted_card()
     wall.machine.wait_for_picture("Karte|Pr.senz")
-    wall.machine.keep_picture("card")
     return "accepted by the service, answered on the screen"
 
 
@@ -79,7 +80,7 @@ def rules(wall):
     run = wall.machine.run
     xset = run("nsenter -t $(pidof Xorg) -m env DISPLAY=:0 xset q")
     assert "timeout:  0" in xset and "DPMS is Enabled" not in xset, xset
-    problems = run(f"systemd-analyze verify {UNIT}.service 2>&1")
+    problems = run(f"systemd-analyze verify --man=no {UNIT}.service 2>&1")
     assert not problems, problems
     exposure = re.search(r"level for \S+: ([\d.]+)", run(f"systemd-analyze security --no-pager {UNIT} | tail -n 1"))[1]
     assert float(exposure) <= 2, exposure
@@ -103,32 +104,32 @@ def keys(wall):
 
 
 def quit_key(wall):
-    return "back, first frame", wall.come_back(lambda: wall.machine.press("ctrl", "q"), 60)
+    return "back, first frame", wall.come_back(lambda: wall.machine.press("ctrl", "q"))
 
 
 def killed(wall):
-    return "back, first frame", wall.come_back(lambda: wall.machine.run("kill -KILL $(pidof lumenboard)"), 60)
+    return "back, first frame", wall.come_back(lambda: wall.machine.run("kill -KILL $(pidof lumenboard)"))
 
 
 def stopped(wall):
-    return "back, first frame", wall.come_back(lambda: wall.machine.run("kill -STOP $(pidof lumenboard)"), 150)
+    return "back, first frame", wall.come_back(lambda: wall.machine.run("kill -STOP $(pidof lumenboard)"))
 
 
 def readers(wall):
     machine, console = wall.machine, wall.machine.console
     machine.plug("second")
+    assert wait_until(lambda: machine.run("cd /dev && ls ttyUSB1") == "ttyUSB1"), "no second reader"
     wall.tap_accepted_card()
     since = len(console.lines)
     machine.unplug("first")
-    console.wait_for("Using serial port.*ttyUSB1", since=since)
+    console.wait_for("Using serial port.*ttyUSB1", since=since, seconds=PATIENCE)
     wall.tap_accepted_card("second")
     since = len(console.lines)
     machine.unplug("second")
     machine.wait_for_picture(NO_READER)
-    machine.keep_picture("no-reader")
     began = machine.seconds()
     machine.plug("first")
-    console.wait_for("Serial port opened", since=since, seconds=90)
+    console.wait_for("Serial port opened", since=since, seconds=PATIENCE)
     waited = machine.seconds() - began
     wall.tap_accepted_card()
     return "each that is left reads under its name; without any the screen says so; replugged, a card is read", waited
@@ -140,7 +141,6 @@ def disk_full(wall):
     machine.run("runuser -u lumenboard -- sh -c 'cat /dev/zero >/var/lib/lumenboard/full'")
     machine.tap(wall.new_card())
     machine.wait_for_picture("Speicher dieses Ger.ts ist voll")
-    machine.keep_picture("disk-full")
     machine.run("rm /full /var/lib/lumenboard/full")
     wall.tap_accepted_card()
     assert wall.kiosk() == kiosk
@@ -152,7 +152,6 @@ def disk_read_only(wall):
     machine.run("echo u >/proc/sysrq-trigger; sleep 2")
     machine.tap(wall.new_card())
     machine.wait_for_picture("Speicher dieses Ger.ts kann")
-    machine.keep_picture("disk-read-only")
     machine.run("mount -o remount,rw /")
     wall.tap_accepted_card()
     assert wall.kiosk() == kiosk
@@ -161,73 +160,70 @@ def disk_read_only(wall):
 
 def rotated(wall):
     machine = wall.machine
-    setting = "echo LUMENBOARD_ROTATE=left >>/etc/default/lumenboard-kiosk"
-    machine.run(f"{setting}; systemctl restart {UNIT}")
-    shown = machine.wait_for_picture(*SCHEDULE, turn=90)
-    machine.touch(20, 780)  # the menu at the top left of the turned picture
-    machine.wait_for_picture("Transponder registrieren", turn=90)
-    machine.keep_picture("rotated")
-    machine.run(f"sed -i '/^LUMENBOARD_ROTATE/d' /etc/default/lumenboard-kiosk; systemctl restart {UNIT}")
-    wall.wait_for_schedule()
-    return "picture turned, a touch meets what it shows"
+    machine.set_display(1, WIDTH, HEIGHT)
+    machine.run("printf 'LUMENBOARD_ROTATE=left\\nLUMENBOARD_OUTPUT=Virtual-2\\n' >>/etc/default/lumenboard-kiosk")
+    machine.run(f"systemctl restart {UNIT}")
+    machine.wait_for_picture(*SCHEDULE, display=1, turn=90)
+    machine.touch(20, HEIGHT - 20)  # the menu at the top left of the turned picture
+    machine.wait_for_picture("Transponder registrieren", display=1, turn=90)
+    machine.run("sed -i '/ROTATE=left/d; /OUTPUT=Virtual/d' /etc/default/lumenboard-kiosk; sync")
+    return "the picture is turned, on that output alone; a touch meets what it shows"
 
 
 def power_cut(wall):
     """A card is certain to be kept once the next one is being logged: they are handled one by one."""
     machine, services = wall.machine, wall.services
-    machine.run("echo 'QT_LOGGING_RULES=*.debug=true\nLUMENBOARD_LOG_LINES=0' >>/etc/default/lumenboard-kiosk; sync")
     since = len(machine.console.lines)
-    machine.run(f"systemctl restart {UNIT}")
-    machine.console.wait_for("Waiting for cards", since=since, seconds=120)
-    wall.wait_for_schedule()
     machine.tap(*(wall.new_card() for _ in range(80)))
-    machine.console.wait_for(r"Logging \d+", 30, since, seconds=120)
+    machine.console.wait_for(r"Logging \d+", 30, since, seconds=PATIENCE)
     machine.console.close()  # SIGKILL
     taken = [int(match[1]) for match in machine.console.find(r"Logging (\d+)", since)][:-1]
     answered = {int(match[1]) for match in machine.console.find(r"Attendance logged: .* Karte (\d+) ", since)}
     wall.machine = machine = wall.switch_on()
-    shown = wall.wait_for_schedule()
+    wall.wait_for_schedule()
     spool = "find /var/lib/lumenboard/.local -path '*pool*' -type f | wc -l"
-    if not wait_until(lambda: machine.run(spool) == "0", 420):
-        raise AssertionError("not sent: " + machine.run(spool))
-    services.command("records")
-    services.command("bookings")
-    services.command("audit")
+    assert wait_until(lambda: machine.run(spool) == "0", 420), "not sent: " + machine.run(spool)
+    for command in ("records", "bookings", "audit"):
+        services.command(command)
     services.wait_for("stray requests")
-    seen = f"{len(taken)} cards taken, {len(answered)} answered before the cut"
+    seen = f"{len(taken)} cards were certain, {len(answered)} of them answered"
     for kind in ("record", "booking"):
         times = collections.Counter(int(match[1]) for match in services.find(rf"^{kind}: card (\d+) "))
         lost = [each for each in taken if not times[each]]
-        doubled = [each for each in taken if times[each] > 1]
-        assert not lost, (kind, lost)
-        assert not answered & set(doubled), (kind, doubled)
+        doubled = {each for each in taken if times[each] > 1}
+        assert not lost, f"lost {kind}s: {lost}"
+        assert not answered & doubled, f"doubled {kind}s: {doubled}"
         seen += f"; {kind}s: 0 lost, {len(doubled)} doubled"
-    return seen, shown
+    return seen
 
 
-def network_away(wall):
+def late_plugs(wall):
     wall.machine = machine = wall.switch_on()
+    machine.set_display(0, 0, 0)
     machine.set_network(False)
-    machine.wait_for_picture("nicht erreichbar|nicht zu finden|keine Verbindung")
-    machine.keep_picture("network-away")
+    machine.console.wait_for(re.escape(READY), seconds=PATIENCE)
+    machine.console.wait_for("No display is connected")
+    machine.set_display(0, WIDTH, HEIGHT)
+    machine.wait_for_picture(NO_NETWORK)
+    machine.keep_picture("no-network")
     began = machine.seconds()
     machine.set_network(True)
-    return "the screen says so; back, the schedule", wall.wait_for_schedule(seconds=420) - began
+    return "the display says what is missing, and shows the schedule when it is back", wall.wait_for_schedule() - began
 
 
 TRIALS = (
     ("power on", "from the switch to the schedule on the screen", power_on),
     ("card", "a card at the reader", card),
     ("session", "`xset q`, `systemd-analyze verify` and `security`, rights of the reader", rules),
-    ("keys that lead out", "Ctrl+Alt+Backspace, Ctrl+Alt+Delete (8 times), Ctrl+Alt+F2, Alt+F2, SysRq, Alt+Tab, power, sleep",
-     keys),
+    ("keys that lead out", "Ctrl+Alt+Backspace, Ctrl+Alt+Delete (8 times), Ctrl+Alt+F2, Alt+F2, SysRq with B, K, E, "
+     "Alt+Tab, power, sleep", keys),
     ("Ctrl+Q", "the service key that quits", quit_key),
     ("crash", "`kill -9`", killed),
     ("hang", "`kill -STOP`", stopped),
     ("reader", "a second one plugged in, the first pulled; both pulled, one plugged in again", readers),
-    ("disk full", "a file that takes all space, then a card", disk_full),
-    ("disk read-only", "an emergency remount, then a card", disk_read_only),
-    ("rotation", "`LUMENBOARD_ROTATE=left`, then a touch", rotated),
-    ("power cut", "in a burst of 80 cards; then powered on again", power_cut),
-    ("no network at boot", "the cable is out, and in again once the screen says so", network_away),
+    ("disk full", "a file takes all space; a card; the file is removed; a card", disk_full),
+    ("disk read-only", "emergency remount; a card; writable again; a card", disk_read_only),
+    ("rotation, output", "`LUMENBOARD_ROTATE=left`, `LUMENBOARD_OUTPUT=Virtual-2`, then a touch", rotated),
+    ("power cut", "in a burst of 80 cards; then power on", power_cut),
+    ("plugged in later", "powered on without display and network; the display; the network", late_plugs),
 )
