@@ -108,11 +108,16 @@ class Machine:
 
     def touch(self, x, y):
         """Touches a place of the panel, in pixels."""
-        where = [{"type": "abs", "data": {"axis": axis, "value": at}}
-                 for axis, at in (("x", x * 0x7fff // WIDTH), ("y", y * 0x7fff // HEIGHT))]
-        for down in (True, False):
-            button = {"type": "btn", "data": {"button": "left", "down": down}}
-            self.ask("input-send-event", events=[*where, button])
+        def send(x, y, down):
+            self.ask("input-send-event", events=[
+                {"type": "abs", "data": {"axis": "x", "value": x * 0x7fff // WIDTH}},
+                {"type": "abs", "data": {"axis": "y", "value": y * 0x7fff // HEIGHT}},
+                {"type": "btn", "data": {"button": "left", "down": down}}])
+            time.sleep(0.5)  # the guest merges what comes at once
+
+        send(x + 1, y + 1, False)  # the guest drops a place that it knows
+        for down in (False, True, False):
+            send(x, y, down)
 
     def set_network(self, up):
         self.ask("set_link", name="plug", up=up)
