@@ -47,7 +47,7 @@ class Machine:
             "-display", f"dbus,addr={self.bus}", "-device", f"virtio-vga,id=video,max_outputs=2,xres={WIDTH},yres={HEIGHT}",
             "-kernel", f"{folder}/system/vmlinuz", "-initrd", f"{folder}/system/initrd.img",
             "-append", "root=/dev/vda rw console=ttyS0 systemd.journald.forward_to_console=1 "
-                       "systemd.journald.max_level_console=debug",
+                       "systemd.journald.max_level_console=debug systemd.show_status=0",
             # What the guest has synced is in the file, what it has not is lost with the guest.
             "-drive", f"file={folder}/disk.img,format=raw,if=virtio,cache=none",
             "-netdev", "user,id=network", "-device", "virtio-net-pci,id=plug,netdev=network",
@@ -146,7 +146,7 @@ class Machine:
         self.text = recognise(pixels, *map(int, size.split()))
         return self.text
 
-    def wait_for_picture(self, *patterns, display=0, turn=0, seconds=300):
+    def wait_for_picture(self, *patterns, display=0, turn=0, seconds=600):
         """Waits until all patterns are on the screen. Returns when, in seconds since the power came on."""
         pictures = []  # taken since the last one was read, with their times: reading takes longer than taking
         last_read, read_at = None, self.seconds()
@@ -177,4 +177,5 @@ class Machine:
 
     def keep_picture(self, name):
         """Stores the picture that was read last."""
-        subprocess.run(["convert", "ppm:-", self.folder / f"{name}.png"], input=self.seen, check=True)
+        if self.seen:
+            subprocess.run(["convert", "ppm:-", self.folder / f"{name}.png"], input=self.seen, check=True)

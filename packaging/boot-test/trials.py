@@ -8,7 +8,7 @@ import re
 from machine import HEIGHT, WIDTH
 from program import wait_until
 
-PATIENCE = 300  # seconds; an emulated machine on a busy host is slow
+PATIENCE = 600  # seconds; an emulated machine on a busy host is slow
 SCHEDULE = ("Jetzt", "H.rsaal")
 READY = "Started lumenboard-kiosk.service"
 ACCEPTED = r"POST .*attendancelog: 200"
