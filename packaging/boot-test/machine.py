@@ -39,12 +39,14 @@ class Machine:
         for each in folder.glob("*.socket"):
             each.unlink()
         self.bus = f"unix:path={folder}/bus.socket"
-        Program(add_cleanup, "dbus-daemon", "--session", "--nofork", "--print-address", f"--address={self.bus}").wait_for("unix:")
+        bus = Program(add_cleanup, "dbus-daemon", "--session", "--nofork", "--print-address", f"--address={self.bus}")
+        bus.wait_for("unix:")
         self.switched_on = time.monotonic()
         self.console = Program(
             add_cleanup, QEMU, *accelerator, "-smp", "2", "-m", "1024", "-nodefaults",
             # Over the bus displays can be plugged in.
-            "-display", f"dbus,addr={self.bus}", "-device", f"virtio-vga,id=video,max_outputs=2,xres={WIDTH},yres={HEIGHT}",
+            "-display", f"dbus,addr={self.bus}",
+            "-device", f"virtio-vga,id=video,max_outputs=2,xres={WIDTH},yres={HEIGHT}",
             "-kernel", f"{folder}/system/vmlinuz", "-initrd", f"{folder}/system/initrd.img",
             "-append", "root=/dev/vda rw console=ttyS0 systemd.journald.forward_to_console=1 "
                        "systemd.journald.max_level_console=debug systemd.show_status=0",
@@ -125,8 +127,9 @@ class Machine:
     def set_display(self, number, width, height):
         """Plugs a display with this resolution into an output, or pulls it if that is 0."""
         subprocess.run(["dbus-send", f"--bus={self.bus}", "--print-reply", "--dest=org.qemu",
-                        f"/org/qemu/Display1/Console_{number}", "org.qemu.Display1.Console.SetUIInfo", "uint16:0", "uint16:0",
-                        "int32:0", "int32:0", f"uint32:{width}", f"uint32:{height}"], check=True, capture_output=True)
+                        f"/org/qemu/Display1/Console_{number}", "org.qemu.Display1.Console.SetUIInfo",
+                        "uint16:0", "uint16:0", "int32:0", "int32:0", f"uint32:{width}", f"uint32:{height}"],
+                       check=True, capture_output=True)
 
     def seconds(self):
         return time.monotonic() - self.switched_on

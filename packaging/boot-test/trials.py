@@ -91,8 +91,8 @@ def rules(wall):
 
 def keys(wall):
     machine, kiosk = wall.machine, wall.kiosk()
-    combinations = ["ctrl alt backspace", *8 * ["ctrl alt delete"], "ctrl alt f2", "alt f2", "alt sysrq b", "alt sysrq k",
-                    "alt sysrq e", "alt tab", "power", "sleep"]
+    combinations = ["ctrl alt backspace", *8 * ["ctrl alt delete"], "ctrl alt f2", "alt f2", "alt sysrq b",
+                    "alt sysrq k", "alt sysrq e", "alt tab", "power", "sleep"]
     for each in combinations:
         machine.press(*each.split())
     machine.ask("system_powerdown")  # the power button
@@ -201,6 +201,7 @@ def late_plugs(wall):
     wall.machine = machine = wall.switch_on()
     machine.set_display(0, 0, 0)
     machine.set_network(False)
+    machine.unplug("first")
     machine.console.wait_for(re.escape(READY), seconds=PATIENCE)
     machine.console.wait_for("No display is connected")
     machine.set_display(0, WIDTH, HEIGHT)
@@ -208,7 +209,11 @@ def late_plugs(wall):
     machine.keep_picture("no-network")
     began = machine.seconds()
     machine.set_network(True)
-    return "the display says what is missing, and shows the schedule when it is back", wall.wait_for_schedule() - began
+    shown = wall.wait_for_schedule() - began
+    machine.plug("first")
+    machine.console.wait_for("Serial port opened", seconds=PATIENCE)
+    wall.tap_accepted_card()
+    return "the display says what is missing and shows the schedule when it is back; the card is read", shown
 
 
 TRIALS = (
@@ -225,5 +230,5 @@ TRIALS = (
     ("disk read-only", "emergency remount; a card; writable again; a card", disk_read_only),
     ("rotation, output", "`LUMENBOARD_ROTATE=left`, `LUMENBOARD_OUTPUT=Virtual-2`, then a touch", rotated),
     ("power cut", "in a burst of 80 cards; then power on", power_cut),
-    ("plugged in later", "powered on without display and network; the display; the network", late_plugs),
+    ("plugged in later", "powered on without display, network and reader; then each of them", late_plugs),
 )
