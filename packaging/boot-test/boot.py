@@ -38,7 +38,6 @@ def main(folder, simulator, port, *names):
         services = Program(stack.callback, simulator, "--port", port)
         services.wait_for("Simulator ready")
         wall = Wall(services, lambda: Machine(folder, accelerator, stack.callback))
-        wall.machine = wall.switch_on()
         for name, what, trial in TRIALS:
             if names and trial.__name__ not in names:
                 continue

@@ -176,6 +176,7 @@ class Machine:
             raise AssertionError(f"not {patterns} on the screen but {self.text!r}")
         while len(pictures) > 1 and shows(pictures[-2][1]):
             pictures.pop()
+        self.seen = pictures[-1][1]
         return pictures[-1][0]
 
     def keep_picture(self, name):

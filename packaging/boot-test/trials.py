@@ -20,11 +20,19 @@ UNIT = "lumenboard-kiosk"
 class Wall:
     """The machine on the wall, and the services it speaks to."""
 
-    def __init__(self, services, switch_on):
+    def __init__(self, services, make_machine):
         self.services = services
-        self.switch_on = switch_on
-        self.machine = None
+        self.make_machine = make_machine
+        self.machine = make_machine()
         self.card = 0x20000000
+
+    def cut_power(self):
+        self.machine.console.close()  # SIGKILL
+
+    def switch_on(self):
+        self.cut_power()
+        self.machine = self.make_machine()
+        return self.machine
 
     def new_card(self):
         self.card += 1
@@ -176,10 +184,10 @@ def power_cut(wall):
     since = len(machine.console.lines)
     machine.tap(*(wall.new_card() for _ in range(80)))
     machine.console.wait_for(r"Logging \d+", 30, since, seconds=PATIENCE)
-    machine.console.close()  # SIGKILL
+    wall.cut_power()
     taken = [int(match[1]) for match in machine.console.find(r"Logging (\d+)", since)][:-1]
     answered = {int(match[1]) for match in machine.console.find(r"Attendance logged: .* Karte (\d+) ", since)}
-    wall.machine = machine = wall.switch_on()
+    machine = wall.switch_on()
     wall.wait_for_schedule()
     spool = "find /var/lib/lumenboard/.local -path '*pool*' -type f | wc -l"
     assert wait_until(lambda: machine.run(spool) == "0", 420), "not sent: " + machine.run(spool)
@@ -198,7 +206,7 @@ def power_cut(wall):
 
 
 def late_plugs(wall):
-    wall.machine = machine = wall.switch_on()
+    machine = wall.switch_on()
     machine.set_display(0, 0, 0)
     machine.set_network(False)
     machine.unplug("first")
