@@ -143,27 +143,26 @@ def readers(wall):
     return "each that is left reads under its name; without any the screen says so; replugged, a card is read", waited
 
 
-def disk_full(wall):
+def survive(wall, spoil, said, mend):
+    """The kiosk tells a person that cards are not kept, and accepts them again without a restart."""
     machine, kiosk = wall.machine, wall.kiosk()
-    machine.run("fallocate -l $(df --output=avail -B 1 / | tail -n 1) /full")
-    machine.run("runuser -u lumenboard -- sh -c 'cat /dev/zero >/var/lib/lumenboard/full'")
+    machine.run(spoil)
     machine.tap(wall.new_card())
-    machine.wait_for_picture("Speicher dieses Ger.ts ist voll")
-    machine.run("rm /full /var/lib/lumenboard/full")
+    machine.wait_for_picture(said)
+    machine.run(mend)
     wall.tap_accepted_card()
-    assert wall.kiosk() == kiosk
-    return "the person is told; with space again the next card is accepted"
+    assert wall.kiosk() == kiosk, "another process"
+    return "the person is told; then the next card is accepted"
+
+
+def disk_full(wall):
+    fill = "fallocate -l $(df --output=avail -B 1 / | tail -n 1) /full; " \
+           "runuser -u lumenboard -- sh -c 'cat /dev/zero >/var/lib/lumenboard/full'"
+    return survive(wall, fill, "Speicher dieses Ger.ts ist voll", "rm /full /var/lib/lumenboard/full")
 
 
 def disk_read_only(wall):
-    machine, kiosk = wall.machine, wall.kiosk()
-    machine.run("echo u >/proc/sysrq-trigger; sleep 2")
-    machine.tap(wall.new_card())
-    machine.wait_for_picture("Speicher dieses Ger.ts kann")
-    machine.run("mount -o remount,rw /")
-    wall.tap_accepted_card()
-    assert wall.kiosk() == kiosk
-    return "the person is told; writable again, the next card is accepted"
+    return survive(wall, "echo u >/proc/sysrq-trigger; sleep 2", "Speicher dieses Ger.ts kann", "mount -o remount,rw /")
 
 
 def rotated(wall):
@@ -207,6 +206,7 @@ def power_cut(wall):
 
 def late_plugs(wall):
     machine = wall.switch_on()
+    machine.set_display(0, HEIGHT, HEIGHT)  # what is not new has no effect
     machine.set_display(0, 0, 0)
     machine.set_network(False)
     machine.unplug("first")
