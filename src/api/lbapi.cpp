@@ -11,6 +11,7 @@
 #include <QThread>
 #include <QtAlgorithms>
 
+#include <algorithm>
 #include <chrono>
 
 using namespace std::chrono_literals;
@@ -29,6 +30,7 @@ LBAPI::LBAPI(QObject *parent)
     , m_cardReadiness(this)
     , m_roomReadiness(this)
     , m_clockWatch(this)
+    , m_retryTimer(this)
 {
     const QPointer<LBAPI> self(this);
     Config::setLocationLookup(
@@ -37,6 +39,9 @@ LBAPI::LBAPI(QObject *parent)
     // Watch a new room at once, not only after the next schedule.
     connect(config(), &Config::configChanged, this,
             [this] { m_boundaryTimer.watch(config()->plenarLocation()); });
+    m_retryTimer.setObjectName(QStringLiteral("scheduleRetry"));
+    m_retryTimer.setSingleShot(true);
+    connect(&m_retryTimer, &QTimer::timeout, this, &LBAPI::refreshEventData);
     connect(&m_clockWatch, &ClockWatch::mustLook, this, &LBAPI::followClock);
     connect(&m_scheduleAge, &ScheduleAge::asOfChanged, this, &LBAPI::scheduleAsOfChanged);
     connect(&m_cardReadiness, &CardReadiness::warningChanged, this, &LBAPI::cardWarningChanged);
@@ -110,6 +115,7 @@ void LBAPI::emitReset()
 
 void LBAPI::refreshEventData()
 {
+    m_retryTimer.stop();
     auto *fresh = new EventData(this);
     const bool hadSchedule = m_eventData;
     const bool isFirst = !hadSchedule || m_eventData == m_loading;
@@ -173,6 +179,7 @@ void LBAPI::newEventDataFinishedReading(EventData *ed)
     Q_EMIT scheduleReadFinished(ed);
     if (ed->error()) {
         m_scheduleAge.onReadFailed();
+        retryFirstSchedule();
         if (ed != m_eventData) {
             // It still has to emit dataChanged().
             QMetaObject::invokeMethod(ed, &EventData::discard, Qt::QueuedConnection);
@@ -189,6 +196,18 @@ void LBAPI::newEventDataFinishedReading(EventData *ed)
         Q_EMIT eventDataChanged(ed);
     }
     config()->emitLocationChanged();
+}
+
+/** A screen is often on before its network. Its first schedule does not wait for the refresh grid.
+ */
+void LBAPI::retryFirstSchedule()
+{
+    constexpr auto longestDelay = 60s;
+
+    if (m_scheduleAge.hasSchedule())
+        return;
+    m_retryTimer.start(m_retryDelay);
+    m_retryDelay = std::min<std::chrono::seconds>(2 * m_retryDelay, longestDelay);
 }
 
 void LBAPI::removeNotification(Notification *n)

@@ -19,6 +19,7 @@
 #include <QTimer>
 
 #include <atomic>
+#include <chrono>
 
 /**
  * The views' interface to the program: settings, schedule and notifications.
@@ -119,6 +120,7 @@ private Q_SLOTS:
     void followClock(bool isZoneNew);
 
 private:
+    void retryFirstSchedule();
     [[nodiscard]] QObject *context() override { return this; }
     EventLocation *findLocation(qint64 id);
 
@@ -133,6 +135,8 @@ private:
     CardReadiness m_cardReadiness;
     RoomReadiness m_roomReadiness;
     ClockWatch m_clockWatch;
+    QTimer m_retryTimer;
+    std::chrono::seconds m_retryDelay { 5 };
     quint32 m_wrongDayMinutes = 0; ///< since the shown schedule is of another day
     std::atomic<bool> m_isScanOpen = false; ///< true until a card takes the scan
 };

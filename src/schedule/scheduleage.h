@@ -18,6 +18,9 @@ class ScheduleAge : public QObject
 public:
     explicit ScheduleAge(QObject *parent = nullptr);
 
+    /** True once a good schedule was read. */
+    [[nodiscard]] bool hasSchedule() const { return m_lastGood.isValid(); }
+
     /** "As of …" once the last good schedule is older than two refresh intervals, else empty. */
     [[nodiscard]] QString asOf() const;
 

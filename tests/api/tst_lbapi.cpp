@@ -44,7 +44,9 @@ private Q_SLOTS:
         QVERIFY(failed && failed == api->eventData() && failed->error());
 
         services().clearFaults();
-        api->refreshEventData();
+        auto *retry = api->findChild<QTimer *>("scheduleRetry"_s);
+        QVERIFY(retry->isActive());
+        QVERIFY(QMetaObject::invokeMethod(retry, "timeout"));
         QCOMPARE(api->eventData(), failed);
         QVERIFY(isIdle());
         const EventData *good = api->eventData();
@@ -55,6 +57,7 @@ private Q_SLOTS:
         QVERIFY(refresh(Fault::WrongRoot));
         QCOMPARE(api->eventData(), good);
         QCOMPARE(changes.count(), 1);
+        QVERIFY(!retry->isActive());
         delete good;
         QVERIFY(api->eventData());
     }
