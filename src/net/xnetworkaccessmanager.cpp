@@ -46,6 +46,9 @@ public:
 
     XNetworkAccessManager *q;
     QByteArray userAgent;
+    int silent = 0; ///< requests in a row that ended without a response
+
+    void renewConnections();
 
 public Q_SLOTS:
     void errorOccured(QNetworkReply::NetworkError error);
@@ -53,6 +56,7 @@ public Q_SLOTS:
 private Q_SLOTS:
     void setUserAgent(QString ua);
     void sslErrorsOccured(QNetworkReply *reply, QList<QSslError> errors);
+    void onFinished(QNetworkReply *reply);
 };
 
 XNetworkAccessManager::XNetworkAccessManager(QObject *parent)
@@ -62,6 +66,7 @@ XNetworkAccessManager::XNetworkAccessManager(QObject *parent)
     setCookieJar(new NoCookies(this));
     connectChecked(Config::instance(),
                    SIGNAL(userAgentChanged(QString)), d, SLOT(setUserAgent(QString)));
+    connectChecked(this, SIGNAL(finished(QNetworkReply*)), d, SLOT(onFinished(QNetworkReply*)));
     connectChecked(this,
                    SIGNAL(sslErrors(QNetworkReply*,QList<QSslError>)), d,
                           SLOT(sslErrorsOccured(QNetworkReply*,QList<QSslError>)));
@@ -70,6 +75,7 @@ XNetworkAccessManager::XNetworkAccessManager(QObject *parent)
 QNetworkReply *XNetworkAccessManager::createRequest(Operation op, const QNetworkRequest &request,
                                                     QIODevice *outgoingData)
 {
+    d->renewConnections();
     QNetworkRequest copy(request);
     if (!d->userAgent.isEmpty())
         copy.setRawHeader(QByteArrayLiteral("User-Agent"), d->userAgent);
@@ -78,6 +84,23 @@ QNetworkReply *XNetworkAccessManager::createRequest(Operation op, const QNetwork
                    SIGNAL(error(QNetworkReply::NetworkError)), d,
                           SLOT(errorOccured(QNetworkReply::NetworkError)));
     return reply;
+}
+
+/**
+ * Begins with new connections after several requests without a response. Qt's thread for them has
+ * been seen to send nothing any more, for hours, while the service responded to everybody else.
+ * Requests in flight end by their time limits, as those before them did.
+ */
+void XNetworkAccessManager::D::renewConnections()
+{
+    constexpr int maxSilent = 6; // Qt's connections to a host
+
+    if (silent < maxSilent)
+        return;
+    silent = 0;
+    qInfo() << "No response to" << maxSilent
+            << "requests in a row, beginning with new connections.";
+    q->clearConnectionCache();
 }
 
 void XNetworkAccessManager::D::errorOccured(QNetworkReply::NetworkError error)
@@ -101,6 +124,13 @@ void XNetworkAccessManager::D::errorOccured(QNetworkReply::NetworkError error)
 void XNetworkAccessManager::D::setUserAgent(QString ua)
 {
     userAgent = ua.toLatin1();
+}
+
+void XNetworkAccessManager::D::onFinished(QNetworkReply *reply)
+{
+    const bool isSilent = reply->error() == QNetworkReply::OperationCanceledError
+        && !reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).isValid();
+    silent = isSilent ? silent + 1 : 0;
 }
 
 void XNetworkAccessManager::D::sslErrorsOccured(QNetworkReply *reply, QList<QSslError> errors)

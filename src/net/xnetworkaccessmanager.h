@@ -8,8 +8,10 @@
 /**
  * The network access manager of all components; each creates its own, in its own thread.
  *
- * Adds the configured user agent to requests and logs network and TLS errors. Keeps no cookies.
- * Never retries, never ignores a TLS error and never changes the outcome of a request.
+ * Begins with new connections after several requests without a response, see
+ * clearConnectionCache(). Adds the configured user agent to requests and logs network and TLS
+ * errors. Keeps no cookies. Never retries, never ignores a TLS error and never changes the outcome
+ * of a request.
  */
 class XNetworkAccessManager : public QNetworkAccessManager
 {

@@ -29,6 +29,26 @@ private Q_SLOTS:
         }
     }
 
+    void beginsWithNewConnectionsAfterSilence()
+    {
+        log().allow("Network error"_s);
+        log().expect("beginning with new connections"_s);
+        XNetworkAccessManager manager;
+        QNetworkRequest request(today());
+        services().setFault(simulator::Route::Schedule, simulator::Fault::Hang);
+        QNetworkReply *inFlight = manager.get(request);
+        request.setTransferTimeout(100);
+        for (int silent = 0; silent < 6; ++silent)
+            QVERIFY(QSignalSpy(manager.get(request), &QNetworkReply::finished).wait());
+        services().setFault(simulator::Route::Schedule, simulator::Fault::None);
+        request.setTransferTimeout(0);
+        const QNetworkReply *reply = manager.get(request);
+        QTRY_VERIFY(reply->isFinished());
+        QCOMPARE(reply->error(), Error::NoError);
+        inFlight->abort();
+        QCOMPARE(inFlight->error(), Error::OperationCanceledError);
+    }
+
     void logsErrors_data()
     {
         columns<QString, Error, bool>("host", "error", "isLogged");
