@@ -137,9 +137,7 @@ void RecordQueue::tryResend(const QString &path)
         m_resent.insert(path);
         return;
     }
-    RecordOutcome outcome;
-    outcome.failure = failure;
-    onResendFailed(path, outcome);
+    onResendFailed(path, RecordOutcome { failure });
     if (!failure->isTemporary()) // the file is no record, which says nothing about the others
         m_backOff.shelve(path);
 }
