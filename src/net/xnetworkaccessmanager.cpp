@@ -12,6 +12,7 @@
 #include <QNetworkCookieJar>
 #include <QNetworkReply>
 #include <QNetworkRequest>
+#include <QSet>
 #include <QSslError>
 
 namespace {
@@ -46,6 +47,7 @@ public:
 
     XNetworkAccessManager *q;
     QByteArray userAgent;
+    QSet<QObject *> inFlight;
     int silent = 0; ///< requests in a row that ended without a response
 
     void renewConnections();
@@ -83,23 +85,24 @@ QNetworkReply *XNetworkAccessManager::createRequest(Operation op, const QNetwork
     connectChecked(reply,
                    SIGNAL(error(QNetworkReply::NetworkError)), d,
                           SLOT(errorOccured(QNetworkReply::NetworkError)));
+    d->inFlight.insert(reply);
+    connect(reply, &QObject::destroyed, d, [this](QObject *gone) { d->inFlight.remove(gone); });
     return reply;
 }
 
 /**
  * Begins with new connections after several requests without a response. Qt's thread for them has
- * been seen to send nothing any more, for hours, while the service responded to everybody else.
- * Requests in flight end by their time limits, as those before them did.
+ * been seen to send nothing any more for half an hour, while the service responded to others.
+ * Waits until none is in flight: a record whose response is lost is sent twice.
  */
 void XNetworkAccessManager::D::renewConnections()
 {
     constexpr int maxSilent = 6; // Qt's connections to a host
 
-    if (silent < maxSilent)
+    if (silent < maxSilent || !inFlight.isEmpty())
         return;
     silent = 0;
-    qInfo() << "No response to" << maxSilent
-            << "requests in a row, beginning with new connections.";
+    qInfo() << "No response to several requests in a row, beginning with new connections.";
     q->clearConnectionCache();
 }
 
@@ -128,6 +131,7 @@ void XNetworkAccessManager::D::setUserAgent(QString ua)
 
 void XNetworkAccessManager::D::onFinished(QNetworkReply *reply)
 {
+    inFlight.remove(reply);
     const bool isSilent = reply->error() == QNetworkReply::OperationCanceledError
         && !reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).isValid();
     silent = isSilent ? silent + 1 : 0;
