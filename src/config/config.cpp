@@ -210,6 +210,13 @@ void Config::applyConfiguration(QJsonDocument json)
 
 void Config::reload()
 {
+    const QFileInfo file(m_settings.fileName());
+    if (file.exists() && !file.isReadable()) {
+        qCritical() << "Settings file cannot be read, keeping what was read before:"
+                    << file.filePath();
+        return;
+    }
+    removeDamagedValues(file.filePath());
     m_settings.sync();
 }
 

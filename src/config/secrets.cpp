@@ -43,8 +43,9 @@ void secrets::warn()
     static QStringList warned;
     static bool wasNamed = true;
     for (const QString &file : readableByAll(fallbackSettingsFiles())) {
-        if (!warned.contains(file))
-            qWarning() << "Settings file holds a secret that everybody can read:" << file;
+        if (warned.contains(file))
+            continue;
+        qWarning() << "Settings file holds a secret that everybody can read:" << file;
         warned.append(file);
     }
     const bool isNamed = Config::instance()->hasCredentials();
