@@ -5,6 +5,9 @@
 
 #include "base/exceptions.h"
 
+#include <algorithm>
+#include <array>
+
 Failure Failure::temporary(const QString &text, const QString &shown)
 {
     return { text, shown, AttendanceWarningException::notificationType };
@@ -27,8 +30,10 @@ QString Failure::below(const QString &advice) const
 
 bool RecordOutcome::isRefusal() const
 {
-    constexpr int serverErrors = 5; // 500 to 599
-    return failure && status != 0 && status / 100 != serverErrors;
+    // A token that has expired, a portal or a busy service say nothing of the record.
+    constexpr std::array notOfTheRecord { 401, 403, 407, 408, 429 };
+    return failure && (status / 100 == 2 || status / 100 == 4)
+        && std::find(notOfTheRecord.begin(), notOfTheRecord.end(), status) == notOfTheRecord.end();
 }
 
 QString RecordOutcome::shortReason() const

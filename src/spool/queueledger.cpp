@@ -49,6 +49,10 @@ void QueueLedger::onGone(const QString &path)
     m_failed.remove(name);
     if (m_mustCount)
         return;
+    if (*m_status.waiting == 0) { // somebody has cleared the folder
+        m_mustCount = true;
+        return;
+    }
     --*m_status.waiting;
     m_mustCount = name == m_oldest && *m_status.waiting != 0;
     if (name == m_oldest) {
