@@ -144,7 +144,7 @@ private Q_SLOTS:
                                                    "[Keycloak]\nclientSecret=shared"_s);
         const auto shared = fallbackSettingsFiles();
         QVERIFY(secrets::readableByAll(shared).isEmpty());
-        QVERIFY(QFile::setPermissions(shared.value(0), QFile::ReadOwner | QFile::ReadOther));
+        QVERIFY(QFile::setPermissions(shared.value(0), QFile::Permissions(0x6004)));
         log().expect("Settings file holds a secret that everybody can read"_s);
         secrets::warn();
         QCOMPARE(config->keycloakClientSecret(), "own"_s);
