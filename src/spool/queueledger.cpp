@@ -118,7 +118,9 @@ void QueueLedger::count()
         if (failed != known.constEnd())
             m_failed.insert(name, *failed);
         const QDateTime time = Spool::timeOf(name);
-        if (time.isValid() && (m_oldest.isEmpty() || time < m_status.oldest)) {
+        const bool isOlder = m_oldest.isEmpty() || time < m_status.oldest
+            || (time == m_status.oldest && name < m_oldest); // of the same millisecond
+        if (time.isValid() && isOlder) {
             m_oldest = name;
             m_status.oldest = time;
         }
