@@ -86,7 +86,7 @@ QNetworkReply *XNetworkAccessManager::createRequest(Operation op, const QNetwork
                    SIGNAL(error(QNetworkReply::NetworkError)), d,
                           SLOT(errorOccured(QNetworkReply::NetworkError)));
     d->inFlight.insert(reply);
-    connect(reply, &QObject::destroyed, d, [this](QObject *gone) { d->inFlight.remove(gone); });
+    connect(reply, &QObject::destroyed, d, [d = d](QObject *gone) { d->inFlight.remove(gone); });
     return reply;
 }
 
