@@ -189,7 +189,10 @@ public Q_SLOTS:
      */
     void applyConfiguration(QJsonDocument json);
 
-    /** Reads the files again if somebody has edited them. Emits nothing. */
+    /**
+     * Reads the files again if somebody has edited them. Keeps the values, with a log line, if the
+     * user's file cannot be read. Emits nothing.
+     */
     void reload();
 
 private:
