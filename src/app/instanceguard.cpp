@@ -16,9 +16,10 @@ InstanceGuard::InstanceGuard(QObject *parent)
 {
     if (m_isFirst)
         return;
-    qWarning() << "Another kiosk of this user runs as process"
-               << InstanceLock::holder(m_lock.path()).value_or(0)
-               << "- reading no cards until it ends.";
+    const auto holder = InstanceLock::holder(m_lock.path());
+    const QString process = holder ? QStringLiteral(" as process %1").arg(*holder) : QString();
+    qWarning().noquote().nospace()
+        << "Another kiosk of this user runs" << process << ", reading no cards until it ends.";
     LBAPI::instance()->cardReadiness()->setWaiting(true);
     connect(&m_timer, &QTimer::timeout, this, &InstanceGuard::tryAgain);
     m_timer.start(1s);

@@ -11,7 +11,6 @@
 #include <QStandardPaths>
 
 #include <cerrno>
-#include <cstdio>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -21,25 +20,28 @@ namespace {
 
 /**
  * A lock of the open file: unlike one of the process it does not end when some other code closes
- * the same file, and unlike that of flock() one can look at it without taking it.
+ * the same file, and unlike that of flock() one can look at it without taking it. Its length is
+ * the process id, since the kernel names no process for such a lock: whoever finds the lock knows
+ * its holder in the same moment, and no file can say something else.
  */
-struct flock wholeFile()
+struct flock lockOf(pid_t process)
 {
     struct flock lock
     {
     };
     lock.l_type = F_WRLCK;
     lock.l_whence = SEEK_SET;
+    lock.l_len = process;
     return lock;
 }
 
-/** For people and for holder(): the kernel does not tell whose a lock of an open file is. */
-void writeProcessId(int descriptor)
+/** The lock in the way of ours; of type F_UNLCK if there is none, or if one cannot look. */
+struct flock foundLock(int descriptor)
 {
-    const QByteArray id = QByteArray::number(static_cast<qint64>(getpid())) + '\n';
-    if (ftruncate(descriptor, 0) != 0
-        || pwrite(descriptor, id.constData(), static_cast<size_t>(id.size()), 0) != id.size())
-        qWarning() << "Failed to write the process id:" << qt_error_string(errno);
+    struct flock lock = lockOf(getpid());
+    if (fcntl(descriptor, F_OFD_GETLK, &lock) != 0)
+        lock.l_type = F_UNLCK;
+    return lock;
 }
 
 } // namespace
@@ -57,10 +59,10 @@ std::optional<qint64> InstanceLock::holder(const QString &path)
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         return {};
-    struct flock lock = wholeFile();
-    if (fcntl(file.handle(), F_OFD_GETLK, &lock) != 0 || lock.l_type == F_UNLCK)
+    const struct flock lock = foundLock(file.handle());
+    if (lock.l_type != F_WRLCK)
         return {};
-    return file.readLine().trimmed().toLongLong();
+    return lock.l_len;
 }
 
 InstanceLock::InstanceLock(QString path)
@@ -80,18 +82,20 @@ bool InstanceLock::take()
         return true;
     const int descriptor = open(QFile::encodeName(m_path).constData(), O_RDWR | O_CREAT | O_CLOEXEC,
                                 S_IRUSR | S_IWUSR);
-    struct flock lock = wholeFile();
+    struct flock lock = lockOf(getpid());
     if (descriptor >= 0 && fcntl(descriptor, F_OFD_SETLK, &lock) == 0) {
         m_descriptor = descriptor;
         // Whoever may enter the folder may see whether a kiosk runs, whatever the umask is.
         (void)fchmod(descriptor, S_IRUSR | S_IWUSR | S_IRGRP | S_IROTH);
-        writeProcessId(descriptor);
+        (void)futimens(descriptor, nullptr); // since when it is held
         return true;
     }
     const int error = errno;
+    // A lock for reading is no kiosk's: anybody who may read the file can take one.
+    const bool isRefusedByReader = error == EAGAIN && foundLock(descriptor).l_type == F_RDLCK;
     if (descriptor >= 0)
         close(descriptor);
-    if (error == EAGAIN)
+    if (error == EAGAIN && !isRefusedByReader)
         return false;
     qWarning() << "A second kiosk cannot be kept out, failed to lock" << m_path
                << qt_error_string(error);

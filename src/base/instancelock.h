@@ -19,7 +19,7 @@ class InstanceLock
 public:
     /** Of the folder with this user's data; in runtimeFolder(). */
     [[nodiscard]] static QString defaultPath();
-    /** Process id of the lock's holder, 0 if it is unknown; nothing if the lock is free. */
+    /** Process id of the lock's holder; nothing if the lock is free. */
     [[nodiscard]] static std::optional<qint64> holder(const QString &path = defaultPath());
 
     explicit InstanceLock(QString path = defaultPath());

@@ -26,7 +26,7 @@ from program import Program, wait_until
 DOCS = Path(__file__).resolve().parents[2] / "docs"
 SCHEMA = json.loads((DOCS / "status.schema.json").read_text(encoding="utf-8"))
 SUPERVISOR = 'while :; do "$0" & pid=$!; echo "kiosk is $pid"; wait $pid; done'
-LOCK = struct.pack("hhqqi4x", fcntl.F_WRLCK, os.SEEK_SET, 0, 0, 0)
+LOCK, FOREIGN_LOCK = (struct.pack("hhqqi4x", kind, os.SEEK_SET, 0, os.getpid(), 0) for kind in (fcntl.F_WRLCK, fcntl.F_RDLCK))
 
 
 def ago(**time):
@@ -84,8 +84,7 @@ class Status(unittest.TestCase):
 
     def test_judges(self):
         self.folder.mkdir(parents=True)
-        lock = self.enterContext((self.folder / "kiosk-1.lock").open("w"))
-        print(os.getpid(), file=lock, flush=True)
+        lock = self.enterContext((self.folder / "kiosk-1.lock").open("w+"))
         queue = {"enabled": True, "waiting": 0, "oldest": None, "sent": 7, "refused": 0, "lastSuccess": ago(hours=3),
                  "lastFailure": None}
         good = {
@@ -125,7 +124,7 @@ class Status(unittest.TestCase):
                 path.write_text(json.dumps(now))
                 if "sign of life" in problem:
                     os.utime(path, (path.stat().st_mtime - 120,) * 2)
-                fcntl.fcntl(lock, fcntl.F_OFD_SETLK, LOCK if status != 4 else struct.pack("hhqqi4x", fcntl.F_UNLCK, 0, 0, 0, 0))
+                fcntl.fcntl(lock, fcntl.F_OFD_SETLK, FOREIGN_LOCK if status == 4 else LOCK)
                 seen, text = self.run_kiosk("--status")
                 self.assertEqual(seen, status, text)
                 self.assertRegex(text, problem)
